@@ -1,0 +1,168 @@
+// tillora-admin: the command-line companion for set-up, scripting and checks.
+// It shares the store with the program, so a statement behaves here as it
+// does behind a screen.
+
+#include "core/AppError.h"
+#include "core/Globals.h"
+#include "core/Msg.h"
+#include "store/Database.h"
+#include "store/Setup.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QStringList>
+
+#include <cstdio>
+
+namespace {
+
+void out(const QString &s) { std::fputs((s + QLatin1Char('\n')).toUtf8().constData(), stdout); }
+void err(const QString &s) { std::fputs((s + QLatin1Char('\n')).toUtf8().constData(), stderr); }
+
+int usage()
+{
+    err(QStringLiteral(
+        "使い方:\n"
+        "  tillora-admin init [--root DIR] [--force]\n"
+        "      実行用フォルダ（ini, work, data, images）と配布データベースを作成する。\n"
+        "      既にあるファイルはそのまま残す（--force で作り直す）。\n"
+        "  tillora-admin sql [--root DIR] --db data|master|ini|work \"SQL\"\n"
+        "      1 文を実行し、結果の行をタブ区切りで表示する（Null は空欄）。\n"
+        "  tillora-admin ctrl [--root DIR] KEY [VALUE]\n"
+        "      設定（S_CTRL）を表示する。VALUE があれば保存する。\n"
+        "  tillora-admin init-server [--root DIR]\n"
+        "      設定で MySQL/MariaDB を指すデータ・マスタに、データベース、表、初期データを作成する。\n"
+        "DIR を省くと、このプログラムのフォルダの親を使う。"));
+    return 2;
+}
+
+struct Args {
+    QString command;
+    QString root;
+    QString db;
+    bool force = false;
+    QStringList rest;
+};
+
+bool parseArgs(const QStringList &argv, Args &a)
+{
+    if (argv.size() < 2)
+        return false;
+    a.command = argv[1];
+    for (int i = 2; i < argv.size(); ++i) {
+        const QString &s = argv[i];
+        if (s == QLatin1String("--root") && i + 1 < argv.size())
+            a.root = argv[++i];
+        else if (s == QLatin1String("--db") && i + 1 < argv.size())
+            a.db = argv[++i];
+        else if (s == QLatin1String("--force"))
+            a.force = true;
+        else
+            a.rest << s;
+    }
+    return true;
+}
+
+DbObject *openDb(DbKind kind)
+{
+    switch (kind) {
+    case DbKind::Ini:
+        OpenIni();
+        return gINI.get();
+    case DbKind::Work:
+        OpenWork();
+        return gWORK.get();
+    case DbKind::Data:
+        OpenIni();
+        OpenDb();
+        return gDB.get();
+    case DbKind::Master:
+        OpenIni();
+        OpenMst();
+        return gMST.get();
+    }
+    return nullptr;
+}
+
+QString cellText(const Value &v)
+{
+    if (v.isNull() || v.isEmpty())
+        return QString();
+    return v.toText();
+}
+
+int runSql(const Args &a)
+{
+    DbKind kind;
+    if (!dbKindFromName(a.db, kind) || a.rest.size() != 1)
+        return usage();
+    DbObject *db = openDb(kind);
+    const QString sql = a.rest.first();
+    if (sql.trimmed().startsWith(QLatin1String("SELECT"), Qt::CaseInsensitive)) {
+        RecordsetPtr rs = db->GetFwdOnlyRst(sql);
+        for (; !rs->eof(); rs->MoveNext()) {
+            QStringList cells;
+            for (int i = 0; i < rs->FieldCount(); ++i)
+                cells << cellText(rs->Fields(i));
+            out(cells.join(QLatin1Char('\t')));
+        }
+    } else {
+        qint64 n = 0;
+        db->EXEC(sql, &n);
+        err(QStringLiteral("%1 件").arg(n));
+    }
+    return 0;
+}
+
+int runCtrl(const Args &a)
+{
+    if (a.rest.isEmpty() || a.rest.size() > 2)
+        return usage();
+    OpenIni();
+    if (a.rest.size() == 1) {
+        out(cellText(gINI->GetCtrl(a.rest[0])));
+        return 0;
+    }
+    int type = 0;
+    return gINI->SaveCtrl(a.rest[0], Value(a.rest[1]), type) ? 0 : 1;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    Args a;
+    if (!parseArgs(app.arguments(), a))
+        return usage();
+    const QString root = a.root.isEmpty() ? QDir(app.applicationDirPath()).absoluteFilePath(QStringLiteral(".."))
+                                          : QDir(a.root).absolutePath();
+    AppPaths::setRoot(root);
+    try {
+        int rc;
+        if (a.command == QLatin1String("init")) {
+            const Setup::InitReport r = Setup::initRoot(root, a.force);
+            for (const QString &f : r.created)
+                out(QStringLiteral("作成: ") + f);
+            for (const QString &f : r.kept)
+                out(QStringLiteral("既存: ") + f);
+            rc = 0;
+        } else if (a.command == QLatin1String("sql")) {
+            rc = runSql(a);
+        } else if (a.command == QLatin1String("ctrl")) {
+            rc = runCtrl(a);
+        } else if (a.command == QLatin1String("init-server")) {
+            for (const QString &line : Setup::initServers())
+                out(line);
+            rc = 0;
+        } else {
+            rc = usage();
+        }
+        CloseAllDatabases();
+        return rc;
+    } catch (const AppError &e) {
+        err(e.text());
+        CloseAllDatabases();
+        return 1;
+    }
+}

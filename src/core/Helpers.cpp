@@ -1,0 +1,164 @@
+#include "Helpers.h"
+
+#include "AppError.h"
+
+#include <QByteArray>
+#include <QLocale>
+#include <QSysInfo>
+
+#include <cmath>
+#include <cstdlib>
+
+namespace {
+
+// A decimal: digits times ten to the power exp.
+struct Decimal {
+    __int128 digits = 0;
+    int exp = 0;
+};
+
+// The double as a decimal of 15 significant digits, as the conversion of a
+// floating-point value to the decimal type does.
+Decimal toDecimal15(double x)
+{
+    const QByteArray e = QByteArray::number(x, 'e', 14);
+    const int ePos = e.indexOf('e');
+    QByteArray mant = e.left(ePos);
+    int exp = e.mid(ePos + 1).toInt();
+    mant.replace(".", "");
+    Decimal d;
+    for (char c : mant)
+        d.digits = d.digits * 10 + (c - '0');
+    d.exp = exp - (int(mant.size()) - 1);
+    return d;
+}
+
+__int128 pow10i(int n)
+{
+    __int128 p = 1;
+    for (int i = 0; i < n; ++i)
+        p *= 10;
+    return p;
+}
+
+QString gCompNameOverride;
+void (*gEndHandler)(int) = nullptr;
+
+} // namespace
+
+Currency RoundEx(const Value &value, int mode, int digits)
+{
+    try {
+        if (mode == 0)
+            mode = 3;
+        if (value.isNull())
+            return Currency();
+        const double v = value.toDouble();
+        const double x = std::fabs(v) * std::pow(10.0, digits);
+        if (!std::isfinite(x) || x > 7.9e28)
+            raiseError(VbErr::Overflow);
+        Decimal d = toDecimal15(x);
+        // whole part and whether a fraction remains
+        __int128 whole;
+        bool fraction = false;
+        bool halfOrMore = false;
+        if (d.exp >= 0) {
+            whole = d.digits * pow10i(d.exp);
+        } else if (d.exp < -30) {
+            whole = 0;
+            fraction = d.digits != 0;
+            halfOrMore = false;
+        } else {
+            const __int128 den = pow10i(-d.exp);
+            whole = d.digits / den;
+            const __int128 rest = d.digits % den;
+            fraction = rest != 0;
+            halfOrMore = rest * 2 >= den;
+        }
+        if (mode == 2) {
+            if (fraction)
+                whole += 1;
+        } else if (mode != 1) {
+            if (halfOrMore)
+                whole += 1;
+        }
+        // whole / 10^digits as currency (four places, half to even)
+        __int128 raw; // ten-thousandths
+        const int shift = 4 - digits;
+        if (shift >= 0) {
+            raw = whole * pow10i(shift);
+        } else {
+            const __int128 den = pow10i(-shift);
+            raw = whole / den;
+            const __int128 r = whole % den;
+            if (r * 2 > den || (r * 2 == den && (raw % 2 != 0)))
+                raw += 1;
+        }
+        if (v < 0)
+            raw = -raw;
+        if (raw > __int128(INT64_MAX) || raw < __int128(INT64_MIN))
+            raiseError(VbErr::Overflow);
+        return Currency::fromRaw(int64_t(raw));
+    } catch (const AppError &) {
+        return Currency();
+    }
+}
+
+QString GetEanCheck(const QString &code)
+{
+    if (code.size() != 12)
+        return QString();
+    int total = 0;
+    for (int pos = 1; pos <= 12; ++pos) {
+        const QChar c = code.at(pos - 1);
+        if (!c.isDigit() || c.unicode() > 0x7F)
+            raiseError(VbErr::TypeMismatch);
+        const int d = c.digitValue();
+        total += (pos % 2 == 0) ? d * 3 : d;
+    }
+    const QString check = QString::number(10 - total % 10);
+    return code + check.right(1);
+}
+
+double GetUnitRate(int fromUnit, int toUnit)
+{
+    if (fromUnit == toUnit || fromUnit == 0 || toUnit == 0)
+        return 1;
+    if (fromUnit < 1 || fromUnit > 5 || toUnit < 1 || toUnit > 5)
+        return 0;
+    // Rows: from; columns: to. The pair 3 -> 2 is computed in 16-bit
+    // arithmetic (1000 * 1000) and overflows; that is kept.
+    static const double table[5][5] = {
+        {0, 1000, 1.0 / 1000, 0, 0},
+        {1.0 / 1000, 0, 1.0 / 1000000, 0, 0},
+        {1000, -1, 0, 0, 0},
+        {0, 0, 0, 0, 1000},
+        {0, 0, 0, 1.0 / 1000, 0},
+    };
+    const double r = table[fromUnit - 1][toUnit - 1];
+    if (r < 0)
+        raiseError(VbErr::Overflow);
+    return r;
+}
+
+QString GetCompName()
+{
+    if (!gCompNameOverride.isNull())
+        return gCompNameOverride;
+    QString host = QSysInfo::machineHostName();
+    const int dot = host.indexOf(QLatin1Char('.'));
+    if (dot > 0)
+        host.truncate(dot);
+    return host.left(15).toUpper();
+}
+
+void setCompNameForTests(const QString &name) { gCompNameOverride = name; }
+
+void EndProcessNow(int code)
+{
+    if (gEndHandler)
+        gEndHandler(code);
+    std::exit(code);
+}
+
+void setEndProcessHandler(void (*handler)(int)) { gEndHandler = handler; }

@@ -1,0 +1,146 @@
+#pragma once
+// The four database objects through which all data reaches the program:
+//   gINI  (clsINI)  settings file  <program folder>/../ini/INFO.MDB
+//   gDB   (clsDb)   data database,   by the DB_* settings
+//   gMST  (clsMst)  master database, by the MST_* settings
+//   gWORK (clsWork) look-up and work file <program folder>/../work/WORK.MDB
+// Screens hand them SQL in the program's dialect; each object keeps its
+// connection open from creation to destruction.
+
+#include "Recordset.h"
+
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+class DbObject {
+public:
+    virtual ~DbObject();
+
+    QString DBTYPE() const { return mDBTYPE; }
+    void Begintrans();
+    void CommitTrans();
+    void RollbackTrans();
+    // Tables of the database (schema kind 20), as rows with TABLE_NAME.
+    RecordsetPtr OpenSchema(int schemaKind = 20);
+    RecordsetPtr GetFwdOnlyRst(const QString &sql);
+    RecordsetPtr GetStaticRst(const QString &sql);
+    RecordsetPtr GetDynamicRst(const QString &sql);
+    virtual void OpenCnn() = 0;
+    void CloseCnn();
+    void EXEC(const QString &sql, qint64 *recordsAffected = nullptr, int options = -1);
+
+    // First field of the first row, or Null when there is no row.
+    Value DMax(const QString &expr, const QString &domain, const QString &criteria = QString());
+    Value DMin(const QString &expr, const QString &domain, const QString &criteria = QString());
+    Value DCount(const QString &expr, const QString &domain, const QString &criteria = QString());
+    Value DSUM(const QString &expr, const QString &domain, const QString &criteria = QString());
+    Value DLookup(const QString &expr, const QString &domain, const QString &criteria = QString());
+    // The first field of all rows joined by single blanks (Null as ""), or Null.
+    Value DJoin(const QString &expr, const QString &domain, const QString &criteria = QString());
+
+    // Settings rows of this database's S_CTRL. A type of 0 becomes 10 in the
+    // caller's variable. Failures are shown and give false / Empty.
+    bool SaveCtrl(const QString &key, const Value &value, int &type);
+    Value GetCtrl(const QString &key);
+
+    // Frees the rows of a table held by this computer (see the stamps).
+    virtual Value ReleaseData(const QString &table, const QString &criteria = QString());
+
+    bool isOpen() const { return mCnn != nullptr; }
+    Engine *engine() const { return mCnn.get(); }
+
+    // The look-up criteria as sent for this object's engine word.
+    QString convertCriteria(const QString &criteria) const;
+
+protected:
+    RecordsetPtr openRst(const QString &sql, CursorKind kind);
+    Engine &cnn() const;
+    Value lookup(const QString &head, const QString &domain, const QString &criteria, bool join);
+    // Opens the data or master connection from the settings with the prefix
+    // "DB" or "MST"; on failure asks the user (see setConnectionRepair).
+    void openConfigured(const QString &prefix, const QString &question);
+    // The statement that frees this computer's holds.
+    static QString releaseSql(const QString &table, const QString &criteria);
+
+    std::unique_ptr<Engine> mCnn;
+    QString mDBTYPE;
+};
+
+class clsINI : public DbObject {
+public:
+    clsINI();
+    void OpenCnn() override;
+    Value ReleaseData(const QString &table, const QString &criteria = QString()) override;
+
+    QString DB_TYPE();
+    QString DB_DSN();
+    QString DB_SERVER();
+    QString DB_NAME();
+    QString DB_USER();
+    QString DB_PSWD();
+    QString DB_DBPW();
+    QString MST_TYPE();
+    QString MST_DSN();
+    QString MST_SERVER();
+    QString MST_NAME();
+    QString MST_USER();
+    QString MST_PSWD();
+    QString MST_DBPW();
+
+    // The property of that name ("DB_NAME", "MST_USER" ...).
+    QString property(const QString &name);
+
+private:
+    QString text(const QString &key);
+    QString fileName(const QString &key, const QString &typeKey);
+};
+
+class clsDb : public DbObject {
+public:
+    clsDb();
+    void OpenCnn() override;
+    Value ReleaseData(const QString &table, const QString &criteria = QString()) override;
+};
+
+class clsMst : public DbObject {
+public:
+    clsMst();
+    void OpenCnn() override;
+    Value ReleaseData(const QString &table, const QString &criteria = QString()) override;
+};
+
+class clsWork : public DbObject {
+public:
+    clsWork();
+    void OpenCnn() override;
+    // Goes to the master database, as it always has.
+    Value ReleaseData(const QString &table, const QString &criteria = QString()) override;
+};
+
+extern std::unique_ptr<clsINI> gINI;
+extern std::unique_ptr<clsDb> gDB;
+extern std::unique_ptr<clsMst> gMST;
+extern std::unique_ptr<clsWork> gWORK;
+
+void OpenIni();
+void OpenDb();
+void OpenMst();
+void OpenWork();
+// Empties gDB, gMST, gWORK, gINI in this order.
+void CloseAllDatabases();
+
+// What a failing data or master connection does after the user said Yes to
+// the question: the program opens the connection settings dialog. Without a
+// handler (command line, tests) the failure is raised as an error.
+void setConnectionRepair(std::function<void()> handler);
+
+// The configuration texts of a connection, as the settings make them.
+QString jetConnectionString(const QString &file, const QString &user, const QString &password,
+                            const QString &dbPassword);
+QString mysqlConnectionString(const QString &dsn, const QString &server, const QString &db, const QString &user,
+                              const QString &password);
+// Reads a configuration text into an engine connection. Raises AppError for
+// an empty or unreadable text.
+ConnectionSpec parseConnectionString(const QString &text);

@@ -1,0 +1,45 @@
+#pragma once
+// Making databases: the tables of a kind of database from the table
+// definitions, and the rows delivered with the program (CSV files under data/,
+// built into the programs). Used by `tillora-admin init`, the tests and the
+// benchmark's generator.
+
+#include "Engine.h"
+#include "Schema.h"
+
+#include <QString>
+#include <QStringList>
+
+namespace Setup {
+
+// Creates the tables of that kind that the database lacks; returns their names.
+QStringList createTables(Engine &engine, DbKind kind);
+
+// Loads the delivered rows of that kind into tables that are still empty;
+// returns the names of the tables filled.
+QStringList loadDelivered(Engine &engine, DbKind kind);
+
+// The rows of one delivered file (data/<kind>/<TABLE>.csv): column names and
+// rows of text cells, Null for an empty unquoted cell. False when there is no
+// such file.
+bool readDelivered(DbKind kind, const QString &table, QStringList &columns, QVector<QVector<Value>> &rows);
+// The CSV reader behind it.
+void parseCsv(const QString &text, QStringList &header, QVector<QVector<Value>> &rows);
+
+// The file of each kind under a run-time root.
+QString fileOf(const QString &root, DbKind kind);
+
+struct InitReport {
+    QStringList created; // files made
+    QStringList kept;    // files that were there already
+};
+// Makes the run-time folders and the four database files under root. A file
+// that exists is kept as it is unless force is set.
+InitReport initRoot(const QString &root, bool force = false);
+
+// For the data and master databases that the settings put on a MySQL server:
+// creates the database if the server lacks it, the tables, and the delivered
+// master rows. Returns a line per database for the user.
+QStringList initServers();
+
+}
