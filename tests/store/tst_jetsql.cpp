@@ -1,0 +1,148 @@
+// The translation of the program's SQL dialect, as text. The same forms run
+// against real engines in tst_store.
+
+#include "core/AppError.h"
+#include "store/JetSql.h"
+
+#include <QtTest/QTest>
+
+using JetSql::Dialect;
+
+class TestJetSql : public QObject {
+    Q_OBJECT
+private slots:
+    void dateLiterals_data()
+    {
+        QTest::addColumn<QString>("jet");
+        QTest::addColumn<QString>("out");
+        QTest::newRow("key form") << "WORK_DATE=#2024-01-02 00:00:00#" << "WORK_DATE='2024-01-02 00:00:00'";
+        QTest::newRow("list form") << "LEDGE_DATE>=#2024/01/01#" << "LEDGE_DATE>='2024-01-01 00:00:00'";
+        QTest::newRow("as typed") << "X<=#2024/1/5#" << "X<='2024-01-05 00:00:00'";
+        QTest::newRow("month first") << "X=#1/5/2024#" << "X='2024-01-05 00:00:00'";
+        QTest::newRow("full width typed") << "X=#２０２４/１/５#" << "X='2024-01-05 00:00:00'";
+        QTest::newRow("inside quotes stays") << "NOTES='#2024/1/5#' AND X=#2024/1/6#"
+                                             << "NOTES='#2024/1/5#' AND X='2024-01-06 00:00:00'";
+        QTest::newRow("quote doubled") << "N='a''#b' AND X=#2024/1/6#" << "N='a''#b' AND X='2024-01-06 00:00:00'";
+    }
+    void dateLiterals()
+    {
+        QFETCH(QString, jet);
+        QFETCH(QString, out);
+        QCOMPARE(JetSql::translate(jet, Dialect::Sqlite), out);
+        QCOMPARE(JetSql::translate(jet, Dialect::Mysql), out);
+    }
+
+    void badDatesFailLikeTheEngine_data()
+    {
+        QTest::addColumn<QString>("jet");
+        QTest::newRow("year only") << "X>=#/01/01#";
+        QTest::newRow("no day 30 in February") << "X=#2024/2/30#";
+        QTest::newRow("words") << "X=#tomorrow#";
+        QTest::newRow("no closing mark") << "X=#2024/1/5";
+    }
+    void badDatesFailLikeTheEngine()
+    {
+        QFETCH(QString, jet);
+        for (Dialect d : {Dialect::Sqlite, Dialect::Mysql}) {
+            try {
+                JetSql::translate(QStringLiteral("SELECT * FROM T WHERE ") + jet, d);
+                QFAIL("a date that is none must fail");
+            } catch (const AppError &e) {
+                QCOMPARE(e.number(), VbErr::DateSyntax);
+            }
+        }
+    }
+
+    void oneStatementOnly()
+    {
+        QCOMPARE(JetSql::translate(QStringLiteral("SELECT 1;  "), Dialect::Sqlite), QStringLiteral("SELECT 1"));
+        // user text with a quote ends the literal: what follows ';' never runs
+        const QString injected = QStringLiteral("UPDATE D_LEDGE SET NOTES='a'; DELETE FROM D_LEDGE; --' WHERE 1=1");
+        for (Dialect d : {Dialect::Sqlite, Dialect::Mysql}) {
+            try {
+                JetSql::translate(injected, d);
+                QFAIL("a second statement must be refused");
+            } catch (const AppError &e) {
+                QCOMPARE(e.number(), VbErr::CharsAfterEnd);
+            }
+        }
+        // a ';' inside quotes is data
+        QCOMPARE(JetSql::translate(QStringLiteral("SELECT 'a;b'"), Dialect::Sqlite), QStringLiteral("SELECT 'a;b'"));
+    }
+
+    void deleteForms()
+    {
+        QCOMPARE(JetSql::translate(QStringLiteral("DELETE D_LEDGE.* FROM D_LEDGE WHERE FMR_ID=1"), Dialect::Sqlite),
+                 QStringLiteral("DELETE FROM D_LEDGE WHERE FMR_ID=1"));
+        QCOMPARE(JetSql::translate(QStringLiteral("DELETE  D_LEDGE.*  FROM D_LEDGE  WHERE  D_LEDGE.FMR_ID=1"), Dialect::Sqlite),
+                 QStringLiteral("DELETE FROM D_LEDGE  WHERE  D_LEDGE.FMR_ID=1"));
+        QCOMPARE(JetSql::translate(QStringLiteral("DELETE * FROM M_PRD"), Dialect::Sqlite),
+                 QStringLiteral("DELETE FROM M_PRD"));
+        // the server takes the form as it is
+        QCOMPARE(JetSql::translate(QStringLiteral("DELETE M_PRD.* FROM M_PRD"), Dialect::Mysql),
+                 QStringLiteral("DELETE M_PRD.* FROM M_PRD"));
+        // a statement that names no table stays broken
+        QCOMPARE(JetSql::translate(QStringLiteral("DELETE D_LEDGE.* FROM DELETE WHERE FMR_ID=1"), Dialect::Sqlite),
+                 QStringLiteral("DELETE FROM DELETE WHERE FMR_ID=1"));
+    }
+
+    void updateForms()
+    {
+        QCOMPARE(JetSql::translate(QStringLiteral("UPDATE D_CHEMI SET  D_CHEMI.USED_QTY=0,  D_CHEMI.REST_QTY=D_CHEMI.PUR_QTY  "
+                                                  "WHERE D_CHEMI.FMR_ID=1"),
+                                   Dialect::Sqlite),
+                 QStringLiteral("UPDATE D_CHEMI SET  USED_QTY=0,  REST_QTY=D_CHEMI.PUR_QTY  WHERE D_CHEMI.FMR_ID=1"));
+        const QString joined = QStringLiteral(
+            "UPDATE W_CHEMI_USE INNER JOIN L_CHEMI_UNIT ON (W_CHEMI_USE.PUR_UNIT_ID = L_CHEMI_UNIT.ID) AND "
+            "(W_CHEMI_USE.DTL_UNIT_ID = L_CHEMI_UNIT.CHG_ID)  SET W_CHEMI_USE.RT = 1/ L_CHEMI_UNIT.RT");
+        QCOMPARE(JetSql::translate(joined, Dialect::Sqlite),
+                 QStringLiteral("UPDATE W_CHEMI_USE SET RT = 1/ L_CHEMI_UNIT.RT FROM L_CHEMI_UNIT WHERE "
+                                "((W_CHEMI_USE.PUR_UNIT_ID = L_CHEMI_UNIT.ID) AND (W_CHEMI_USE.DTL_UNIT_ID = "
+                                "L_CHEMI_UNIT.CHG_ID))"));
+        QCOMPARE(JetSql::translate(joined, Dialect::Mysql), joined);
+        QCOMPARE(JetSql::translate(QStringLiteral("UPDATE A INNER JOIN B ON A.K=B.K SET A.X=B.Y WHERE A.Z=#2024/1/1#"),
+                                   Dialect::Sqlite),
+                 QStringLiteral("UPDATE A SET X=B.Y FROM B WHERE (A.K=B.K) AND (A.Z='2024-01-01 00:00:00')"));
+        // the release statement has no qualifier and goes through unchanged
+        const QString release = QStringLiteral("UPDATE D_DIARY SET LAST_TM=HOLD_TM, HOLD_TM=NULL  WHERE HOLD_TM='PC1' ");
+        QCOMPARE(JetSql::translate(release, Dialect::Sqlite), release);
+    }
+
+    void comparisonsSortTrueFirst()
+    {
+        const QString jet = QStringLiteral(
+            "SELECT DISTINCT  D_PLANT.CROP_NM='トマト' AS CROP_MATCH, D_DIARY_DTL.WORK_NM  FROM D_DIARY_DTL  INNER "
+            "JOIN D_PLANT  ON (D_DIARY_DTL.PLANT_ID = D_PLANT.PLANT_ID)  AND (D_DIARY_DTL.FMR_ID = D_PLANT.FMR_ID) "
+            "WHERE WORK_KBN=3 ORDER BY D_PLANT.CROP_NM='トマト', D_DIARY_DTL.WORK_NM");
+        const QString out = QStringLiteral(
+            "SELECT DISTINCT  -(D_PLANT.CROP_NM='トマト') AS CROP_MATCH, D_DIARY_DTL.WORK_NM  FROM D_DIARY_DTL  "
+            "INNER JOIN D_PLANT  ON (D_DIARY_DTL.PLANT_ID = D_PLANT.PLANT_ID)  AND (D_DIARY_DTL.FMR_ID = "
+            "D_PLANT.FMR_ID) WHERE WORK_KBN=3 ORDER BY -(D_PLANT.CROP_NM='トマト'), D_DIARY_DTL.WORK_NM");
+        QCOMPARE(JetSql::translate(jet, Dialect::Sqlite), out);
+        QCOMPARE(JetSql::translate(jet, Dialect::Mysql), out);
+        // a comparison inside a function or a plain column is left alone
+        const QString plain = QStringLiteral("SELECT COUNT(*), MAX(A) FROM T WHERE A=1 ORDER BY A DESC, B");
+        QCOMPARE(JetSql::translate(plain, Dialect::Sqlite), plain);
+        QCOMPARE(JetSql::translate(QStringLiteral("SELECT A FROM T ORDER BY A<>1 DESC"), Dialect::Sqlite),
+                 QStringLiteral("SELECT A FROM T ORDER BY -(A<>1) DESC"));
+    }
+
+    void sourcesOfAStatement()
+    {
+        const JetSql::Sources s = JetSql::sources(QStringLiteral(
+            "SELECT L_CHEMI.*, L_KBN_1.ID FROM ((L_CHEMI LEFT JOIN L_MAKER ON L_CHEMI.MAKER_OMT = L_MAKER.MAKER_OMT) "
+            "LEFT JOIN L_KBN ON L_CHEMI.USES = L_KBN.NOTE) LEFT JOIN L_KBN AS L_KBN_1 ON L_CHEMI.CHEMI_TYPE = "
+            "L_KBN_1.NOTE WHERE L_KBN.KBN=15"));
+        QCOMPARE(s.tables, (QStringList{"L_CHEMI", "L_MAKER", "L_KBN", "L_KBN"}));
+        QCOMPARE(s.alias.value("L_KBN_1"), QStringLiteral("L_KBN"));
+        QVERIFY(s.hasJoin);
+        const JetSql::Sources one = JetSql::sources(QStringLiteral("SELECT * FROM S_CTRL WHERE CTRL_CD='FROM X'"));
+        QCOMPARE(one.tables, QStringList{"S_CTRL"});
+        QVERIFY(!one.hasJoin);
+        QCOMPARE(JetSql::sources(QStringLiteral("SELECT * FROM A, B AS C WHERE 1=1")).tables,
+                 (QStringList{"A", "B"}));
+    }
+};
+
+QTEST_APPLESS_MAIN(TestJetSql)
+#include "tst_jetsql.moc"

@@ -1,0 +1,407 @@
+// The database objects against real engines: every statement form of the
+// program's dialect, the look-ups with their Null/0/Empty results, typed
+// writes through recordsets, the stamps, and bad input. Each test runs on
+// SQLite and on MariaDB.
+
+#include "core/AppError.h"
+#include "core/Globals.h"
+#include "core/Helpers.h"
+#include "store/Database.h"
+#include "store/Lookup.h"
+#include "support/MsgRecorder.h"
+#include "support/TestRoot.h"
+
+#include <QtTest/QTest>
+
+namespace {
+
+long errorOf(const std::function<void()> &f)
+{
+    try {
+        f();
+    } catch (const AppError &e) {
+        return e.number();
+    }
+    return 0;
+}
+
+QString q(const QString &s) { return s; }
+
+// A day of diary lines, slips and plantings for farmer 1 (and a line of farmer 2).
+void seedDiary()
+{
+    gDB->EXEC(q("INSERT INTO D_PLANT (FMR_ID, PLANT_ID, PLANT_NM, CROP_NM, START_DATE) VALUES "
+                "(1, 1, '春トマト', 'トマト', #2024/03/01#)"));
+    gDB->EXEC(q("INSERT INTO D_PLANT (FMR_ID, PLANT_ID, PLANT_NM, CROP_NM, START_DATE) VALUES "
+                "(1, 2, '秋なす', 'なす', #2024/07/01#)"));
+    const char *lines[] = {
+        "(1, #2024-05-01 00:00:00#, 1, 1, 3, '誘引', NULL)",
+        "(1, #2024-05-01 00:00:00#, 2, 2, 3, '芽かき', NULL)",
+        "(1, #2024-05-02 00:00:00#, 1, 2, 3, 'あ誘引', NULL)",
+        "(1, #2024-05-02 00:00:00#, 2, 1, 3, '芽かき', 7)",
+        "(2, #2024-05-02 00:00:00#, 1, 1, 3, '別の人', NULL)",
+    };
+    for (const char *l : lines)
+        gDB->EXEC(q("INSERT INTO D_DIARY_DTL (FMR_ID, WORK_DATE, DTL_NO, PLANT_ID, WORK_KBN, WORK_NM, LEDGE_ID) "
+                    "VALUES ") +
+                  QString::fromUtf8(l));
+}
+
+} // namespace
+
+class TestStore : public QObject {
+    Q_OBJECT
+private slots:
+    void deliveredDataIsThere()
+    {
+        TestRoot root;
+        QCOMPARE(gWORK->DLookup("ETO_YM", "L_ETO", "ID=1").toText(), QStringLiteral("甲子"));
+        QCOMPARE(gWORK->DLookup("ETO_YM", "L_ETO", "ID=60").toText(), QStringLiteral("癸亥"));
+        QCOMPARE(gWORK->DCount("*", "L_ETO").toLong(), 60);
+        QCOMPARE(GetAccNm(Value(1000)), QStringLiteral("現金"));
+        QCOMPARE(GetAccNm(Value(1130)), QStringLiteral("農薬"));
+        QCOMPARE(gWORK->DLookup("OPT_KBN", "L_ACC", "ACC_ID=1130").toLong(), 3);
+        QCOMPARE(gWORK->DLookup("OPT_KBN", "L_ACC", "ACC_ID=4160").toLong(), 2);
+        QCOMPARE(gWORK->DLookup("DC_KBN", "L_ACC", "ACC_ID=4000").toLong(), 2);
+        QCOMPARE(gWORK->DLookup("NM", "L_KBN", "KBN=20 AND ID=5").toText(), QStringLiteral("農薬散布"));
+        QCOMPARE(gWORK->DLookup("NM", "L_KBN", "KBN=20 AND ID=8").toText(), QStringLiteral("出荷"));
+        QCOMPARE(gWORK->DCount("*", "L_KBN", "KBN=10").toLong(), 10);
+        QCOMPARE(gWORK->DLookup("ORIENTATION", "L_REP", "REP_ID=10").toLong(), 1);
+        QCOMPARE(gMST->DCount("*", "M_FMR", "FMR_ID=1").toLong(), 1);
+        QCOMPARE(gMST->DCount("*", "M_SHOP", "SHOP_ID=1").toLong(), 1);
+        QCOMPARE(gDB->DCount("*", "D_LEDGE").toLong(), 0);
+        QCOMPARE(gINI->GetCtrl("USE_TYPE"), Value(1));
+        QCOMPARE(gINI->GetCtrl("WINDOW_STA"), Value(false));
+    }
+
+    void unitTableAgreesWithTheFixedRates()
+    {
+        // Stock uses the table, costs the fixed rates: both must say the same
+        // for every pair the table converts.
+        TestRoot root;
+        RecordsetPtr rs = gWORK->GetFwdOnlyRst("SELECT ID, CHG_ID, RT FROM L_CHEMI_UNIT WHERE CHG_ID IS NOT NULL");
+        int pairs = 0;
+        for (; !rs->eof(); rs->MoveNext()) {
+            const int id = rs->Fields("ID").toLong(), chg = rs->Fields("CHG_ID").toLong();
+            const double rt = rs->Fields("RT").toDouble();
+            // bought in CHG_ID, used in ID: a use of 1 ID is rt purchase units
+            QCOMPARE(GetUnitRate(chg, id), rt);
+            QCOMPARE(GetUnitRate(id, chg), 1 / rt);
+            ++pairs;
+        }
+        QVERIFY(pairs >= 3);
+        QCOMPARE(GetChemiUnitNm(Value(2)), QStringLiteral("kg"));
+        QCOMPARE(GetChemiUnitNm(Value(5)), QStringLiteral("L"));
+    }
+
+    void lookupsNullZeroEmpty()
+    {
+        TestRoot root;
+        QCOMPARE(gDB->DCount("*", "D_LEDGE", ""), Value(0));
+        QCOMPARE(gDB->DMax("LEDGE_ID", "D_LEDGE", ""), Value::null());
+        QCOMPARE(gDB->DSUM("AMT", "D_LEDGE", ""), Value::null());
+        QCOMPARE(gMST->DLookup("FMR_NM", "M_FMR", "FMR_ID=99"), Value::null());
+        gMST->EXEC("UPDATE M_FMR SET NOTES=NULL WHERE FMR_ID=1");
+        QCOMPARE(gMST->DLookup("NOTES", "M_FMR", "FMR_ID=1"), Value::null());
+        QCOMPARE(GetFmrNm(Value::null()), QString());
+        QCOMPARE(GetShopNm(Value(1)), gMST->DLookup("SHOP_NM", "M_SHOP", "SHOP_ID=1").toText());
+        QCOMPARE(GetKbn15Nm(Value(2)), gWORK->DLookup("NM", "L_KBN", "KBN=15 AND ID=2").toText());
+        QCOMPARE(GetNewLedgeId(Value(1)), 1);
+    }
+
+    void lookupTypesFollowTheColumns()
+    {
+        TestRoot root;
+        gDB->EXEC("INSERT INTO D_LEDGE (FMR_ID, LEDGE_ID, LEDGE_DATE, AMT) VALUES (1, 1, #2024/1/5#, 1200.5)");
+        gDB->EXEC("INSERT INTO D_LEDGE (FMR_ID, LEDGE_ID, LEDGE_DATE, AMT) VALUES (1, 2, #2024/1/7#, 0.25)");
+        gDB->EXEC("INSERT INTO D_LEDGE (FMR_ID, LEDGE_ID, LEDGE_DATE, AMT) VALUES (3, 9, #2024/1/6#, 1)");
+        const Value last = gDB->DMax("LEDGE_DATE", "D_LEDGE", "FMR_ID=1");
+        QCOMPARE(last, Value(DateUtil::make(2024, 1, 7)));
+        QCOMPARE(gDB->DSUM("AMT", "D_LEDGE", "FMR_ID=1"), Value(Currency::fromDouble(1200.75)));
+        QCOMPARE(gDB->DSUM("D_LEDGE.AMT", "D_LEDGE", "FMR_ID=1"), Value(Currency::fromDouble(1200.75)));
+        QCOMPARE(gDB->DCount("*", "D_LEDGE", "FMR_ID=1"), Value(2));
+        QCOMPARE(gDB->DMin("LEDGE_ID", "D_LEDGE"), Value(1));
+        QCOMPARE(gDB->DLookup("LEDGE_DATE", "D_LEDGE", "LEDGE_ID=9"), Value(DateUtil::make(2024, 1, 6)));
+        QCOMPARE(GetNewLedgeId(Value(1)), 3);
+        QCOMPARE(GetNewLedgeId(Value(3)), 10);
+        // key form and list form of dates find the same row
+        QCOMPARE(gDB->DCount("*", "D_LEDGE", "LEDGE_DATE=#2024-01-05 00:00:00#").toLong(), 1);
+        QCOMPARE(gDB->DCount("*", "D_LEDGE", "LEDGE_DATE>=#2024/1/6# AND LEDGE_DATE<=#2024/01/07#").toLong(), 2);
+    }
+
+    void djoinJoinsWithBlanks()
+    {
+        TestRoot root;
+        gWORK->EXEC("INSERT INTO W_CHEMI_USE (CHEMI_ID, QTY) VALUES (1, 1)");
+        gWORK->EXEC("INSERT INTO W_CHEMI_USE (CHEMI_ID, QTY) VALUES (2, NULL)");
+        gWORK->EXEC("INSERT INTO W_CHEMI_USE (CHEMI_ID, QTY) VALUES (3, 3)");
+        QCOMPARE(gWORK->DJoin("QTY", "W_CHEMI_USE", "CHEMI_ID>0 ORDER BY CHEMI_ID"), Value("1  3"));
+        QCOMPARE(gWORK->DJoin("QTY", "W_CHEMI_USE", "CHEMI_ID>5"), Value::null());
+    }
+
+    void criteriaOfTheServerEngine()
+    {
+        TestRoot root;
+        const QString crit = q("WORK_DATE=#2024-01-02 00:00:00# AND NM LIKE '*a*' AND X='x*y' AND N='#1'");
+        if (root.engine() == TestEngine::Mysql) {
+            QCOMPARE(gDB->DBTYPE(), QStringLiteral("MYSQL"));
+            QCOMPARE(gDB->convertCriteria(crit),
+                     q("WORK_DATE='2024-01-02 00:00:00' AND NM LIKE '%a%' AND X='x*y' AND N=''1'"));
+        } else {
+            QCOMPARE(gDB->DBTYPE(), QStringLiteral("ACCESS"));
+            QCOMPARE(gDB->convertCriteria(crit), crit);
+        }
+        QCOMPARE(gWORK->DBTYPE(), QStringLiteral("ACCESS"));
+        QCOMPARE(gINI->DBTYPE(), QStringLiteral("ACCESS"));
+        // a date criteria finds its row on either engine
+        gDB->EXEC("INSERT INTO D_DIARY (FMR_ID, WORK_DATE, ONE_MSG) VALUES (1, #2024-01-02 00:00:00#, 'abc')");
+        QCOMPARE(gDB->DCount("*", "D_DIARY", "WORK_DATE=#2024-01-02 00:00:00#").toLong(), 1);
+        const QString wild = root.engine() == TestEngine::Mysql ? q("ONE_MSG LIKE '*b*'") : q("ONE_MSG LIKE '%b%'");
+        QCOMPARE(gDB->DCount("*", "D_DIARY", wild).toLong(), 1);
+    }
+
+    void everyStatementFormRuns()
+    {
+        TestRoot root;
+        seedDiary();
+        // DELETE t.* FROM t
+        gDB->EXEC("DELETE D_DIARY_DTL.* FROM D_DIARY_DTL WHERE FMR_ID=2 AND WORK_DATE=#2024-05-02 00:00:00#");
+        QCOMPARE(gDB->DCount("*", "D_DIARY_DTL", "FMR_ID=2").toLong(), 0);
+        QCOMPARE(gDB->DCount("*", "D_DIARY_DTL", "FMR_ID=1").toLong(), 4);
+        // qualified columns on the left of SET
+        gDB->EXEC("INSERT INTO D_CHEMI (FMR_ID, CHEMI_ID, CHEMI_NM, PUR_QTY, USED_QTY, REST_QTY) VALUES "
+                  "(1, 5, 'テスト乳剤', 500, 120, 380)");
+        gDB->EXEC("UPDATE D_CHEMI SET  D_CHEMI.USED_QTY=0,  D_CHEMI.REST_QTY=D_CHEMI.PUR_QTY  WHERE "
+                  "D_CHEMI.FMR_ID=1 AND D_CHEMI.CHEMI_ID=5");
+        QCOMPARE(gDB->DLookup("REST_QTY", "D_CHEMI", "CHEMI_ID=5").toDouble(), 500.0);
+        QCOMPARE(gDB->DLookup("USED_QTY", "D_CHEMI", "CHEMI_ID=5").toDouble(), 0.0);
+        // UPDATE ... INNER JOIN ... SET, as the stock count runs it
+        gWORK->EXEC("DELETE W_CHEMI_USE.* FROM W_CHEMI_USE");
+        const char *uses[] = {"(1, 250, 2, 1)", "(1, 2, 2, 2)", "(2, 3, 1, 2)", "(3, 5, 1, 4)", "(4, 100, 5, 4)"};
+        for (const char *u : uses)
+            gWORK->EXEC(q("INSERT INTO W_CHEMI_USE (CHEMI_ID, QTY, PUR_UNIT_ID, DTL_UNIT_ID) VALUES ") +
+                        QString::fromLatin1(u));
+        gWORK->EXEC("UPDATE W_CHEMI_USE INNER JOIN L_CHEMI_UNIT ON (W_CHEMI_USE.PUR_UNIT_ID = L_CHEMI_UNIT.ID) AND "
+                    "(W_CHEMI_USE.DTL_UNIT_ID = L_CHEMI_UNIT.CHG_ID)  SET W_CHEMI_USE.RT = 1/ L_CHEMI_UNIT.RT");
+        gWORK->EXEC("UPDATE W_CHEMI_USE INNER JOIN L_CHEMI_UNIT ON (W_CHEMI_USE.PUR_UNIT_ID = L_CHEMI_UNIT.CHG_ID) "
+                    "AND (W_CHEMI_USE.DTL_UNIT_ID = L_CHEMI_UNIT.ID) SET W_CHEMI_USE.RT = L_CHEMI_UNIT.RT");
+        gWORK->EXEC("UPDATE W_CHEMI_USE  SET W_CHEMI_USE.RT=1 WHERE W_CHEMI_USE.PUR_UNIT_ID=W_CHEMI_USE.DTL_UNIT_ID");
+        gWORK->EXEC("UPDATE W_CHEMI_USE  SET W_CHEMI_USE.USE_QTY=W_CHEMI_USE.QTY * W_CHEMI_USE.RT");
+        RecordsetPtr rs = gWORK->GetFwdOnlyRst(
+            "SELECT  W_CHEMI_USE.CHEMI_ID,  SUM(W_CHEMI_USE.USE_QTY) AS USE_QTY FROM W_CHEMI_USE GROUP BY "
+            "W_CHEMI_USE.CHEMI_ID ORDER BY W_CHEMI_USE.CHEMI_ID");
+        QVector<QPair<int, Value>> sums;
+        for (; !rs->eof(); rs->MoveNext())
+            sums.append({rs->Fields("CHEMI_ID").toLong(), rs->Fields("USE_QTY")});
+        QCOMPARE(sums.size(), 4);
+        QCOMPARE(sums[0].second.toDouble(), 0.25 + 2.0); // 250 g of a kg lot, 2 kg
+        QCOMPARE(sums[1].second.toDouble(), 3000.0);     // 3 kg of a g lot
+        QVERIFY(sums[2].second.isNull());                // g and mL don't convert
+        QCOMPARE(sums[3].second.toDouble(), 0.1);        // 100 mL of a L lot
+        // a comparison selected and sorted on: the same crop first
+        rs = gDB->GetFwdOnlyRst(
+            "SELECT DISTINCT  D_PLANT.CROP_NM='なす' AS CROP_MATCH, D_DIARY_DTL.WORK_NM  FROM D_DIARY_DTL  INNER "
+            "JOIN D_PLANT  ON (D_DIARY_DTL.PLANT_ID = D_PLANT.PLANT_ID)  AND (D_DIARY_DTL.FMR_ID = D_PLANT.FMR_ID) "
+            "WHERE WORK_KBN=3 ORDER BY D_PLANT.CROP_NM='なす', D_DIARY_DTL.WORK_NM");
+        QStringList names;
+        for (; !rs->eof(); rs->MoveNext()) {
+            names << rs->Fields("WORK_NM").toText();
+            QVERIFY(rs->Fields("CROP_MATCH").toBool() == (names.size() <= 2));
+        }
+        QCOMPARE(names, (QStringList{"あ誘引", "芽かき", "芽かき", "誘引"}));
+        QCOMPARE(gDB->DCount("*", "D_DIARY_DTL", "FMR_ID=1 AND LEDGE_ID=7").toLong(), 1);
+    }
+
+    void likeAndCaseAsTheFileEngine()
+    {
+        TestRoot root;
+        RecordsetPtr rs = gWORK->GetFwdOnlyRst(
+            "SELECT L_CROP.CROP_NM1 FROM L_CROP WHERE L_CROP.CROP_KBN LIKE '01%' ORDER BY CROP_NM1");
+        QVERIFY(rs->RecordCount() >= 5);
+        QCOMPARE(gWORK->DCount("*", "L_CROP", "CROP_NM1 LIKE '%トマト%'").toLong(),
+                 gWORK->DCount("*", "L_CROP", "CROP_NM1='トマト' OR CROP_NM1='ミニトマト'").toLong());
+        gMST->EXEC("UPDATE M_FMR SET NOTES='Organic JAS' WHERE FMR_ID=1");
+        QCOMPARE(gMST->DCount("*", "M_FMR", "NOTES LIKE '%organic%'").toLong(), 1);
+        QCOMPARE(gMST->DCount("*", "M_FMR", "NOTES='organic jas'").toLong(), 1);
+        // a backslash in text is data on both engines
+        gMST->EXEC("UPDATE M_FMR SET NOTES='C:\\farm\\new' WHERE FMR_ID=1");
+        QCOMPARE(gMST->DLookup("NOTES", "M_FMR", "FMR_ID=1").toText(), QStringLiteral("C:\\farm\\new"));
+    }
+
+    void userTextWithAQuoteBreaksOnlyItsStatement()
+    {
+        TestRoot root;
+        const QString notes = q("it's; DELETE FROM D_LEDGE; --");
+        gDB->EXEC("INSERT INTO D_LEDGE (FMR_ID, LEDGE_ID, AMT) VALUES (1, 1, 100)");
+        const long n = errorOf([&] {
+            gDB->EXEC(q("INSERT INTO D_LEDGE (FMR_ID, LEDGE_ID, NOTES, AMT) VALUES (1, 2, '") + notes + q("', 5)"));
+        });
+        QVERIFY(n != 0);
+        QCOMPARE(gDB->DCount("*", "D_LEDGE").toLong(), 1);
+        // the engine's own error reaches the caller as number and text
+        try {
+            gDB->EXEC("SELEC * FROM D_LEDGE");
+            QFAIL("a broken statement must fail");
+        } catch (const AppError &e) {
+            QVERIFY(e.number() != 0);
+            QVERIFY(!e.description().isEmpty());
+        }
+    }
+
+    void typedWritesFailLikeTheEngine()
+    {
+        TestRoot root;
+        RecordsetPtr rs = gDB->GetDynamicRst("SELECT D_LEDGE.* FROM D_LEDGE WHERE 0=1");
+        QVERIFY(rs->eof());
+        rs->AddNew();
+        rs->SetField("FMR_ID", Value(1));
+        rs->SetField("LEDGE_ID", Value("7"));            // numeric text is taken
+        rs->SetField("LEDGE_DATE", Value("2024/1/5"));   // a date as typed
+        QCOMPARE(errorOf([&] { rs->SetField("AMT", Value("abc")); }), VbErr::TypeMismatch);
+        QCOMPARE(errorOf([&] { rs->SetField("AMT", Value("")); }), VbErr::TypeMismatch);
+        QCOMPARE(errorOf([&] { rs->SetField("D_ACC_ID", Value(3e10)); }), VbErr::Overflow);
+        QCOMPARE(errorOf([&] { rs->SetField("LEDGE_DATE", Value("2024/2/30")); }), VbErr::TypeMismatch);
+        QCOMPARE(errorOf([&] { rs->SetField("CTR_NM", Value(QString(101, QChar(0x3042)))); }), VbErr::FieldTooSmall);
+        QCOMPARE(errorOf([&] { rs->SetField("NO_SUCH", Value(1)); }), VbErr::ItemNotFound);
+        rs->SetField("AMT", Value("1,234.5"));
+        rs->SetField("NOTES", Value::null());
+        rs->SetField("CTR_NM", Value(QString(100, QChar(0x3042))));
+        QCOMPARE(rs->Fields("LEDGE_ID"), Value(7));
+        rs->Update();
+        rs->Close();
+        QCOMPARE(gDB->DLookup("AMT", "D_LEDGE", "LEDGE_ID=7"), Value(Currency::fromDouble(1234.5)));
+        QCOMPARE(gDB->DLookup("LEDGE_DATE", "D_LEDGE", "LEDGE_ID=7"), Value(DateUtil::make(2024, 1, 5)));
+        QCOMPARE(gDB->DLookup("NOTES", "D_LEDGE", "LEDGE_ID=7"), Value::null());
+        // the SQL path refuses text in number columns too
+        QVERIFY(errorOf([] { gDB->EXEC("UPDATE D_LEDGE SET AMT='abc' WHERE LEDGE_ID=7"); }) != 0);
+        QCOMPARE(gDB->DLookup("AMT", "D_LEDGE", "LEDGE_ID=7"), Value(Currency::fromDouble(1234.5)));
+    }
+
+    void dynamicSetsWriteByKey()
+    {
+        TestRoot root;
+        seedDiary();
+        // the planting screen's statement names no farmer: the first row of the number is changed
+        gDB->EXEC("INSERT INTO D_PLANT (FMR_ID, PLANT_ID, PLANT_NM) VALUES (2, 1, '他の人の作付')");
+        RecordsetPtr rs = gDB->GetDynamicRst("SELECT D_PLANT.* FROM D_PLANT WHERE D_PLANT.PLANT_ID=1 ORDER BY FMR_ID");
+        QCOMPARE(rs->RecordCount(), 2);
+        rs->SetField("PLANT_NM", Value("夏トマト"));
+        rs->SetField("UDATE", Value(DateUtil::make(2024, 6, 1, 10, 30, 0)));
+        rs->Update();
+        QCOMPARE(gDB->DLookup("PLANT_NM", "D_PLANT", "FMR_ID=1 AND PLANT_ID=1").toText(), QStringLiteral("夏トマト"));
+        QCOMPARE(gDB->DLookup("PLANT_NM", "D_PLANT", "FMR_ID=2 AND PLANT_ID=1").toText(), QStringLiteral("他の人の作付"));
+        QCOMPARE(gDB->DLookup("UDATE", "D_PLANT", "FMR_ID=1 AND PLANT_ID=1"), Value(DateUtil::make(2024, 6, 1, 10, 30, 0)));
+        // Delete leaves the position on the removed row; MoveNext goes on
+        rs = gDB->GetDynamicRst("SELECT D_DIARY_DTL.* FROM D_DIARY_DTL WHERE FMR_ID=1 ORDER BY WORK_DATE, DTL_NO");
+        QCOMPARE(rs->RecordCount(), 4);
+        int seen = 0;
+        for (; !rs->eof(); rs->MoveNext()) {
+            ++seen;
+            if (rs->Fields("WORK_NM").toText() == QStringLiteral("芽かき"))
+                rs->Delete();
+        }
+        QCOMPARE(seen, 4);
+        QCOMPARE(gDB->DCount("*", "D_DIARY_DTL", "FMR_ID=1").toLong(), 2);
+        // a set over a join is read-only
+        rs = gDB->GetDynamicRst("SELECT D_DIARY_DTL.WORK_NM FROM D_DIARY_DTL INNER JOIN D_PLANT ON "
+                                "D_DIARY_DTL.PLANT_ID = D_PLANT.PLANT_ID");
+        QCOMPARE(errorOf([&] { rs->SetField("WORK_NM", Value("x")); }), VbErr::NotUpdatable);
+        // readers refuse writes, and a row past the end is no row
+        rs = gDB->GetFwdOnlyRst("SELECT D_PLANT.* FROM D_PLANT WHERE 0=1");
+        QCOMPARE(errorOf([&] { rs->AddNew(); }), VbErr::NotUpdatable);
+        QCOMPARE(errorOf([&] { rs->Fields("PLANT_ID"); }), VbErr::NoCurrentRecord);
+    }
+
+    void findWalksForward()
+    {
+        TestRoot root;
+        RecordsetPtr rs = gINI->GetDynamicRst("SELECT S_CTRL.* FROM S_CTRL ORDER BY CTRL_CD");
+        rs->MoveFirst();
+        rs->Find("CTRL_CD='USE_TYPE'");
+        QVERIFY(!rs->eof());
+        QCOMPARE(rs->Fields("CTRL_VALUE").toText(), QStringLiteral("1"));
+        rs->Find("CTRL_CD='NO_SUCH_KEY'");
+        QVERIFY(rs->eof());
+        rs->MoveFirst();
+        rs->Find("CTRL_CD LIKE 'DB_*'");
+        QVERIFY(rs->Fields("CTRL_CD").toText().startsWith(QLatin1String("DB_")));
+        rs = gWORK->GetStaticRst("SELECT * FROM L_ACC ORDER BY ACC_ID");
+        rs->Find("ACC_ID>=4000");
+        QCOMPARE(rs->Fields("ACC_ID"), Value(4000));
+    }
+
+    void stampsAreReleasedByComputerName()
+    {
+        TestRoot root;
+        setCompNameForTests(QStringLiteral("PC-A"));
+        gDB->EXEC("INSERT INTO D_DIARY (FMR_ID, WORK_DATE, LAST_TM, HOLD_TM) VALUES (1, #2024/5/1#, 'PC-B', 'PC-A')");
+        gDB->EXEC("INSERT INTO D_DIARY (FMR_ID, WORK_DATE, LAST_TM, HOLD_TM) VALUES (1, #2024/5/2#, 'PC-A', 'PC-B')");
+        gDB->EXEC("INSERT INTO D_DIARY (FMR_ID, WORK_DATE, LAST_TM, HOLD_TM) VALUES (2, #2024/5/1#, NULL, 'PC-A')");
+        gDB->ReleaseData("D_DIARY", "FMR_ID=1");
+        QCOMPARE(gDB->DLookup("LAST_TM", "D_DIARY", "FMR_ID=1 AND WORK_DATE=#2024-05-01 00:00:00#").toText(),
+                 QStringLiteral("PC-A"));
+        QCOMPARE(gDB->DLookup("HOLD_TM", "D_DIARY", "FMR_ID=1 AND WORK_DATE=#2024-05-01 00:00:00#"), Value::null());
+        QCOMPARE(gDB->DLookup("HOLD_TM", "D_DIARY", "FMR_ID=1 AND WORK_DATE=#2024-05-02 00:00:00#").toText(),
+                 QStringLiteral("PC-B"));
+        QCOMPARE(gDB->DLookup("HOLD_TM", "D_DIARY", "FMR_ID=2").toText(), QStringLiteral("PC-A"));
+        gDB->ReleaseData("D_DIARY");
+        QCOMPARE(gDB->DLookup("HOLD_TM", "D_DIARY", "FMR_ID=2"), Value::null());
+
+        // the work object's release goes to the master database: a table that
+        // only the data database has fails there, silently, into the trace
+        QStringList trace;
+        setLogHook([&](const QString &t) { trace << t; });
+        gDB->EXEC("INSERT INTO D_LEDGE (FMR_ID, LEDGE_ID, HOLD_TM) VALUES (1, 1, 'PC-A')");
+        gWORK->ReleaseData("D_LEDGE");
+        QCOMPARE(gDB->DLookup("HOLD_TM", "D_LEDGE", "LEDGE_ID=1").toText(), QStringLiteral("PC-A"));
+        QCOMPARE(trace.size(), 1);
+        QVERIFY(trace[0].contains(QLatin1String(" SQL:UPDATE D_LEDGE SET LAST_TM=HOLD_TM,")));
+        gMST->EXEC("UPDATE M_PRD SET HOLD_TM='PC-A' WHERE PRD_ID=1");
+        gWORK->ReleaseData("M_PRD");
+        QCOMPARE(gMST->DLookup("LAST_TM", "M_PRD", "PRD_ID=1").toText(), QStringLiteral("PC-A"));
+        // the settings object counts its errors instead
+        QCOMPARE(gINI->ReleaseData("S_REP"), Value(1));
+        setLogHook(nullptr);
+        setCompNameForTests(QString());
+    }
+
+    void slipOwners()
+    {
+        TestRoot root;
+        seedDiary(); // a diary line of farmer 1 owns slip 7
+        gDB->EXEC("INSERT INTO D_SHIP (FMR_ID, SHIP_ID, LEDGE_ID_S, LEDGE_ID_F) VALUES (1, 1, 7, 8)");
+        gDB->EXEC("INSERT INTO D_SHIP (FMR_ID, SHIP_ID, LEDGE_ID_S, LEDGE_ID_F) VALUES (1, 2, 10, 11)");
+        gDB->EXEC("INSERT INTO D_CHEMI (FMR_ID, CHEMI_ID, LEDGE_ID) VALUES (1, 1, 9)");
+        QCOMPARE(ChkLedgeUse(Value(1), Value(7)), 1);
+        QCOMPARE(ChkLedgeUse(Value(1), Value(9)), 2);
+        QCOMPARE(ChkLedgeUse(Value(1), Value(8)), 3);
+        QCOMPARE(ChkLedgeUse(Value(1), Value(10)), 3);
+        QCOMPARE(ChkLedgeUse(Value(1), Value(12)), 0);
+        QCOMPARE(ChkLedgeUse(Value(2), Value(9)), 0);
+    }
+
+    void transactionsRollBack()
+    {
+        TestRoot root;
+        gMST->Begintrans();
+        gMST->EXEC("UPDATE M_FMR SET FMR_NM='変更' WHERE FMR_ID=1");
+        gMST->RollbackTrans();
+        QVERIFY(gMST->DLookup("FMR_NM", "M_FMR", "FMR_ID=1").toText() != QStringLiteral("変更"));
+        gMST->Begintrans();
+        gMST->EXEC("UPDATE M_FMR SET FMR_NM='変更' WHERE FMR_ID=1");
+        gMST->CommitTrans();
+        QCOMPARE(gMST->DLookup("FMR_NM", "M_FMR", "FMR_ID=1").toText(), QStringLiteral("変更"));
+    }
+
+    void closedConnectionReopensForLookupsOnly()
+    {
+        TestRoot root;
+        gMST->CloseCnn();
+        QCOMPARE(errorOf([] { gMST->GetFwdOnlyRst("SELECT * FROM M_FMR"); }), VbErr::NotConnected);
+        QCOMPARE(gMST->DCount("*", "M_FMR").toLong(), 1);
+        QVERIFY(gMST->isOpen());
+    }
+};
+
+TILLORA_TEST_MAIN(TestStore)
+#include "tst_store.moc"

@@ -1,0 +1,34 @@
+#pragma once
+// Records every ShowMsg and answers from a script; installs itself for its
+// lifetime. Without a scripted answer the first button answers.
+
+#include "core/Msg.h"
+
+#include <QQueue>
+#include <QString>
+#include <QVector>
+
+class MsgRecorder : public MsgSink {
+public:
+    struct Entry {
+        QString prompt;
+        int buttons;
+        QString title;
+        int result;
+    };
+
+    MsgRecorder();
+    ~MsgRecorder() override;
+
+    void answer(int result) { mAnswers.enqueue(result); }
+    int show(const QString &prompt, int buttons, const QString &title) override;
+
+    QVector<Entry> messages;
+    QString lastPrompt() const { return messages.isEmpty() ? QString() : messages.last().prompt; }
+    int count() const { return messages.size(); }
+    void clear() { messages.clear(); }
+
+private:
+    QQueue<int> mAnswers;
+    MsgSink *mPrevious;
+};
