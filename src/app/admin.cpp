@@ -14,6 +14,9 @@
 
 #include <cstdio>
 
+// admin_oldcal.cpp: one line per day of the old calendar.
+int runOldCal(const QStringList &args);
+
 namespace {
 
 void out(const QString &s) { std::fputs((s + QLatin1Char('\n')).toUtf8().constData(), stdout); }
@@ -30,6 +33,8 @@ int usage()
         "      1 文を実行し、結果の行をタブ区切りで表示する（Null は空欄）。\n"
         "  tillora-admin ctrl [--root DIR] KEY [VALUE]\n"
         "      設定（S_CTRL）を表示する。VALUE があれば保存する。\n"
+        "  tillora-admin oldcal [--root DIR] FROM [TO]\n"
+        "      FROM から TO（yyyy-mm-dd）までの旧暦・六曜・旧年・干支を 1 日 1 行で表示する。\n"
         "  tillora-admin init-server [--root DIR]\n"
         "      設定で MySQL/MariaDB を指すデータ・マスタに、データベース、表、初期データを作成する。\n"
         "DIR を省くと、このプログラムのフォルダの親を使う。"));
@@ -151,6 +156,8 @@ int main(int argc, char **argv)
             rc = runSql(a);
         } else if (a.command == QLatin1String("ctrl")) {
             rc = runCtrl(a);
+        } else if (a.command == QLatin1String("oldcal")) {
+            rc = runOldCal(a.rest);
         } else if (a.command == QLatin1String("init-server")) {
             for (const QString &line : Setup::initServers())
                 out(line);

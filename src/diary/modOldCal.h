@@ -1,0 +1,2 @@
+#pragma once
+// The old Japanese lunisolar calendar (to be written).
