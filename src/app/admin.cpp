@@ -8,14 +8,17 @@
 #include "store/Database.h"
 #include "store/Setup.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QDir>
 #include <QStringList>
 
 #include <cstdio>
+#include <memory>
 
 // admin_oldcal.cpp: one line per day of the old calendar.
 int runOldCal(const QStringList &args);
+// shoot.cpp: a screen rendered offscreen into a PNG.
+int runShoot(QStringList args);
 
 namespace {
 
@@ -35,6 +38,8 @@ int usage()
         "      設定（S_CTRL）を表示する。VALUE があれば保存する。\n"
         "  tillora-admin oldcal [--root DIR] FROM [TO]\n"
         "      FROM から TO（yyyy-mm-dd）までの旧暦・六曜・旧年・干支を 1 日 1 行で表示する。\n"
+        "  tillora-admin shoot [--root DIR] SCREEN out.png [--size WxH] [--date yyyy-mm-dd]\n"
+        "      画面を表示せずに描き、PNG に保存する。\n"
         "  tillora-admin init-server [--root DIR]\n"
         "      設定で MySQL/MariaDB を指すデータ・マスタに、データベース、表、初期データを作成する。\n"
         "DIR を省くと、このプログラムのフォルダの親を使う。"));
@@ -136,7 +141,16 @@ int runCtrl(const Args &a)
 
 int main(int argc, char **argv)
 {
-    QCoreApplication app(argc, argv);
+    // Rendering a screen needs the widgets, offscreen; the rest needs no display.
+    const bool shoot = argc > 1 && qstrcmp(argv[1], "shoot") == 0;
+    std::unique_ptr<QCoreApplication> application;
+    if (shoot) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        application = std::make_unique<QApplication>(argc, argv);
+    } else {
+        application = std::make_unique<QCoreApplication>(argc, argv);
+    }
+    QCoreApplication &app = *application;
     Args a;
     if (!parseArgs(app.arguments(), a))
         return usage();
@@ -156,6 +170,8 @@ int main(int argc, char **argv)
             rc = runSql(a);
         } else if (a.command == QLatin1String("ctrl")) {
             rc = runCtrl(a);
+        } else if (a.command == QLatin1String("shoot")) {
+            rc = runShoot(a.rest);
         } else if (a.command == QLatin1String("oldcal")) {
             rc = runOldCal(a.rest);
         } else if (a.command == QLatin1String("init-server")) {

@@ -203,6 +203,9 @@ void Recordset::AddNew()
     mEditing = true;
     mAdding = true;
     mEdit = QVector<Value>(mCols.size(), Value::null());
+    for (int i = 0; i < mCols.size(); ++i)
+        if (const ColumnDef *col = columnDef(i); col && !col->defaultSql.isEmpty())
+            mEdit[i] = mEngine->fromStorage(QVariant(col->defaultSql.toLongLong()), col->type);
     mTouched = QVector<bool>(mCols.size(), false);
     mAddReturn = mPos;
 }

@@ -5,7 +5,9 @@ namespace {
 using K = DbKind;
 
 ColumnDef I(const char *n) { return {QString::fromLatin1(n), ColType::Int32}; }
-ColumnDef B(const char *n) { return {QString::fromLatin1(n), ColType::Bool}; }
+ColumnDef B(const char *n) { return {QString::fromLatin1(n), ColType::Bool, 0, QStringLiteral("0")}; }
+// The "offered in lists" flag: a row added by a dialog that doesn't write it is offered.
+ColumnDef F(const char *n) { return {QString::fromLatin1(n), ColType::Bool, 0, QStringLiteral("-1")}; }
 ColumnDef C(const char *n) { return {QString::fromLatin1(n), ColType::Currency}; }
 ColumnDef D(const char *n) { return {QString::fromLatin1(n), ColType::Double}; }
 ColumnDef T(const char *n) { return {QString::fromLatin1(n), ColType::Date}; }
@@ -43,7 +45,7 @@ QVector<TableDef> build()
               QVector<ColumnDef>{I("FMR_ID"), I("CHEMI_ID"), X("CHEMI_NM", 100), X("REG_NO", 50), I("USES"),
                                  X("MAKER_NM", 100), I("CHEMI_TYPE"), X("CHEMI_KIND", 100), T("PUR_DATE"),
                                  X("PUR_SHOP", 100), D("PUR_QTY"), I("PUR_UNIT"), I("ACC_ID"), C("PUR_AMT"),
-                                 D("USED_QTY"), D("REST_QTY"), X("NOTES", 255), I("LEDGE_ID"), B("CHK_FLG")} +
+                                 D("USED_QTY"), D("REST_QTY"), X("NOTES", 255), I("LEDGE_ID"), F("CHK_FLG")} +
                   stamps(),
               L({"CHEMI_ID"}),
               {L({"FMR_ID", "PUR_DATE"}), L({"FMR_ID", "LEDGE_ID"})}});
@@ -82,7 +84,7 @@ QVector<TableDef> build()
     t.append({"M_FMR", {K::Master},
               {I("FMR_ID"), X("FMR_NM", 50), X("ADRS", 100), X("TEL_NO_L", 20), X("TEL_NO_S", 20),
                X("NOTES", 100), X("LOCATE", 50), X("BANK_NM", 50), X("BR_NM", 50), X("ACC_KBN", 10),
-               X("ACC_NO", 20), X("ACC_NM", 50), C("FEE_1"), C("FEE_2"), B("CHK_FLG")},
+               X("ACC_NO", 20), X("ACC_NM", 50), C("FEE_1"), C("FEE_2"), F("CHK_FLG")},
               L({"FMR_ID"}),
               {}});
     t.append({"M_SHOP", {K::Master},
@@ -91,7 +93,7 @@ QVector<TableDef> build()
                I("BCD_PRD_ID_LEN"), I("BCD_AMT_01_STA"), I("BCD_AMT_01_LEN"), I("BCD_AMT_10_STA"),
                I("BCD_AMT_10_LEN"), I("BCD_OPT_STA"), I("BCD_OPT_LEN"), X("FTP_SVR", 100),
                X("FTP_DIR", 255), X("FTP_USR", 50), X("FTP_PWD", 50), X("WWW_URL", 255),
-               I("UPLOAD_FILE_TYPE"), X("PTAG_LOGO", 255), X("NOTES", 255), I("ACC_ID"), B("CHK_FLG")},
+               I("UPLOAD_FILE_TYPE"), X("PTAG_LOGO", 255), X("NOTES", 255), I("ACC_ID"), F("CHK_FLG")},
               L({"SHOP_ID"}),
               {}});
     t.append({"M_PRD", {K::Master},
@@ -99,7 +101,7 @@ QVector<TableDef> build()
                                  X("M_CD", 20), X("S_CD", 20), X("PRD_CD", 20), I("PRD_KBN"), I("REP_KBN"),
                                  X("NOTES", 255), X("I_NM", 100), X("I_MTLS", 255), X("I_WEIGHT", 50),
                                  X("I_UNIT", 20), X("I_PSRV", 100), X("I_TERM", 100), I("I_DEF_DAYS"),
-                                 B("CHK_FLG")} +
+                                 F("CHK_FLG")} +
                   stamps(),
               L({"PRD_ID"}),
               {L({"SHOP_ID", "PRD_ID"})}});
@@ -247,6 +249,8 @@ QStringList sqliteDdl(const TableDef &t)
         QString def = c.name + QLatin1Char(' ') + sqliteType(c);
         if (t.key.contains(c.name))
             def += QStringLiteral(" NOT NULL");
+        if (!c.defaultSql.isEmpty())
+            def += QStringLiteral(" DEFAULT ") + c.defaultSql;
         if (c.type == ColType::Text || c.type == ColType::Memo)
             def += QStringLiteral(" COLLATE NOCASE");
         if (c.type == ColType::Date)
@@ -273,6 +277,8 @@ QStringList mysqlDdl(const TableDef &t)
     for (const ColumnDef &c : t.columns) {
         QString def = c.name + QLatin1Char(' ') + mysqlType(c);
         def += t.key.contains(c.name) ? QStringLiteral(" NOT NULL") : QStringLiteral(" NULL");
+        if (!c.defaultSql.isEmpty())
+            def += QStringLiteral(" DEFAULT ") + c.defaultSql;
         cols << def;
     }
     if (!t.key.isEmpty())

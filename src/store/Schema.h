@@ -17,6 +17,7 @@ struct ColumnDef {
     QString name;
     ColType type;
     int size = 0; // characters, for Text
+    QString defaultSql; // the column's default, as SQL text; empty for none
 };
 
 struct TableDef {

@@ -1,0 +1,30 @@
+#include "ScreenList.h"
+
+#include "core/Screens.h"
+#include "core/fmnMain.h"
+#include "diary/frmDairyCal.h"
+#include "masters/fdlMstFmrEdit.h"
+#include "masters/fdlSetConCtrl.h"
+#include "masters/fdlSetLocalCtrl.h"
+
+#include <QApplication>
+#include <QFont>
+#include <QStyleFactory>
+
+void registerAllScreens()
+{
+    registerScreen(QStringLiteral("fmnMain"), [] { return new fmnMain; });
+    registerScreen(QStringLiteral("frmDairyCal"), [] { return new frmDairyCal; });
+    registerScreen(QStringLiteral("fdlSetConCtrl"), [] { return new fdlSetConCtrl; });
+    registerScreen(QStringLiteral("fdlSetLocalCtrl"), [] { return new fdlSetLocalCtrl; });
+    registerScreen(QStringLiteral("fdlSetMstCtrl"), [] { return new fdlSetMstCtrl; });
+    registerScreen(QStringLiteral("fdlMstFmrEdit"), [] { return new fdlMstFmrEdit; });
+}
+
+void setupLook(QApplication &app)
+{
+    app.setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QFont f(QStringLiteral("Noto Sans CJK JP"));
+    f.setPointSize(9);
+    app.setFont(f);
+}
