@@ -287,10 +287,15 @@ bool EntryConventions::eventFilter(QObject *watched, QEvent *event)
             return true;
         }
         break;
-    case QEvent::FocusIn:
-        if (realFocusChange(event) && !mRestoring)
+    case QEvent::FocusIn: {
+        // The first focus of a screen counts; focus that comes back with the
+        // window (after a message box) doesn't.
+        const bool first = !mSeenFocus;
+        mSeenFocus = true;
+        if ((realFocusChange(event) || first) && !mRestoring)
             onFocusIn(w);
         break;
+    }
     case QEvent::FocusOut:
         if (realFocusChange(event) && !mRestoring)
             onFocusOut(w);

@@ -69,6 +69,7 @@ private:
     QPointer<QWidget> mPending;   // left, check not run yet
     QPointer<QWidget> mFailed;    // check failed, focus given back
     bool mRestoring = false;
+    bool mSeenFocus = false;
 };
 
 // Completes a date as it is typed: four digits get "/", seven characters

@@ -357,12 +357,18 @@ void setModalHook(std::function<void(Form *)> hook) { gModalHook = std::move(hoo
 
 int openModal(Form *form)
 {
+    QPointer<QWidget> owner = QApplication::activeWindow();
     form->setWindowModality(Qt::ApplicationModal);
     form->load();
     if (gModalHook)
         gModalHook(form);
     const int r = gEnded ? QDialog::Rejected : form->exec();
     delete form;
+    // The screen that opened it is the active one again.
+    if (owner && owner->isVisible() && !gEnded) {
+        owner->activateWindow();
+        QApplication::setActiveWindow(owner);
+    }
     return r;
 }
 

@@ -210,7 +210,8 @@ std::unique_ptr<Engine> Engine::open(const ConnectionSpec &spec)
         d.setDatabaseName(spec.database);
         d.setUserName(spec.user);
         d.setPassword(spec.password);
-        d.setConnectOptions(QStringLiteral("MYSQL_OPT_CONNECT_TIMEOUT=5"));
+        // Rows touched count the rows matched, as the file engine counts them.
+        d.setConnectOptions(QStringLiteral("MYSQL_OPT_CONNECT_TIMEOUT=5;CLIENT_FOUND_ROWS=1"));
         if (!d.open())
             e->raiseSqlError(d.lastError(), QString());
         // Backslashes in text are data, as in the file engine; strict typing.

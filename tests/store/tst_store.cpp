@@ -291,6 +291,12 @@ private slots:
         QCOMPARE(gDB->DLookup("PLANT_NM", "D_PLANT", "FMR_ID=1 AND PLANT_ID=1").toText(), QStringLiteral("夏トマト"));
         QCOMPARE(gDB->DLookup("PLANT_NM", "D_PLANT", "FMR_ID=2 AND PLANT_ID=1").toText(), QStringLiteral("他の人の作付"));
         QCOMPARE(gDB->DLookup("UDATE", "D_PLANT", "FMR_ID=1 AND PLANT_ID=1"), Value(DateUtil::make(2024, 6, 1, 10, 30, 0)));
+        // saving a row unchanged is a save, not a lost row
+        rs->SetField("PLANT_NM", Value("夏トマト"));
+        rs->Update();
+        qint64 touched = 0;
+        gDB->EXEC("UPDATE D_PLANT SET PLANT_NM='夏トマト' WHERE FMR_ID=1 AND PLANT_ID=1", &touched);
+        QCOMPARE(touched, qint64(1));
         // Delete leaves the position on the removed row; MoveNext goes on
         rs = gDB->GetDynamicRst("SELECT D_DIARY_DTL.* FROM D_DIARY_DTL WHERE FMR_ID=1 ORDER BY WORK_DATE, DTL_NO");
         QCOMPARE(rs->RecordCount(), 4);
