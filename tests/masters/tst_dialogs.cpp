@@ -94,6 +94,24 @@ private slots:
         QVERIFY(gDB);
     }
 
+    void oddTextIsStoredAsTyped()
+    {
+        TestRoot root;
+        WithMenu menu;
+        MsgRecorder rec;
+        fdlMstFmrEdit f;
+        Gui::show(&f);
+        Gui::type(f.ctl<QLineEdit>("txtDATA(1)"), QStringLiteral("O'Brien 農園; DROP TABLE M_FMR"));
+        Gui::type(f.ctl<QLineEdit>("txtDATA(5)"), QString(80, QChar(0x3042)));
+        Gui::type(f.ctl<QLineEdit>("txtDATA(13)"), QStringLiteral("１１００"));
+        Gui::leave(f.ctl<QLineEdit>("txtDATA(13)"));
+        Gui::click(f.ctl<QPushButton>("Command1(1)"));
+        QVERIFY(rec.messages.isEmpty());
+        QCOMPARE(gMST->DLookup("FMR_NM", "M_FMR", "FMR_ID=1").toText(), QStringLiteral("O'Brien 農園; DROP TABLE M_FMR"));
+        QCOMPARE(gMST->DLookup("NOTES", "M_FMR", "FMR_ID=1").toText(), QString(50, QChar(0x3042)));
+        QCOMPARE(gMST->DLookup("FEE_2", "M_FMR", "FMR_ID=1"), Value(Currency::fromInt(1100)));
+    }
+
     void farmerDialogLooksUpACodeBeforeEditing()
     {
         TestRoot root;
