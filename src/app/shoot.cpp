@@ -61,6 +61,11 @@ int runShoot(QStringList args)
         return 2;
     }
     form->load();
+    // The screen's own load sets the month to the present one: the date asked for wins.
+    if (!date.isEmpty()) {
+        gWORK_DATE = Value(day);
+        gBASE_DATE = DateUtil::make(day.date().year(), day.date().month(), 1);
+    }
     const QRegularExpressionMatch m = QRegularExpression(QStringLiteral("^(\\d+)x(\\d+)$")).match(size);
     if (m.hasMatch())
         form->resize(m.captured(1).toInt(), m.captured(2).toInt());

@@ -182,6 +182,17 @@ void Form::buildControls(const CtlSpec *specs, int count)
     }
 }
 
+void Form::adoptControl(QWidget *w, const CtlSpec &s)
+{
+    QWidget *parent = s.frame ? mByName.value(QString::fromLatin1(s.frame), this) : this;
+    w->setParent(parent);
+    w->setObjectName(QString::fromLatin1(s.name));
+    w->setGeometry(s.left / TwipsPerPixel, s.top / TwipsPerPixel, s.width / TwipsPerPixel, s.height / TwipsPerPixel);
+    mControls.append(w);
+    mByName.insert(w->objectName(), w);
+    mEntry->attach(w);
+}
+
 QWidget *Form::control(const QString &name) const { return mByName.value(name, nullptr); }
 
 bool Form::startsWithAny(const QString &name, const QStringList &prefixes) const

@@ -83,7 +83,7 @@ private slots:
             QCOMPARE(m.ctl<QPushButton>("cmdMENU(0)")->text(), QStringLiteral("閉じる"));
             pressButton(m, "cmdMENU(0)");
         });
-        Gui::click(cal->ctl<QPushButton>("cmdMENU(9)"));
+        Gui::click(cal->ctl<QPushButton>("cmdMENU(5)"));
         QCOMPARE(rig.modals.opened, QStringList{"fmnMain"});
         QCOMPARE(rig.ends, 0);
         Gui::click(cal->ctl<QPushButton>("cmdMENU(0)"));
