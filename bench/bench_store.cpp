@@ -27,6 +27,7 @@
 #include <QTemporaryDir>
 
 #include <cstdio>
+#include <ctime>
 #include <map>
 #include <memory>
 #include <string>
@@ -152,9 +153,9 @@ private:
 
     void setCtrl(const QString &key, const QString &value)
     {
-        ConnectionSpec spec;
-        spec.file = Setup::fileOf(root(), DbKind::Ini);
-        std::unique_ptr<Engine> e = Engine::open(spec);
+        ConnectionSpec ini;
+        ini.file = Setup::fileOf(root(), DbKind::Ini);
+        std::unique_ptr<Engine> e = Engine::open(ini);
         const ColumnDef *valueCol = Schema::column(QStringLiteral("S_CTRL"), QStringLiteral("CTRL_VALUE"));
         e->executeNative(QStringLiteral("DELETE FROM S_CTRL WHERE CTRL_CD=?"), {key});
         e->executeNative(QStringLiteral("INSERT INTO S_CTRL (CTRL_CD, CTRL_VALUE, CTRL_TYPE) VALUES (?,?,NULL)"),
@@ -392,6 +393,13 @@ void fillSlip(Recordset &rs, int id)
 
 const QString kEmptyLedger = QStringLiteral("SELECT D_LEDGE.* FROM D_LEDGE WHERE 0=1");
 
+// Takes the slips the writers added out again, so that every benchmark sees
+// the generated book as it was made.
+void removeAddedSlips()
+{
+    gDB->EXEC(QStringLiteral("DELETE FROM D_LEDGE WHERE FMR_ID=1 AND LEDGE_ID>=10000000"));
+}
+
 // As a slip screen saves: open the empty writer, add, write, update, close.
 void AddNewUpdateLedger(benchmark::State &state, Kind kind)
 {
@@ -402,6 +410,7 @@ void AddNewUpdateLedger(benchmark::State &state, Kind kind)
             fillSlip(*rs, nextLedgeId(kind));
             rs->Close();
         }
+        removeAddedSlips();
     });
 }
 
@@ -414,6 +423,7 @@ void AddNewUpdateLedgerOpenSet(benchmark::State &state, Kind kind)
         for (auto _ : state)
             fillSlip(*rs, nextLedgeId(kind));
         rs->Close();
+        removeAddedSlips();
     });
 }
 
@@ -434,6 +444,7 @@ void AddNewUpdateLedgerInTrans(benchmark::State &state, Kind kind)
         }
         gDB->CommitTrans();
         rs->Close();
+        removeAddedSlips();
     });
 }
 
@@ -555,6 +566,163 @@ void PartsDateFromStorage(benchmark::State &state, Kind kind)
     });
 }
 
+// ---- what a change in the store would give
+
+// Environment variable TZ set for the life of the object. With TZ unset the C
+// library looks at /etc/localtime again on every local-time conversion (a
+// stat call each), which Qt's date parsing and the MySQL driver make per cell.
+class TzSet {
+public:
+    TzSet()
+    {
+        mHad = qEnvironmentVariableIsSet("TZ");
+        if (!mHad)
+            qputenv("TZ", ":/etc/localtime");
+        tzset();
+    }
+    ~TzSet()
+    {
+        if (!mHad)
+            qunsetenv("TZ");
+        tzset();
+    }
+
+private:
+    bool mHad = false;
+};
+
+void WhatifTzStaticRst(benchmark::State &state, Kind kind)
+{
+    guarded(state, [&] {
+        use(kind);
+        TzSet tz;
+        for (auto _ : state) {
+            RecordsetPtr rs = gDB->GetStaticRst(kLedgerYear);
+            benchmark::DoNotOptimize(rs);
+        }
+    });
+}
+
+void WhatifTzAddNewInTrans(benchmark::State &state, Kind kind)
+{
+    TzSet tz;
+    AddNewUpdateLedgerInTrans(state, kind);
+}
+
+// "yyyy-mm-dd hh:nn:ss" read by position; an invalid QDateTime for any other text.
+QDateTime fixedStamp(const QString &s)
+{
+    if (s.size() != 19 || s[4] != QLatin1Char('-') || s[7] != QLatin1Char('-') || s[10] != QLatin1Char(' ') ||
+        s[13] != QLatin1Char(':') || s[16] != QLatin1Char(':'))
+        return QDateTime();
+    auto num = [&](int at, int len) {
+        int v = 0;
+        for (int i = at; i < at + len; ++i) {
+            const ushort c = s[i].unicode();
+            if (c < '0' || c > '9')
+                return -1;
+            v = v * 10 + (c - '0');
+        }
+        return v;
+    };
+    const QDate d(num(0, 4), num(5, 2), num(8, 2));
+    const QTime t(num(11, 2), num(14, 2), num(17, 2));
+    if (!d.isValid() || !t.isValid())
+        return QDateTime();
+    return QDateTime(d, t, Qt::UTC);
+}
+
+// The year of slips typed as Engine::select types them, with the stored date
+// text read by position instead of by QDateTime::fromString.
+void WhatifFixedDateParse(benchmark::State &state, Kind kind)
+{
+    guarded(state, [&] {
+        Store &s = use(kind);
+        Engine *e = gDB->engine();
+        QSqlDatabase d = s.raw();
+        const QString sql = JetSql::translate(kLedgerYear, dialectOf(kind));
+        const TableDef *t = Schema::table(QStringLiteral("D_LEDGE"));
+        for (auto _ : state) {
+            QSqlQuery q(d);
+            q.setForwardOnly(true);
+            if (!q.exec(sql))
+                return state.SkipWithError(qPrintable(q.lastError().text()));
+            const QSqlRecord rec = q.record();
+            QVector<ColType> types;
+            for (int i = 0; i < rec.count(); ++i)
+                types << t->column(rec.fieldName(i))->type;
+            QVector<QVector<Value>> rows;
+            while (q.next()) {
+                QVector<Value> row(types.size());
+                for (int i = 0; i < types.size(); ++i) {
+                    const QVariant v = q.value(i);
+                    if (types[i] == ColType::Date && v.typeId() == QMetaType::QString) {
+                        const QDateTime dt = fixedStamp(v.toString());
+                        row[i] = dt.isValid() ? Value(dt) : e->fromStorage(v, types[i]);
+                    } else {
+                        row[i] = e->fromStorage(v, types[i]);
+                    }
+                }
+                rows.append(std::move(row));
+            }
+            benchmark::DoNotOptimize(rows);
+        }
+    });
+}
+
+// The SQLite data file in write-ahead-log mode (synchronous=NORMAL) for the
+// life of the object; back to the rollback journal afterwards.
+class WalMode {
+public:
+    explicit WalMode(Engine *e) : mE(e)
+    {
+        mE->executeNative(QStringLiteral("PRAGMA journal_mode=WAL"));
+        mE->executeNative(QStringLiteral("PRAGMA synchronous=NORMAL"));
+    }
+    ~WalMode()
+    {
+        try {
+            mE->executeNative(QStringLiteral("PRAGMA synchronous=FULL"));
+            mE->executeNative(QStringLiteral("PRAGMA journal_mode=DELETE"));
+        } catch (const AppError &e) {
+            std::fprintf(stderr, "journal mode not restored: %s\n", e.what());
+        }
+    }
+
+private:
+    Engine *mE;
+};
+
+void WhatifWalLookup(benchmark::State &state)
+{
+    guarded(state, [&] {
+        const Store &s = use(Kind::Sqlite);
+        WalMode wal(gDB->engine());
+        const QVector<QString> crit = keyedCriteria("PLANT_ID", s.summary().plantings);
+        int i = 0;
+        for (auto _ : state) {
+            Value v = gDB->DLookup(QStringLiteral("PLANT_NM"), QStringLiteral("D_PLANT"), crit[i]);
+            benchmark::DoNotOptimize(v);
+            if (++i == crit.size())
+                i = 0;
+        }
+    });
+}
+
+void WhatifWalAddNew(benchmark::State &state)
+{
+    guarded(state, [&] {
+        use(Kind::Sqlite);
+        WalMode wal(gDB->engine());
+        for (auto _ : state) {
+            RecordsetPtr rs = gDB->GetDynamicRst(kEmptyLedger);
+            fillSlip(*rs, nextLedgeId(Kind::Sqlite));
+            rs->Close();
+        }
+        removeAddedSlips();
+    });
+}
+
 void registerAll(Kind kind)
 {
     const std::string k = kindName(kind);
@@ -581,6 +749,18 @@ void registerAll(Kind kind)
     reg("Parts/DriverPrepared_Lookup", PartsDriverPrepared)->Unit(benchmark::kMicrosecond);
     reg("Parts/DriverOnly_LedgerYear", PartsDriverLedgerYear)->Unit(benchmark::kMillisecond);
     reg("Parts/DateFromStorage", PartsDateFromStorage)->Unit(benchmark::kMicrosecond);
+    reg("Whatif/TZ_StaticRst_LedgerYear", WhatifTzStaticRst)->Unit(benchmark::kMillisecond);
+    reg("Whatif/TZ_AddNewUpdate_Ledger_100PerTrans", WhatifTzAddNewInTrans)->Unit(benchmark::kMicrosecond);
+    if (kind == Kind::Sqlite) {
+        reg("Whatif/FixedDateParse_StaticRst_LedgerYear", WhatifFixedDateParse)->Unit(benchmark::kMillisecond);
+        // Last of the SQLite ones: they switch the file's journal and back.
+        benchmark::RegisterBenchmark("Whatif/WAL_DLookup_PlantByKey/sqlite", WhatifWalLookup)
+            ->UseRealTime()
+            ->Unit(benchmark::kMicrosecond);
+        benchmark::RegisterBenchmark("Whatif/WAL_AddNewUpdate_Ledger/sqlite", WhatifWalAddNew)
+            ->UseRealTime()
+            ->Unit(benchmark::kMicrosecond);
+    }
 }
 
 } // namespace

@@ -223,7 +223,6 @@ Lookups readLookups(Engine &work, Engine &master)
 
 // ------------------------------------------------------------ writing
 
-
 // Rows of one table, sent many rows a statement inside one transaction.
 class TableWriter {
 public:
@@ -232,9 +231,9 @@ public:
         if (!mT)
             throw AppError(VbErr::ItemNotFound, QString::fromLatin1(table));
         // A server gets a few thousand values a statement (fewer round
-        // trips); SQLite a hundred or so, as its parser and the driver's
-        // naming of each bound value cost more with longer statements than
-        // the statements themselves.
+        // trips); SQLite about a hundred, since its parser and the driver's
+        // naming of the bound values grow faster with a longer statement
+        // than the saving on statements.
         const int values = e.kind() == EngineKind::Mysql ? 3000 : 120;
         mPerStatement = std::max(1, values / int(mT->columns.size()));
         mRow = QVector<Value>(mT->columns.size(), Value::null());
@@ -1029,11 +1028,11 @@ private:
             } else {
                 const double k = rng.uniform();
                 if (k < 0.35)
-                    addSlip(day, 1000, 1010, roundTo(rng.range(10000, 100000), 1000), S("緑川やまざと農協"), S("預金引出"));
+                    addSlip(day, 1000, 1010, roundTo(rng.range(10000, 50000), 1000), S("緑川やまざと農協"), S("預金引出"));
                 else if (k < 0.6)
-                    addSlip(day, 2000, 1010, roundTo(rng.range(5000, 150000), 10), S("緑川やまざと農協"), S("購買未払金の引落し"));
+                    addSlip(day, 2000, 1010, roundTo(rng.range(3000, 40000), 10), S("緑川やまざと農協"), S("購買未払金の引落し"));
                 else if (k < 0.8)
-                    addSlip(day, 1400, 1000, roundTo(rng.range(10000, 80000), 1000), QString(), S("生活費"));
+                    addSlip(day, 1400, 1000, roundTo(rng.range(10000, 50000), 1000), QString(), S("生活費"));
                 else if (k < 0.9)
                     addSlip(day, 1010, 2400, roundTo(rng.range(10000, 200000), 1000), QString(), S("家計から事業用口座へ"));
                 else
