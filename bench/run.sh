@@ -9,13 +9,13 @@ set -euo pipefail
 top="$(cd "$(dirname "$0")/.." && pwd)"
 build="${TILLORA_BUILD_DIR:-$top/build}"
 
-if [ ! -f "$build/build.ninja" ] && [ ! -f "$build/Makefile" ]; then
+if [ ! -f "$build/CMakeCache.txt" ]; then
   cmake -S "$top" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTILLORA_BENCH=ON >/dev/null
-elif ! cmake --build "$build" --target help | grep -q 'tillora-bench'; then
+elif ! grep -q '^TILLORA_BENCH:BOOL=ON' "$build/CMakeCache.txt"; then
   cmake -S "$top" -B "$build" -DTILLORA_BENCH=ON >/dev/null
 fi
-if ! cmake --build "$build" --target help | grep -q 'tillora-bench'; then
-  echo "tillora-bench is not in the build: is Google Benchmark (libbenchmark-dev) installed?" >&2
+if ! grep '^benchmark_DIR:PATH=' "$build/CMakeCache.txt" | grep -qv NOTFOUND; then
+  echo "Google Benchmark was not found (Debian package libbenchmark-dev): no tillora-bench." >&2
   exit 1
 fi
 cmake --build "$build" --target tillora-bench
