@@ -791,6 +791,7 @@ int makeRoot(const QString &dir)
 
 int main(int argc, char **argv)
 {
+    prepareProcess();
     QCoreApplication app(argc, argv);
     if (argc == 3 && std::string(argv[1]) == "--make-root")
         return makeRoot(QString::fromLocal8Bit(argv[2]));

@@ -3,6 +3,7 @@
 #include "core/Screens.h"
 #include "core/fmnMain.h"
 #include "diary/frmDairyCal.h"
+#include "diary/frmDairyInput.h"
 #include "masters/fdlMstFmrEdit.h"
 #include "masters/fdlSetConCtrl.h"
 #include "masters/fdlSetLocalCtrl.h"
@@ -19,6 +20,7 @@ void registerAllScreens()
     registerPlantingScreens();
     registerScreen(QStringLiteral("fmnMain"), [] { return new fmnMain; });
     registerScreen(QStringLiteral("frmDairyCal"), [] { return new frmDairyCal; });
+    registerScreen(QStringLiteral("frmDairyInput"), [] { return new frmDairyInput; });
     registerScreen(QStringLiteral("fdlSetConCtrl"), [] { return new fdlSetConCtrl; });
     registerScreen(QStringLiteral("fdlSetLocalCtrl"), [] { return new fdlSetLocalCtrl; });
     registerScreen(QStringLiteral("fdlSetMstCtrl"), [] { return new fdlSetMstCtrl; });

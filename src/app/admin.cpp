@@ -141,6 +141,7 @@ int runCtrl(const Args &a)
 
 int main(int argc, char **argv)
 {
+    prepareProcess();
     // Rendering a screen needs the widgets, offscreen; the rest needs no display.
     const bool shoot = argc > 1 && qstrcmp(argv[1], "shoot") == 0;
     std::unique_ptr<QCoreApplication> application;

@@ -3,6 +3,7 @@
 #include "ScreenList.h"
 #include "core/AppError.h"
 #include "core/Form.h"
+#include "core/Globals.h"
 #include "core/MsgBox.h"
 #include "core/Screens.h"
 #include "core/modMain.h"
@@ -12,6 +13,7 @@
 
 int main(int argc, char **argv)
 {
+    prepareProcess();
     QApplication app(argc, argv);
     setupLook(app);
     registerAllScreens();

@@ -288,18 +288,28 @@ bool EntryConventions::eventFilter(QObject *watched, QEvent *event)
         }
         break;
     case QEvent::FocusIn: {
-        // The first focus of a screen counts; focus that comes back with the
-        // window (after a message box) doesn't.
+        // Entering is focus coming from another control of the screen (or
+        // the screen's first focus); focus coming back to the same control,
+        // from its pop-up list or a message box, is none.
         const bool first = !mSeenFocus;
         mSeenFocus = true;
-        if ((realFocusChange(event) || first) && !mRestoring)
+        if (w == mEntered && !first)
+            break;
+        if ((realFocusChange(event) || first) && !mRestoring) {
+            mEntered = w;
             onFocusIn(w);
+        }
         break;
     }
-    case QEvent::FocusOut:
+    case QEvent::FocusOut: {
+        // Leaving is focus going to another control of the same screen.
+        QWidget *next = QApplication::focusWidget();
+        if (!next || next == w || w->isAncestorOf(next) || next->window() != mForm || QApplication::activePopupWidget())
+            break;
         if (realFocusChange(event) && !mRestoring)
             onFocusOut(w);
         break;
+    }
     default: break;
     }
     return false;
@@ -337,38 +347,51 @@ void EntryConventions::onFocusOut(QWidget *w)
         emit fieldLeft(w);
         return;
     }
-    // The check runs once the move has settled, so that its message box
-    // doesn't come in the middle of the change of focus.
-    mPending = w;
-    QTimer::singleShot(0, this, [this, w] {
-        if (mPending == w)
-            runLeaveCheck(w);
-    });
+    // The checks run once the move has settled, so that a message box
+    // doesn't come in the middle of the change of focus; fields left one
+    // after the other are checked in that order.
+    if (!mPending.contains(w))
+        mPending.append(w);
+    QTimer::singleShot(0, this, [this] { runPendingChecks(); });
 }
 
-void EntryConventions::runLeaveCheck(QWidget *w)
+void EntryConventions::runPendingChecks()
 {
-    mPending = nullptr;
+    while (!mPending.isEmpty()) {
+        QPointer<QWidget> w = mPending.takeFirst();
+        if (!w)
+            continue;
+        if (!runLeaveCheck(w)) {
+            // The focus is back in the failed field: what came after is moot.
+            mPending.clear();
+            return;
+        }
+    }
+}
+
+bool EntryConventions::runLeaveCheck(QWidget *w)
+{
     bool ok = true;
     mForm->trap([&] { ok = mChecks.value(w)(); });
     if (ok) {
         if (mFailed == w)
             mFailed = nullptr;
         emit fieldLeft(w);
-        return;
+        return true;
     }
     mFailed = w;
+    mEntered = w;
     mRestoring = true;
     w->setFocus(Qt::OtherFocusReason);
     if (auto *e = qobject_cast<QLineEdit *>(w))
         e->selectAll();
     mRestoring = false;
+    return false;
 }
 
 bool EntryConventions::settleLeaveChecks()
 {
-    if (mPending)
-        runLeaveCheck(mPending);
+    runPendingChecks();
     QWidget *focus = QApplication::focusWidget();
     if (mFailed && (focus == mFailed || (focus && mFailed->isAncestorOf(focus))))
         return false;

@@ -58,7 +58,8 @@ protected:
 private:
     void onFocusIn(QWidget *w);
     void onFocusOut(QWidget *w);
-    void runLeaveCheck(QWidget *w);
+    bool runLeaveCheck(QWidget *w);
+    void runPendingChecks();
     void showMonthView(QLineEdit *field, int index);
     void hideMonthView();
     void onMonthViewClicked(const QDate &date);
@@ -66,10 +67,11 @@ private:
     Form *mForm;
     QHash<QWidget *, std::function<bool()>> mChecks;
     QHash<QWidget *, int> mDateFields;
-    QPointer<QWidget> mPending;   // left, check not run yet
+    QList<QPointer<QWidget>> mPending; // left, checks not run yet, in order
     QPointer<QWidget> mFailed;    // check failed, focus given back
     bool mRestoring = false;
     bool mSeenFocus = false;
+    QPointer<QWidget> mEntered; // the control the focus last entered
 };
 
 // Completes a date as it is typed: four digits get "/", seven characters

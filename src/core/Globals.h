@@ -25,7 +25,20 @@ extern qint16 gREP_PAGES;
 
 // Slips of the diary day and of the slip list: 18 values in D_LEDGE's order.
 using LedgeRow = QVector<Value>;
+namespace LedgeCol {
+enum {
+    FMR_ID, LEDGE_ID, LEDGE_DATE, D_ACC_ID, D_OPT_KBN, D_OPT_ID, D_OPT_NM, C_ACC_ID, C_OPT_KBN, C_OPT_ID, C_OPT_NM,
+    CTR_NM, NOTES, AMT, IDATE, UDATE, LAST_TM, HOLD_TM, Count
+};
+extern const char *const Names[Count];
+}
+// A row of empty values, the blank slot of the array.
+inline LedgeRow blankLedgeRow() { return LedgeRow(LedgeCol::Count); }
 extern QVector<LedgeRow> gLEDGE_ROWS;
+
+// Settles what the process needs before Qt starts: the time zone is named
+// once, so that the C library doesn't look it up again for every date.
+void prepareProcess();
 
 namespace AppPaths {
 // The folder of the program; the run-time folders lie beside it

@@ -72,6 +72,30 @@ QString vbText(const QDateTime &dt)
 
 QString format(const QDateTime &dt, const QString &qtFormat) { return dt.toString(qtFormat); }
 
+bool parseSql(const QString &t, QDateTime &out)
+{
+    if (t.size() != 19 || t[4] != QLatin1Char('-') || t[7] != QLatin1Char('-') || t[10] != QLatin1Char(' ') ||
+        t[13] != QLatin1Char(':') || t[16] != QLatin1Char(':'))
+        return false;
+    auto num = [&t](int at, int len, bool &ok) {
+        int v = 0;
+        for (int i = at; i < at + len; ++i) {
+            const ushort c = t[i].unicode();
+            if (c < '0' || c > '9')
+                ok = false;
+            v = v * 10 + (c - '0');
+        }
+        return v;
+    };
+    bool ok = true;
+    const int y = num(0, 4, ok), m = num(5, 2, ok), d = num(8, 2, ok);
+    const int h = num(11, 2, ok), n = num(14, 2, ok), sec = num(17, 2, ok);
+    if (!ok || !QDate::isValid(y, m, d) || h > 23 || n > 59 || sec > 59)
+        return false;
+    out = QDateTime(QDate(y, m, d), QTime(h, n, sec), Qt::UTC);
+    return true;
+}
+
 namespace {
 bool parseTime(const QString &t, QTime &out)
 {

@@ -108,12 +108,9 @@ Value fromUntyped(const QVariant &v, EngineKind kind)
     }
     const QString s = v.toString();
     if (kind == EngineKind::Sqlite) {
-        static const QRegularExpression stamp(QStringLiteral("^\\d{4}-\\d{2}-\\d{2} \\d{2}:\\d{2}:\\d{2}$"));
-        if (stamp.match(s).hasMatch()) {
-            const QDateTime dt = QDateTime::fromString(s, QStringLiteral("yyyy-MM-dd HH:mm:ss"));
-            if (dt.isValid())
-                return Value(QDateTime(dt.date(), dt.time(), Qt::UTC));
-        }
+        QDateTime dt;
+        if (DateUtil::parseSql(s, dt))
+            return Value(dt);
     }
     return Value(s);
 }
@@ -200,6 +197,12 @@ std::unique_ptr<Engine> Engine::open(const ConnectionSpec &spec)
         d.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000"));
         if (!d.open())
             e->raiseSqlError(d.lastError(), QString());
+        // A write-ahead journal: each commit is one synced append instead of
+        // several syncs, and readers don't wait for writers. Still synced in
+        // full, so a saved day survives a power cut.
+        QSqlQuery pragma(d);
+        pragma.exec(QStringLiteral("PRAGMA journal_mode=WAL"));
+        pragma.exec(QStringLiteral("PRAGMA synchronous=FULL"));
     } else {
         if (spec.host.isEmpty())
             throw AppError(3146, QStringLiteral("接続先のサーバーが指定されていません。"));
@@ -369,10 +372,8 @@ Value Engine::fromStorage(const QVariant &v, ColType type) const
         if (v.typeId() == QMetaType::QDate)
             return Value(DateUtil::fromDate(v.toDate()));
         const QString s = v.toString();
-        QDateTime dt = QDateTime::fromString(s, QStringLiteral("yyyy-MM-dd HH:mm:ss"));
-        if (dt.isValid())
-            return Value(QDateTime(dt.date(), dt.time(), Qt::UTC));
-        if (DateUtil::parse(s, dt))
+        QDateTime dt;
+        if (DateUtil::parseSql(s, dt) || DateUtil::parse(s, dt))
             return Value(dt);
         return Value(s);
     }

@@ -75,3 +75,16 @@ int ChkLedgeUse(const Value &fmrId, const Value &ledgeId)
         return 3;
     return 0;
 }
+
+QString ledgeLockMessage(int owner, bool deleting)
+{
+    const char *where = nullptr;
+    switch (owner) {
+    case 1: where = "日誌詳細"; break;
+    case 2: where = "農薬入力"; break;
+    case 3: where = "出荷入力"; break;
+    default: return QString();
+    }
+    return deleting ? QStringLiteral("この伝票は削除できません。%1から削除してください。").arg(QString::fromUtf8(where))
+                    : QStringLiteral("この伝票は修正できません。%1から修正してください。").arg(QString::fromUtf8(where));
+}

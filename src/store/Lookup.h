@@ -17,3 +17,7 @@ qint32 GetNewLedgeId(const Value &fmrId);
 // 0 free, 1 made by a diary line, 2 by a pesticide purchase, 3 by a shipment;
 // the first owner found answers.
 int ChkLedgeUse(const Value &fmrId, const Value &ledgeId);
+
+// The refusal of a change (or a deletion) of a slip that a record owns, by
+// the owner ChkLedgeUse gives; "" for a free slip.
+QString ledgeLockMessage(int owner, bool deleting);

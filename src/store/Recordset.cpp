@@ -28,7 +28,9 @@ Value findLiteral(const QString &text)
         const QString iso = JetSql::dateLiteralText(t.mid(1, t.size() - 2));
         if (iso.isEmpty())
             raiseError(VbErr::TypeMismatch);
-        return Value(QDateTime::fromString(iso, QStringLiteral("yyyy-MM-dd HH:mm:ss")).toUTC());
+        QDateTime dt;
+        DateUtil::parseSql(iso, dt);
+        return Value(dt);
     }
     double d;
     if (parseNumber(t, d))

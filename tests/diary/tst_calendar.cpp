@@ -208,9 +208,14 @@ private slots:
         clickAt(0, g.headerH + 10);            // blank cell before the 1st
         clickAt(0, 0);                         // header
         QVERIFY(gWORK_DATE.isEmpty());
-        QVERIFY(rec.messages.isEmpty());
+        Gui::Modals modals;
+        modals.on("frmDairyInput", [](Form &day) {
+            QCOMPARE(gWORK_DATE, Value(DateUtil::make(2024, 5, 17)));
+            QVERIFY(day.windowTitle().startsWith(QStringLiteral("日誌入力（2024/05/17）")));
+            day.close();
+        });
         clickAt(5 * g.cellW + 30, g.headerH + 2 * g.cellH + 30); // Friday of the third row: the 17th
-        QCOMPARE(gWORK_DATE, Value(DateUtil::make(2024, 5, 17)));
+        QCOMPARE(modals.opened, QStringList{"frmDairyInput"});
 
         // the year-month label brings the present month back
         QTest::mouseClick(cal.ctl<QLabel>("lblYM"), Qt::LeftButton);

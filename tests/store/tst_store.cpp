@@ -13,6 +13,8 @@
 
 #include <QtTest/QTest>
 
+#include <ctime>
+
 namespace {
 
 long errorOf(const std::function<void()> &f)
@@ -334,6 +336,32 @@ private slots:
         rs = gWORK->GetStaticRst("SELECT * FROM L_ACC ORDER BY ACC_ID");
         rs->Find("ACC_ID>=4000");
         QCOMPARE(rs->Fields("ACC_ID"), Value(4000));
+    }
+
+    void datesDontMoveWithTheTimeZone()
+    {
+        // Stored dates are local dates without a zone: the zone of the
+        // machine must not move them, in reading, writing or searching.
+        const QByteArray before = qgetenv("TZ");
+        qputenv("TZ", "Asia/Tokyo");
+        tzset();
+        {
+            TestRoot root;
+            gDB->EXEC("INSERT INTO D_DIARY (FMR_ID, WORK_DATE) VALUES (1, #2024/1/5#)");
+            RecordsetPtr rs = gDB->GetDynamicRst("SELECT D_DIARY.* FROM D_DIARY WHERE FMR_ID=1");
+            QCOMPARE(rs->Fields("WORK_DATE"), Value(DateUtil::make(2024, 1, 5)));
+            rs->Find("WORK_DATE=#2024/01/05#");
+            QVERIFY(!rs->eof());
+            rs->SetField("UDATE", Value(DateUtil::make(2024, 1, 5, 23, 30, 0)));
+            rs->Update();
+            QCOMPARE(gDB->DLookup("UDATE", "D_DIARY", "FMR_ID=1"), Value(DateUtil::make(2024, 1, 5, 23, 30, 0)));
+            QCOMPARE(gDB->DMax("WORK_DATE", "D_DIARY"), Value(DateUtil::make(2024, 1, 5)));
+        }
+        if (before.isNull())
+            qunsetenv("TZ");
+        else
+            qputenv("TZ", before);
+        tzset();
     }
 
     void stampsAreReleasedByComputerName()

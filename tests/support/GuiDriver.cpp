@@ -36,8 +36,18 @@ void show(Form *form)
     settle();
 }
 
+void closePopups()
+{
+    // A click elsewhere first closes an open list, as it does for a user.
+    for (int i = 0; i < 5 && QApplication::activePopupWidget(); ++i) {
+        QApplication::activePopupWidget()->close();
+        settle();
+    }
+}
+
 void focus(QWidget *field)
 {
+    closePopups();
     QTest::mouseClick(field, Qt::LeftButton, Qt::NoModifier, QPoint(4, field->height() / 2));
     if (!field->hasFocus())
         field->setFocus(Qt::MouseFocusReason);
@@ -75,6 +85,7 @@ void typeKeys(QLineEdit *field, const QString &text)
 
 void leave(QWidget *field)
 {
+    closePopups();
     QTest::keyClick(field, Qt::Key_Tab);
     settle();
 }
@@ -87,6 +98,7 @@ void enter(QWidget *w)
 
 void click(QAbstractButton *button)
 {
+    closePopups();
     QTest::mouseClick(button, Qt::LeftButton);
     settle();
 }
@@ -94,7 +106,7 @@ void click(QAbstractButton *button)
 void choose(QComboBox *combo, int index)
 {
     focus(combo);
-    combo->hidePopup();
+    closePopups();
     combo->setCurrentIndex(index);
     emit combo->activated(index);
     settle();

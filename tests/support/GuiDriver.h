@@ -5,6 +5,7 @@
 // name. Messages are answered by a MsgRecorder.
 
 #include "core/Form.h"
+#include "core/Globals.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -19,6 +20,8 @@ namespace Gui {
 
 // Processes what is pending (zero timers, posted events, focus changes).
 void settle(int ms = 0);
+// Closes any open drop-down list.
+void closePopups();
 
 // Loads and shows a screen and waits until it is the active window.
 void show(Form *form);
@@ -70,6 +73,7 @@ private:
 #define TILLORA_GUI_TEST_MAIN(TestClass)                                                                     \
     int main(int argc, char **argv)                                                                         \
     {                                                                                                        \
+        prepareProcess();                                                                                    \
         QApplication app(argc, argv);                                                                       \
         guiTestSetup(app);                                                                                   \
         TestClass t;                                                                                         \

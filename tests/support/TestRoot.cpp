@@ -39,6 +39,7 @@ Server mysql()
 
 int runOnEngines(QObject *test, int argc, char **argv)
 {
+    prepareProcess();
     int rc = 0;
     gEngine = TestEngine::Sqlite;
     std::printf("=== engine: sqlite ===\n");

@@ -7,6 +7,7 @@
 // A test binary built with TILLORA_TEST_MAIN runs all its tests once per
 // engine: on SQLite, and on MariaDB when the server is named.
 
+#include "core/Globals.h"
 #include "core/Value.h"
 
 #include <QObject>
@@ -54,6 +55,7 @@ private:
 #define TILLORA_TEST_MAIN(TestClass)                                                                         \
     int main(int argc, char **argv)                                                                         \
     {                                                                                                        \
+        prepareProcess();                                                                                    \
         QCoreApplication app(argc, argv);                                                                   \
         TestClass t;                                                                                         \
         return TestEnv::runOnEngines(&t, argc, argv);                                                       \
