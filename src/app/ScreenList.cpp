@@ -4,6 +4,7 @@
 #include "core/fmnMain.h"
 #include "diary/frmDairyCal.h"
 #include "diary/frmDairyInput.h"
+#include "diary/frmDiaryLedgeInput.h"
 #include "masters/fdlMstFmrEdit.h"
 #include "masters/fdlSetConCtrl.h"
 #include "masters/fdlSetLocalCtrl.h"
@@ -21,6 +22,7 @@ void registerAllScreens()
     registerScreen(QStringLiteral("fmnMain"), [] { return new fmnMain; });
     registerScreen(QStringLiteral("frmDairyCal"), [] { return new frmDairyCal; });
     registerScreen(QStringLiteral("frmDairyInput"), [] { return new frmDairyInput; });
+    registerScreen(QStringLiteral("frmDiaryLedgeInput"), [] { return new frmDiaryLedgeInput; });
     registerScreen(QStringLiteral("fdlSetConCtrl"), [] { return new fdlSetConCtrl; });
     registerScreen(QStringLiteral("fdlSetLocalCtrl"), [] { return new fdlSetLocalCtrl; });
     registerScreen(QStringLiteral("fdlSetMstCtrl"), [] { return new fdlSetMstCtrl; });

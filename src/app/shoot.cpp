@@ -9,6 +9,7 @@
 #include "core/Screens.h"
 #include "store/Database.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QPixmap>
@@ -20,7 +21,14 @@
 int runShoot(QStringList args)
 {
     QString size, date;
+    QStringList clicks;
     for (int i = 0; i < args.size(); ++i) {
+        if (args[i] == QLatin1String("--click") && i + 1 < args.size()) {
+            clicks << args[i + 1];
+            args.remove(i, 2);
+            --i;
+            continue;
+        }
         if (args[i] == QLatin1String("--size") && i + 1 < args.size()) {
             size = args[i + 1];
             args.remove(i, 2);
@@ -32,7 +40,7 @@ int runShoot(QStringList args)
         }
     }
     if (args.size() != 2) {
-        std::fputs("使い方: tillora-admin shoot [--root DIR] SCREEN out.png [--size WxH] [--date yyyy-mm-dd]\n", stderr);
+        std::fputs("使い方: tillora-admin shoot [--root DIR] SCREEN out.png [--size WxH] [--date yyyy-mm-dd] [--click NAME]...\n", stderr);
         return 2;
     }
     registerAllScreens();
@@ -53,6 +61,8 @@ int runShoot(QStringList args)
     gBASE_DATE = DateUtil::make(day.date().year(), day.date().month(), 1);
     gMODE = 2;
     gROW_IDX = -1;
+    gBOOK_ACC_ID = Value(1000);
+    gLEDGE_ROWS = {blankLedgeRow()};
 
     Form *form = createScreen(args[0]);
     if (!form) {
@@ -74,6 +84,18 @@ int runShoot(QStringList args)
     t.start();
     while (t.elapsed() < 300)
         QApplication::processEvents(QEventLoop::AllEvents, 50);
+    // Buttons, tabs and boxes to click before the picture is taken.
+    for (const QString &name : clicks) {
+        if (auto *b = form->ctl<QAbstractButton>(name))
+            b->click();
+        else
+            std::fprintf(stderr, "%s にボタン %s はありません。\n", args[0].toUtf8().constData(), name.toUtf8().constData());
+        t.restart();
+        while (t.elapsed() < 200)
+            QApplication::processEvents(QEventLoop::AllEvents, 50);
+    }
+    if (QWidget *popup = QApplication::activePopupWidget())
+        popup->close();
     const bool ok = form->grab().save(args[1], "PNG");
     form->hide();
     delete form;

@@ -75,6 +75,59 @@ Page compute(int acc, const QVector<LedgeRow> &rows, Currency forward,
     return page;
 }
 
+qint32 newSlipId(const Value &fmrId, const QVector<LedgeRow> &rows)
+{
+    qint32 n = Nz(gDB->DMax(QStringLiteral("LEDGE_ID"), QStringLiteral("D_LEDGE"),
+                            QStringLiteral("FMR_ID=") + Nz(fmrId, Value(0)).toText()),
+                  Value(0))
+                   .toLong() +
+               1;
+    for (const LedgeRow &r : rows) {
+        const Value &id = r[LedgeCol::LEDGE_ID];
+        if (!id.isNull() && !id.isEmpty() && IsNumeric(id) && n <= id.toLong())
+            n = id.toLong() + 1;
+    }
+    return n;
+}
+
+namespace {
+double amountOf(const QString &text)
+{
+    double d = 0;
+    return parseNumber(text, d) ? d : 0;
+}
+}
+
+void applyEntry(LedgeRow &slip, int book, const SlipEntry &e)
+{
+    bool bookDebited;
+    if (amountOf(e.left) > 0) {
+        slip[LedgeCol::AMT] = Value(e.left);
+        bookDebited = book != 2000;
+    } else if (amountOf(e.right) > 0) {
+        slip[LedgeCol::AMT] = Value(e.right);
+        bookDebited = book == 2000;
+    } else {
+        return;
+    }
+    using namespace LedgeCol;
+    if (bookDebited) {
+        slip[D_ACC_ID] = Value(book);
+        slip[C_ACC_ID] = e.otherAcc;
+        slip[D_OPT_ID] = e.ownOptId;
+        slip[C_OPT_ID] = e.otherOptId;
+        slip[D_OPT_NM] = e.ownOptName;
+        slip[C_OPT_NM] = e.otherOptName;
+    } else {
+        slip[D_ACC_ID] = e.otherAcc;
+        slip[C_ACC_ID] = Value(book);
+        slip[D_OPT_ID] = e.otherOptId;
+        slip[C_OPT_ID] = e.ownOptId;
+        slip[D_OPT_NM] = e.otherOptName;
+        slip[C_OPT_NM] = e.ownOptName;
+    }
+}
+
 QString amountText(Currency c)
 {
     // rounded half away from zero to a whole amount

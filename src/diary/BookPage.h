@@ -45,4 +45,20 @@ Page compute(int acc, const QVector<LedgeRow> &rows, Currency forward,
 // "#,##0": whole amounts with thousands separators.
 QString amountText(Currency c);
 
+// A slip number above every saved slip of the farmer and every slip of the
+// day not saved yet.
+qint32 newSlipId(const Value &fmrId, const QVector<LedgeRow> &rows);
+
+// What a book page's slip entry holds: the other account and the option ids
+// and names of both sides, and the amounts on the book's left and right.
+struct SlipEntry {
+    Value otherAcc, otherOptId, ownOptId;
+    Value otherOptName, ownOptName;
+    QString left, right;
+};
+// Moves the entry into the slip: an amount on the left debits the book
+// (credits it for the payables), one on the right the other way round. With
+// neither amount above 0 the slip is left as it is.
+void applyEntry(LedgeRow &slip, int book, const SlipEntry &e);
+
 }
