@@ -121,8 +121,8 @@ public:
 protected:
     void buildControls(const CtlSpec *specs, int count);
     // Takes a control made by the screen itself (a canvas of its own kind)
-    // into the control table, placed by its spec.
-    void adoptControl(QWidget *w, const CtlSpec &spec);
+    // into the control table, placed as its table row says.
+    void adoptControl(QWidget *w, const CtlSpec &conn);
     virtual void onLoad() {}
     virtual void onResize() { SetSize(); }
     virtual void onActivate() { applyWindowState(); }

@@ -85,15 +85,15 @@ ConnectionSpec parseConnectionString(const QString &text)
     if (text.trimmed().isEmpty())
         throw AppError(3706, QStringLiteral("接続文字列が空です。データベースの種類が設定されていません。"));
     const QHash<QString, QString> kv = parsePairs(text);
-    ConnectionSpec spec;
+    ConnectionSpec conn;
     if (kv.contains(QStringLiteral("PROVIDER"))) {
-        spec.kind = EngineKind::Sqlite;
+        conn.kind = EngineKind::Sqlite;
         const QString source = kv.value(QStringLiteral("DATA SOURCE"));
-        spec.file = source.isEmpty() ? QString() : AppPaths::resolve(source);
-        return spec;
+        conn.file = source.isEmpty() ? QString() : AppPaths::resolve(source);
+        return conn;
     }
     if (kv.contains(QStringLiteral("DSN")) || kv.contains(QStringLiteral("SERVER"))) {
-        spec.kind = EngineKind::Mysql;
+        conn.kind = EngineKind::Mysql;
         QString host = kv.value(QStringLiteral("SERVER")).trimmed();
         if (host.isEmpty())
             host = kv.value(QStringLiteral("DSN")).trimmed(); // the data source name read as host[:port]
@@ -102,15 +102,15 @@ ConnectionSpec parseConnectionString(const QString &text)
             bool ok = false;
             const int port = host.mid(colon + 1).toInt(&ok);
             if (ok) {
-                spec.port = port;
+                conn.port = port;
                 host.truncate(colon);
             }
         }
-        spec.host = host;
-        spec.database = kv.value(QStringLiteral("DB"));
-        spec.user = kv.value(QStringLiteral("UID"));
-        spec.password = kv.value(QStringLiteral("PWD"));
-        return spec;
+        conn.host = host;
+        conn.database = kv.value(QStringLiteral("DB"));
+        conn.user = kv.value(QStringLiteral("UID"));
+        conn.password = kv.value(QStringLiteral("PWD"));
+        return conn;
     }
     throw AppError(3706, QStringLiteral("接続文字列を読み取れません。"));
 }

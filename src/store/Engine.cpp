@@ -117,13 +117,13 @@ Value fromUntyped(const QVariant &v, EngineKind kind)
 
 class SqliteEngine final : public Engine {
 public:
-    SqliteEngine(const ConnectionSpec &spec) : Engine(EngineKind::Sqlite, spec) {}
+    SqliteEngine(const ConnectionSpec &conn) : Engine(EngineKind::Sqlite, conn) {}
     QString translate(const QString &jet) const override { return JetSql::translate(jet, JetSql::Dialect::Sqlite); }
 };
 
 class MysqlEngine final : public Engine {
 public:
-    MysqlEngine(const ConnectionSpec &spec) : Engine(EngineKind::Mysql, spec) {}
+    MysqlEngine(const ConnectionSpec &conn) : Engine(EngineKind::Mysql, conn) {}
     QString translate(const QString &jet) const override { return JetSql::translate(jet, JetSql::Dialect::Mysql); }
 };
 
@@ -169,8 +169,8 @@ int ResultSet::columnIndex(const QString &name) const
     return -1;
 }
 
-Engine::Engine(EngineKind kind, const ConnectionSpec &spec)
-    : mKind(kind), mSpec(spec), mConnName(QStringLiteral("tillora_%1").arg(++gConnectionCounter))
+Engine::Engine(EngineKind kind, const ConnectionSpec &conn)
+    : mKind(kind), mSpec(conn), mConnName(QStringLiteral("tillora_%1").arg(++gConnectionCounter))
 {
 }
 
@@ -186,14 +186,14 @@ Engine::~Engine()
 
 QSqlDatabase Engine::db() const { return QSqlDatabase::database(mConnName, false); }
 
-std::unique_ptr<Engine> Engine::open(const ConnectionSpec &spec)
+std::unique_ptr<Engine> Engine::open(const ConnectionSpec &conn)
 {
     std::unique_ptr<Engine> e;
-    if (spec.kind == EngineKind::Sqlite) {
-        checkSqliteFile(spec.file);
-        e.reset(new SqliteEngine(spec));
+    if (conn.kind == EngineKind::Sqlite) {
+        checkSqliteFile(conn.file);
+        e.reset(new SqliteEngine(conn));
         QSqlDatabase d = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), e->mConnName);
-        d.setDatabaseName(spec.file);
+        d.setDatabaseName(conn.file);
         d.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000"));
         if (!d.open())
             e->raiseSqlError(d.lastError(), QString());
@@ -204,15 +204,15 @@ std::unique_ptr<Engine> Engine::open(const ConnectionSpec &spec)
         pragma.exec(QStringLiteral("PRAGMA journal_mode=WAL"));
         pragma.exec(QStringLiteral("PRAGMA synchronous=FULL"));
     } else {
-        if (spec.host.isEmpty())
+        if (conn.host.isEmpty())
             throw AppError(3146, QStringLiteral("接続先のサーバーが指定されていません。"));
-        e.reset(new MysqlEngine(spec));
+        e.reset(new MysqlEngine(conn));
         QSqlDatabase d = QSqlDatabase::addDatabase(QStringLiteral("QMYSQL"), e->mConnName);
-        d.setHostName(spec.host);
-        d.setPort(spec.port);
-        d.setDatabaseName(spec.database);
-        d.setUserName(spec.user);
-        d.setPassword(spec.password);
+        d.setHostName(conn.host);
+        d.setPort(conn.port);
+        d.setDatabaseName(conn.database);
+        d.setUserName(conn.user);
+        d.setPassword(conn.password);
         // Rows touched count the rows matched, as the file engine counts them.
         d.setConnectOptions(QStringLiteral("MYSQL_OPT_CONNECT_TIMEOUT=5;CLIENT_FOUND_ROWS=1"));
         if (!d.open())
@@ -228,10 +228,10 @@ std::unique_ptr<Engine> Engine::createSqliteFile(const QString &path)
 {
     if (QFileInfo::exists(path))
         throw AppError(58, QStringLiteral("ファイル '%1' は既に存在します。").arg(path));
-    ConnectionSpec spec;
-    spec.kind = EngineKind::Sqlite;
-    spec.file = path;
-    std::unique_ptr<Engine> e(new SqliteEngine(spec));
+    ConnectionSpec conn;
+    conn.kind = EngineKind::Sqlite;
+    conn.file = path;
+    std::unique_ptr<Engine> e(new SqliteEngine(conn));
     QSqlDatabase d = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), e->mConnName);
     d.setDatabaseName(path);
     if (!d.open())

@@ -44,12 +44,12 @@ public:
 
     // Opens a connection; raises AppError when it can't. A SQLite file must
     // exist (it is never made here) and must not be an old Jet file.
-    static std::unique_ptr<Engine> open(const ConnectionSpec &spec);
+    static std::unique_ptr<Engine> open(const ConnectionSpec &conn);
     // Makes a new SQLite file (for set-up only).
     static std::unique_ptr<Engine> createSqliteFile(const QString &path);
 
     EngineKind kind() const { return mKind; }
-    const ConnectionSpec &spec() const { return mSpec; }
+    const ConnectionSpec &target() const { return mSpec; }
 
     // The engine's one translation point.
     virtual QString translate(const QString &jet) const = 0;
@@ -75,7 +75,7 @@ public:
     QStringList tableNames() const;
 
 protected:
-    Engine(EngineKind kind, const ConnectionSpec &spec);
+    Engine(EngineKind kind, const ConnectionSpec &conn);
     QSqlDatabase db() const;
     [[noreturn]] void raiseSqlError(const class QSqlError &err, const QString &sql) const;
 

@@ -193,10 +193,10 @@ namespace {
 
 // Connects to the server of a configuration text; creates the database when
 // the server says it has none.
-std::unique_ptr<Engine> openOrCreateServerDb(const ConnectionSpec &spec)
+std::unique_ptr<Engine> openOrCreateServerDb(const ConnectionSpec &conn)
 {
     try {
-        return Engine::open(spec);
+        return Engine::open(conn);
     } catch (const AppError &e) {
         if (e.number() != 1049) // unknown database
             throw;
@@ -205,21 +205,21 @@ std::unique_ptr<Engine> openOrCreateServerDb(const ConnectionSpec &spec)
         const QString name = QStringLiteral("tillora_setup");
         {
             QSqlDatabase d = QSqlDatabase::addDatabase(QStringLiteral("QMYSQL"), name);
-            d.setHostName(spec.host);
-            d.setPort(spec.port);
-            d.setUserName(spec.user);
-            d.setPassword(spec.password);
+            d.setHostName(conn.host);
+            d.setPort(conn.port);
+            d.setUserName(conn.user);
+            d.setPassword(conn.password);
             if (!d.open())
                 throw AppError(d.lastError().nativeErrorCode().toLong(), d.lastError().databaseText());
             QSqlQuery q(d);
             if (!q.exec(QStringLiteral("CREATE DATABASE `%1` CHARACTER SET utf8mb4 COLLATE utf8mb4_general_ci")
-                            .arg(spec.database)))
+                            .arg(conn.database)))
                 throw AppError(q.lastError().nativeErrorCode().toLong(), q.lastError().databaseText());
             d.close();
         }
         QSqlDatabase::removeDatabase(name);
     }
-    return Engine::open(spec);
+    return Engine::open(conn);
 }
 
 } // namespace
@@ -239,17 +239,17 @@ QStringList initServers()
             lines << QStringLiteral("%1: MySQL ではないので対象外").arg(dbKindName(t.kind));
             continue;
         }
-        const ConnectionSpec spec = parseConnectionString(mysqlConnectionString(
+        const ConnectionSpec conn = parseConnectionString(mysqlConnectionString(
             gINI->property(p + QStringLiteral("_DSN")), gINI->property(p + QStringLiteral("_SERVER")),
             gINI->property(p + QStringLiteral("_NAME")), gINI->property(p + QStringLiteral("_USER")),
             gINI->property(p + QStringLiteral("_PSWD"))));
-        std::unique_ptr<Engine> e = openOrCreateServerDb(spec);
+        std::unique_ptr<Engine> e = openOrCreateServerDb(conn);
         const QStringList made = createTables(*e, t.kind);
         const QStringList filled = loadDelivered(*e, t.kind);
         lines << QStringLiteral("%1: %2:%3/%4 表を作成 %5 件、初期データ %6 表")
-                     .arg(dbKindName(t.kind), spec.host)
-                     .arg(spec.port)
-                     .arg(spec.database)
+                     .arg(dbKindName(t.kind), conn.host)
+                     .arg(conn.port)
+                     .arg(conn.database)
                      .arg(made.size())
                      .arg(filled.size());
     }

@@ -123,9 +123,9 @@ void TestRoot::closeAll() { CloseAllDatabases(); }
 
 void TestRoot::setCtrl(const QString &key, const Value &value, const Value &type)
 {
-    ConnectionSpec spec;
-    spec.file = Setup::fileOf(mDir.path(), DbKind::Ini);
-    std::unique_ptr<Engine> e = Engine::open(spec);
+    ConnectionSpec conn;
+    conn.file = Setup::fileOf(mDir.path(), DbKind::Ini);
+    std::unique_ptr<Engine> e = Engine::open(conn);
     const ColumnDef *valueCol = Schema::column(QStringLiteral("S_CTRL"), QStringLiteral("CTRL_VALUE"));
     const ColumnDef *typeCol = Schema::column(QStringLiteral("S_CTRL"), QStringLiteral("CTRL_TYPE"));
     e->executeNative(QStringLiteral("DELETE FROM S_CTRL WHERE CTRL_CD=?"), {key});
