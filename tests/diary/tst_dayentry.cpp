@@ -309,6 +309,13 @@ private slots:
         frmDairyInput f;
         Gui::show(&f);
         QCOMPARE(f.windowTitle(), QStringLiteral("日誌入力（2024/02/10） 旧1/1 甲辰 先勝"));
+        for (const auto &day : {qMakePair(DateUtil::make(2000, 1, 1), QStringLiteral("日誌入力（2000/01/01） 旧11/25 戊午 大安")),
+                                qMakePair(DateUtil::make(2009, 5, 1), QStringLiteral("日誌入力（2009/05/01） 旧4/7 丁未 仏滅"))}) {
+            gWORK_DATE = Value(day.first);
+            frmDairyInput other;
+            Gui::show(&other);
+            QCOMPARE(other.windowTitle(), day.second);
+        }
         // a day the old calendar can't place: no title, the screen works
         gWORK_DATE = Value(DateUtil::make(2020, 6, 21));
         frmDairyInput odd;
