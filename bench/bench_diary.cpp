@@ -1,0 +1,803 @@
+// Speed of the diary on the ten generated years: a redraw of the month
+// calendar, the old calendar (one day, and the admin command over 46 years),
+// and the opening and saving of a full diary day, as the screens do them.
+//
+// The "Parts/..." benchmarks take the calendar's redraw and the day's opening
+// and save apart; the "Whatif/..." ones measure the changes that would bring
+// them within their aims (see bench/README.md).
+
+#include "env.h"
+
+#include "core/Globals.h"
+#include "diary/CalMonth.h"
+#include "diary/DiaryDay.h"
+#include "diary/modOldCal.h"
+#include "pesticide/ChemiStock.h"
+#include "store/Database.h"
+
+#include <QApplication>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QImage>
+#include <QPainter>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <cstdio>
+#include <functional>
+#include <string>
+
+namespace Bench {
+
+namespace {
+
+const Value kFarmer(1);
+
+// ------------------------------------------------------------ the calendar
+
+// The canvas of the calendar screen at its design size, 11920 x 6680 twips.
+constexpr int kCanvasW = 795, kCanvasH = 445;
+constexpr int kTwipsPerPixel = 15;
+
+const QDate kMidMonth(2021, 6, 1);
+const QDate kEndMonth(2025, 12, 1);
+
+std::string monthName(const QDate &m) { return m.toString(QStringLiteral("yyyy-MM")).toStdString(); }
+
+// The five check boxes on, as the screen leaves them in the settings.
+void allOptionsOn()
+{
+    for (int i = 0; i < 5; ++i)
+        CalMonth::saveOption(i, true);
+}
+
+// The canvas as the screen's QPixmap is on the raster back end.
+QImage canvas() { return QImage(kCanvasW, kCanvasH, QImage::Format_RGB32); }
+
+CalMonth::Geometry monthGeometry(const QDate &month)
+{
+    return CalMonth::geometry(month, kCanvasW * kTwipsPerPixel, kCanvasH * kTwipsPerPixel);
+}
+
+// One redraw as frmDairyCal::DispCal does it, no planting chosen: the
+// options from the settings, the geometry, the cells, the drawing.
+void DispCal(benchmark::State &state, Kind kind, QDate month)
+{
+    guarded(state, [&] {
+        use(kind);
+        gFMR_ID = kFarmer;
+        allOptionsOn();
+        QImage image = canvas();
+        const QFont font = QApplication::font();
+        int marked = 0;
+        for (auto _ : state) {
+            const CalMonth::Options o = CalMonth::loadOptions();
+            const CalMonth::Geometry g = monthGeometry(month);
+            const QVector<CalMonth::Cell> cells =
+                CalMonth::collect(g, month, QDate::currentDate(), gFMR_ID, o, Value(0));
+            QPainter p(&image);
+            p.setFont(font);
+            CalMonth::paint(p, g, cells, o);
+            p.end();
+            marked = 0;
+            for (const CalMonth::Cell &c : cells)
+                marked += c.money + c.chemi + c.ship;
+        }
+        state.counters["marks"] = marked;
+    });
+}
+
+// ---- parts of the redraw
+
+void CalCollect(benchmark::State &state, Kind kind, QDate month)
+{
+    guarded(state, [&] {
+        use(kind);
+        CalMonth::Options o;
+        for (bool &on : o.on)
+            on = true;
+        const CalMonth::Geometry g = monthGeometry(month);
+        for (auto _ : state) {
+            QVector<CalMonth::Cell> cells = CalMonth::collect(g, month, QDate::currentDate(), kFarmer, o, Value(0));
+            benchmark::DoNotOptimize(cells);
+        }
+    });
+}
+
+// The first statement of collect: every diary page of the farmer.
+void CalDiaryPages(benchmark::State &state, Kind kind)
+{
+    guarded(state, [&] {
+        use(kind);
+        int rows = 0;
+        for (auto _ : state) {
+            RecordsetPtr rs = gDB->GetStaticRst(QStringLiteral("SELECT D_DIARY.* FROM D_DIARY WHERE FMR_ID=1 ORDER BY WORK_DATE"));
+            rows = rs->RecordCount();
+        }
+        state.counters["rows"] = rows;
+    });
+}
+
+// The Find of each day of the month in that set, as collect searches it.
+void CalFindDays(benchmark::State &state, Kind kind, QDate month)
+{
+    guarded(state, [&] {
+        use(kind);
+        RecordsetPtr rs = gDB->GetStaticRst(QStringLiteral("SELECT D_DIARY.* FROM D_DIARY WHERE FMR_ID=1 ORDER BY WORK_DATE"));
+        for (auto _ : state) {
+            rs->MoveFirst();
+            for (int d = 0; d < month.daysInMonth(); ++d)
+                rs->Find(QStringLiteral("WORK_DATE=#") + month.addDays(d).toString(QStringLiteral("yyyy/MM/dd")) +
+                         QLatin1Char('#'));
+        }
+    });
+}
+
+// One mark of a day as collect() counts it (0 money, 1 pesticide, 2
+// shipment), the month's days in turn.
+void CalMarkOfDay(benchmark::State &state, Kind kind, QDate month, int mark)
+{
+    static const char *const tables[] = {"D_LEDGE", "D_DIARY_DTL", "D_SHIP"};
+    static const char *const dates[] = {"LEDGE_DATE", "WORK_DATE", "SHIP_DATE"};
+    static const char *const tails[] = {" AND ((D_ACC_ID IN(1000,1010))  OR (C_ACC_ID IN(1000,1010)))", " AND CHEMI_ID>0",
+                                        ""};
+    guarded(state, [&] {
+        use(kind);
+        int d = 0;
+        for (auto _ : state) {
+            const QString date = month.addDays(d).toString(QStringLiteral("yyyy/MM/dd"));
+            d = (d + 1) % month.daysInMonth();
+            Value v = gDB->DCount(QStringLiteral("*"), QString::fromLatin1(tables[mark]),
+                                  QStringLiteral(" FMR_ID = 1 AND ") + QString::fromLatin1(dates[mark]) +
+                                      QStringLiteral("=#") + date + QLatin1Char('#') + QString::fromLatin1(tails[mark]));
+            benchmark::DoNotOptimize(v);
+        }
+    });
+}
+
+// The drawing alone, from cells collected once (the same on both engines).
+void CalPaint(benchmark::State &state, QDate month)
+{
+    guarded(state, [&] {
+        use(Kind::Sqlite);
+        CalMonth::Options o;
+        for (bool &on : o.on)
+            on = true;
+        const CalMonth::Geometry g = monthGeometry(month);
+        const QVector<CalMonth::Cell> cells = CalMonth::collect(g, month, QDate::currentDate(), kFarmer, o, Value(0));
+        QImage image = canvas();
+        const QFont font = QApplication::font();
+        for (auto _ : state) {
+            QPainter p(&image);
+            p.setFont(font);
+            CalMonth::paint(p, g, cells, o);
+            p.end();
+        }
+    });
+}
+
+// ------------------------------------------------------------ the old calendar
+
+// Days from 1990-01-01 to 2035-12-31 in a scattered order.
+const QVector<QDateTime> &oldCalDays()
+{
+    static const QVector<QDateTime> all = [] {
+        const QDate first(1990, 1, 1), last(2035, 12, 31);
+        const int n = int(first.daysTo(last)) + 1;
+        QVector<QDateTime> v;
+        v.reserve(n);
+        for (int i = 0; i < n; ++i)
+            v << DateUtil::fromDate(first.addDays((qint64(i) * 7919) % n));
+        return v;
+    }();
+    return all;
+}
+
+void OldDateOf(benchmark::State &state)
+{
+    const QVector<QDateTime> &days = oldCalDays();
+    int i = 0, errors = 0;
+    for (auto _ : state) {
+        try {
+            modOldCal::OldDate d = modOldCal::OldDateOf(days[i]);
+            benchmark::DoNotOptimize(d);
+        } catch (const AppError &) {
+            ++errors; // the days the computation can't place, as the command shows them
+        }
+        if (++i == days.size())
+            i = 0;
+    }
+    state.counters["error_share"] = double(errors) / double(state.iterations());
+}
+
+QString adminProgram()
+{
+    const QString named = qEnvironmentVariable("TILLORA_ADMIN");
+    if (!named.isEmpty())
+        return named;
+    return QDir(QCoreApplication::applicationDirPath()).absoluteFilePath(QStringLiteral("../bin/tillora-admin"));
+}
+
+// `tillora-admin oldcal --root <the engine's tree> 1990-01-01 2035-12-31`,
+// its output into a file: the whole command, process start included.
+void OldCalCommand(benchmark::State &state, Kind kind)
+{
+    guarded(state, [&] {
+        Store &s = use(kind);
+        const QString admin = adminProgram();
+        if (!QFileInfo(admin).isExecutable())
+            return state.SkipWithError(qPrintable(QStringLiteral("no program %1").arg(admin)));
+        QTemporaryDir out;
+        const QString file = out.filePath(QStringLiteral("oldcal.txt"));
+        for (auto _ : state) {
+            QProcess p;
+            p.setProgram(admin);
+            p.setArguments({QStringLiteral("oldcal"), QStringLiteral("--root"), s.root(), QStringLiteral("1990-01-01"),
+                            QStringLiteral("2035-12-31")});
+            p.setStandardOutputFile(file);
+            p.start();
+            if (!p.waitForFinished(-1) || p.exitStatus() != QProcess::NormalExit || p.exitCode() != 0)
+                return state.SkipWithError(qPrintable(QString::fromLocal8Bit(p.readAllStandardError())));
+        }
+        QFile f(file);
+        if (!f.open(QIODevice::ReadOnly))
+            return state.SkipWithError("no output");
+        const QByteArray text = f.readAll();
+        state.counters["lines"] = text.count('\n');
+        state.counters["error_lines"] = text.count("\tERROR\t");
+    });
+}
+
+// ------------------------------------------------------------ the diary day
+
+const QDate kDiaryDay(2023, 6, 14);
+constexpr int kDayLines = 20, kSprayLines = 5, kDaySlips = 10;
+
+QString jetDay(const QDate &d) { return QLatin1Char('#') + d.toString(QStringLiteral("yyyy/MM/dd")) + QLatin1Char('#'); }
+
+// The rows of a table that meet a criterion, to put back as they were.
+class TableCopy {
+public:
+    TableCopy(const QString &table, const QString &where)
+        : mTable(table), mWhere(where), mRows(gDB->engine()->select(QStringLiteral("SELECT * FROM ") + table +
+                                                                      QStringLiteral(" WHERE ") + where))
+    {
+    }
+
+    void restore() const
+    {
+        Engine *e = gDB->engine();
+        e->execute(QStringLiteral("DELETE FROM ") + mTable + QStringLiteral(" WHERE ") + mWhere);
+        if (mRows.rows.isEmpty())
+            return;
+        QStringList names, marks;
+        QVector<const ColumnDef *> defs;
+        for (const ResultColumn &c : mRows.columns) {
+            const ColumnDef *def = Schema::column(mTable, c.name);
+            if (!def)
+                throw AppError(VbErr::ItemNotFound, mTable + QLatin1Char('.') + c.name);
+            defs << def;
+            names << def->name;
+            marks << QStringLiteral("?");
+        }
+        const QString sql = QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+                                .arg(mTable, names.join(QLatin1Char(',')), marks.join(QLatin1Char(',')));
+        for (const QVector<Value> &row : mRows.rows) {
+            QVector<QVariant> params;
+            for (int i = 0; i < row.size(); ++i)
+                params << e->toStorage(row[i], *defs[i]);
+            e->executeNative(sql, params);
+        }
+    }
+
+private:
+    QString mTable, mWhere;
+    ResultSet mRows;
+};
+
+// The day of kDiaryDay made into a full one for the life of the object: 20
+// lines on the plantings alive that day (5 of them spraying lines with lot,
+// registration number, target, quantity and unit taken from the generated
+// spraying lines of the season, 15 other work lines of the month), and 10
+// slips: 5 of the month's slips moved to the day and the 5 cost slips the
+// spraying lines make. It is written once by a save, as the screen would;
+// the day's generated rows and the lots' counts are put back afterwards.
+class FullDay {
+public:
+    FullDay()
+        : mDiary(QStringLiteral("D_DIARY"), dayWhere(QStringLiteral("WORK_DATE"))),
+          mLines(QStringLiteral("D_DIARY_DTL"), dayWhere(QStringLiteral("WORK_DATE"))),
+          mSlips(QStringLiteral("D_LEDGE"), dayWhere(QStringLiteral("LEDGE_DATE"))),
+          mLots(QStringLiteral("D_CHEMI"), QStringLiteral("FMR_ID=1"))
+    {
+        point();
+        const QVector<DiaryDtlRec> lines = makeLines();
+        const QVector<LedgeRow> slips = makeSlips();
+        try {
+            gDB->EXEC(QStringLiteral("DELETE D_DIARY_DTL.* FROM D_DIARY_DTL WHERE ") + dayWhere(QStringLiteral("WORK_DATE")));
+            gDB->EXEC(QStringLiteral("DELETE D_LEDGE.* FROM D_LEDGE WHERE ") + dayWhere(QStringLiteral("LEDGE_DATE")));
+            DiaryDay d;
+            d.load(kFarmer, day());
+            d.dtl = lines;
+            gLEDGE_ROWS = slips;
+            d.save();
+            check();
+        } catch (...) {
+            putBack();
+            throw;
+        }
+    }
+
+    ~FullDay() { putBack(); }
+
+    static QDateTime day() { return DateUtil::fromDate(kDiaryDay); }
+
+    // The globals the save's first step reads, as the calendar sets them.
+    static void point()
+    {
+        gFMR_ID = kFarmer;
+        gWORK_DATE = Value(day());
+    }
+
+    // The day holds what it should: after every run of a benchmark.
+    static void check()
+    {
+        const long lines = gDB->DCount(QStringLiteral("*"), QStringLiteral("D_DIARY_DTL"), dayWhere(QStringLiteral("WORK_DATE"))).toLong();
+        const long sprays = gDB->DCount(QStringLiteral("*"), QStringLiteral("D_DIARY_DTL"),
+                                        dayWhere(QStringLiteral("WORK_DATE")) + QStringLiteral(" AND LEDGE_ID>0"))
+                                .toLong();
+        const long slips = gDB->DCount(QStringLiteral("*"), QStringLiteral("D_LEDGE"), dayWhere(QStringLiteral("LEDGE_DATE"))).toLong();
+        if (lines != kDayLines || sprays != kSprayLines || slips != kDaySlips)
+            throw AppError(-1, QStringLiteral("the day holds %1 lines (%2 with a cost slip) and %3 slips")
+                                   .arg(lines)
+                                   .arg(sprays)
+                                   .arg(slips));
+    }
+
+private:
+    void putBack() const
+    {
+        try {
+            gDB->Begintrans();
+            mDiary.restore();
+            mLines.restore();
+            mSlips.restore();
+            mLots.restore();
+            gDB->CommitTrans();
+        } catch (const AppError &e) {
+            std::fprintf(stderr, "the diary day was not put back: %s\n", e.what());
+        }
+        gLEDGE_ROWS = {blankLedgeRow()};
+    }
+
+    static QString dayWhere(const QString &column)
+    {
+        return QStringLiteral("FMR_ID=1 AND ") + column + QLatin1Char('=') + jetDay(kDiaryDay);
+    }
+
+    static QVector<DiaryDtlRec> makeLines()
+    {
+        QVector<Value> plants;
+        RecordsetPtr rs = gDB->GetFwdOnlyRst(QStringLiteral("SELECT PLANT_ID FROM D_PLANT WHERE FMR_ID=1 AND START_DATE<=") +
+                                             jetDay(kDiaryDay) + QStringLiteral(" AND END_DATE>=") + jetDay(kDiaryDay) +
+                                             QStringLiteral(" ORDER BY PLANT_ID"));
+        for (; !rs->eof(); rs->MoveNext())
+            plants << rs->Fields(0);
+        if (plants.isEmpty())
+            throw AppError(-1, QStringLiteral("no planting is alive on the day"));
+
+        QVector<DiaryDtlRec> sprays, others;
+        const QString season = QStringLiteral(" FROM D_DIARY_DTL WHERE FMR_ID=1 AND WORK_DATE>=#2023/05/01# AND "
+                                              "WORK_DATE<=#2023/07/31# AND WORK_DATE<>") +
+                               jetDay(kDiaryDay);
+        QVector<Value> lots;
+        rs = gDB->GetFwdOnlyRst(QStringLiteral("SELECT D_DIARY_DTL.*") + season +
+                                QStringLiteral(" AND CHEMI_ID>0 AND QTY>0 AND UNIT_ID>0 ORDER BY WORK_DATE, DTL_NO"));
+        for (; !rs->eof() && sprays.size() < kSprayLines; rs->MoveNext()) {
+            const Value lot = rs->Fields(QStringLiteral("CHEMI_ID"));
+            if (lots.contains(lot))
+                continue;
+            lots << lot;
+            DiaryDtlRec r;
+            for (const char *c : {"WORK_KBN", "WORK_NM", "NOTES", "CHEMI_ID", "CHEMI_NM", "REG_NO", "PURPOSE", "QTY",
+                                  "UNIT_ID"})
+                fieldOf(r, c) = rs->Fields(QString::fromLatin1(c));
+            sprays << r;
+        }
+        rs = gDB->GetFwdOnlyRst(QStringLiteral("SELECT D_DIARY_DTL.*") + season +
+                                QStringLiteral(" AND CHEMI_ID IS NULL AND SHIP_ID IS NULL AND LEDGE_ID IS NULL "
+                                               "ORDER BY WORK_DATE, DTL_NO"));
+        for (; !rs->eof() && others.size() < kDayLines - kSprayLines; rs->MoveNext()) {
+            DiaryDtlRec r;
+            for (const char *c : {"WORK_KBN", "WORK_NM", "NOTES"})
+                fieldOf(r, c) = rs->Fields(QString::fromLatin1(c));
+            others << r;
+        }
+        if (sprays.size() < kSprayLines || others.size() < kDayLines - kSprayLines)
+            throw AppError(-1, QStringLiteral("the season has too few lines to copy"));
+
+        // Spraying lines spread among the others, as a day is written.
+        QVector<DiaryDtlRec> lines;
+        for (int i = 0, s = 0, o = 0; i < kDayLines; ++i) {
+            DiaryDtlRec r = (i % 4 == 1 && s < kSprayLines) ? sprays[s++] : others[o++];
+            r.FMR_ID = kFarmer;
+            r.WORK_DATE = Value(day());
+            r.DTL_NO = Value(i + 1);
+            r.PLANT_ID = plants[i % plants.size()];
+            lines << r;
+        }
+        return lines;
+    }
+
+    static Value &fieldOf(DiaryDtlRec &r, const char *name)
+    {
+        const QString n = QString::fromLatin1(name);
+        if (n == QLatin1String("WORK_KBN")) return r.WORK_KBN;
+        if (n == QLatin1String("WORK_NM")) return r.WORK_NM;
+        if (n == QLatin1String("NOTES")) return r.NOTES;
+        if (n == QLatin1String("CHEMI_ID")) return r.CHEMI_ID;
+        if (n == QLatin1String("CHEMI_NM")) return r.CHEMI_NM;
+        if (n == QLatin1String("REG_NO")) return r.REG_NO;
+        if (n == QLatin1String("PURPOSE")) return r.PURPOSE;
+        if (n == QLatin1String("QTY")) return r.QTY;
+        return r.UNIT_ID;
+    }
+
+    // Five of the month's slips (no pesticide cost slips), new numbers, the day's date.
+    static QVector<LedgeRow> makeSlips()
+    {
+        qint32 next = Nz(gDB->DMax(QStringLiteral("LEDGE_ID"), QStringLiteral("D_LEDGE"), QStringLiteral("FMR_ID=1")),
+                         Value(0))
+                          .toLong();
+        QVector<LedgeRow> slips;
+        RecordsetPtr rs = gDB->GetFwdOnlyRst(
+            QStringLiteral("SELECT D_LEDGE.* FROM D_LEDGE WHERE FMR_ID=1 AND LEDGE_DATE>=#2023/06/01# AND "
+                           "LEDGE_DATE<=#2023/06/30# AND D_ACC_ID<>4160 AND C_ACC_ID<>4160 ORDER BY LEDGE_ID"));
+        for (; !rs->eof() && slips.size() < kDaySlips - kSprayLines; rs->MoveNext()) {
+            LedgeRow row = blankLedgeRow();
+            for (int c = 0; c < LedgeCol::Count; ++c)
+                row[c] = rs->Fields(QString::fromLatin1(LedgeCol::Names[c]));
+            row[LedgeCol::LEDGE_ID] = Value(++next);
+            row[LedgeCol::LEDGE_DATE] = Value(day());
+            slips << row;
+        }
+        if (slips.size() < kDaySlips - kSprayLines)
+            throw AppError(-1, QStringLiteral("the month has too few slips to copy"));
+        return slips;
+    }
+
+    TableCopy mDiary, mLines, mSlips, mLots;
+};
+
+// Open and save, as the day screen does from the calendar's click to its save button.
+void DiaryDayOpenSave(benchmark::State &state, Kind kind)
+{
+    guarded(state, [&] {
+        use(kind);
+        FullDay full;
+        for (auto _ : state) {
+            FullDay::point();
+            DiaryDay d;
+            d.load(kFarmer, FullDay::day());
+            d.save();
+        }
+        FullDay::check();
+    });
+}
+
+void DiaryDayOpen(benchmark::State &state, Kind kind)
+{
+    guarded(state, [&] {
+        use(kind);
+        FullDay full;
+        for (auto _ : state) {
+            FullDay::point();
+            DiaryDay d;
+            d.load(kFarmer, FullDay::day());
+            benchmark::DoNotOptimize(d.dtl.data());
+        }
+    });
+}
+
+void DiaryDaySave(benchmark::State &state, Kind kind)
+{
+    guarded(state, [&] {
+        use(kind);
+        FullDay full;
+        for (auto _ : state) {
+            state.PauseTiming();
+            FullDay::point();
+            DiaryDay d;
+            d.load(kFarmer, FullDay::day());
+            state.ResumeTiming();
+            d.save();
+        }
+        FullDay::check();
+    });
+}
+
+// The third statement of load(): the day's slips in their order.
+void DaySlips(benchmark::State &state, Kind kind)
+{
+    guarded(state, [&] {
+        use(kind);
+        FullDay full;
+        for (auto _ : state) {
+            RecordsetPtr rs = gDB->GetFwdOnlyRst(
+                QStringLiteral("SELECT  D_LEDGE.*  FROM D_LEDGE  WHERE  D_LEDGE.FMR_ID=1 AND D_LEDGE.LEDGE_DATE=") +
+                jetDay(kDiaryDay) + QStringLiteral(" ORDER BY D_LEDGE.LEDGE_DATE, D_LEDGE.LEDGE_ID"));
+            if (rs->RecordCount() != kDaySlips)
+                return state.SkipWithError("not the day's slips");
+        }
+    });
+}
+
+// ---- the steps of the save, each on a day opened once
+
+using Step = std::function<void(DiaryDay &)>;
+
+void DiaryDayStep(benchmark::State &state, Kind kind, Step step)
+{
+    guarded(state, [&] {
+        use(kind);
+        FullDay full;
+        FullDay::point();
+        DiaryDay d;
+        d.load(kFarmer, FullDay::day());
+        for (auto _ : state)
+            step(d);
+        FullDay::check();
+    });
+}
+
+// ------------------------------------------------------------ what a change would give
+
+// The SQLite data file with the planner's statistics (ANALYZE) for the life
+// of the object, and without them again afterwards.
+class Analyzed {
+public:
+    Analyzed() { gDB->engine()->executeNative(QStringLiteral("ANALYZE")); }
+    ~Analyzed()
+    {
+        try {
+            gDB->engine()->executeNative(QStringLiteral("DROP TABLE IF EXISTS sqlite_stat1"));
+        } catch (const AppError &e) {
+            std::fprintf(stderr, "the statistics were not dropped: %s\n", e.what());
+        }
+    }
+};
+
+void AnalyzedDispCal(benchmark::State &state, QDate month)
+{
+    guarded(state, [&] {
+        use(Kind::Sqlite);
+        Analyzed stats;
+        DispCal(state, Kind::Sqlite, month);
+    });
+}
+
+// collect() reading the month alone: the month's diary pages and, for each
+// mark, the distinct days of the month that have one (three statements).
+QVector<CalMonth::Cell> monthCollect(const CalMonth::Geometry &g, const QDate &month, const CalMonth::Options &o)
+{
+    const QString from = jetDay(month), to = jetDay(month.addDays(g.days - 1));
+    auto daysOf = [&](const QString &sql) {
+        QVector<bool> days(32, false);
+        for (RecordsetPtr rs = gDB->GetFwdOnlyRst(sql); !rs->eof(); rs->MoveNext())
+            days[rs->Fields(0).toDate().date().day()] = true;
+        return days;
+    };
+    QVector<bool> money(32, false), chemi(32, false), ship(32, false);
+    if (o.on[2])
+        money = daysOf(QStringLiteral("SELECT DISTINCT LEDGE_DATE FROM D_LEDGE WHERE FMR_ID=1 AND LEDGE_DATE>=") + from +
+                       QStringLiteral(" AND LEDGE_DATE<=") + to +
+                       QStringLiteral(" AND ((D_ACC_ID IN(1000,1010))  OR (C_ACC_ID IN(1000,1010)))"));
+    if (o.on[3])
+        chemi = daysOf(QStringLiteral("SELECT DISTINCT WORK_DATE FROM D_DIARY_DTL WHERE FMR_ID=1 AND WORK_DATE>=") + from +
+                       QStringLiteral(" AND WORK_DATE<=") + to + QStringLiteral(" AND CHEMI_ID>0"));
+    if (o.on[4])
+        ship = daysOf(QStringLiteral("SELECT DISTINCT SHIP_DATE FROM D_SHIP WHERE FMR_ID=1 AND SHIP_DATE>=") + from +
+                      QStringLiteral(" AND SHIP_DATE<=") + to);
+    QVector<CalMonth::Cell> cells(g.days);
+    for (int day = 1; day <= g.days; ++day) {
+        const int n = day - 1 + g.firstCol;
+        CalMonth::Cell &c = cells[day - 1];
+        c.day = day;
+        c.x = (n % 7) * g.cellW;
+        c.y = (n / 7) * g.cellH + g.headerH;
+        c.money = money[day];
+        c.chemi = chemi[day];
+        c.ship = ship[day];
+    }
+    RecordsetPtr rs = gDB->GetStaticRst(QStringLiteral("SELECT D_DIARY.* FROM D_DIARY WHERE FMR_ID=1 AND WORK_DATE>=") +
+                                        from + QStringLiteral(" AND WORK_DATE<=") + to +
+                                        QStringLiteral(" ORDER BY WORK_DATE"));
+    for (; !rs->eof(); rs->MoveNext()) {
+        CalMonth::Cell &c = cells[rs->Fields(QStringLiteral("WORK_DATE")).toDate().date().day() - 1];
+        c.hasRow = true;
+        c.wthId = rs->Fields(QStringLiteral("WTH_ID"));
+        c.loTmp = rs->Fields(QStringLiteral("LO_TMP"));
+        c.hiTmp = rs->Fields(QStringLiteral("HI_TMP"));
+        c.oneMsg = rs->Fields(QStringLiteral("ONE_MSG"));
+    }
+    return cells;
+}
+
+void MonthReadDispCal(benchmark::State &state, Kind kind, QDate month)
+{
+    guarded(state, [&] {
+        use(kind);
+        allOptionsOn();
+        QImage image = canvas();
+        const QFont font = QApplication::font();
+        // the same cells as collect() gives
+        {
+            const CalMonth::Options o = CalMonth::loadOptions();
+            const CalMonth::Geometry g = monthGeometry(month);
+            const QVector<CalMonth::Cell> a = CalMonth::collect(g, month, QDate::currentDate(), kFarmer, o, Value(0));
+            const QVector<CalMonth::Cell> b = monthCollect(g, month, o);
+            bool same = a.size() == b.size();
+            for (int i = 0; same && i < a.size(); ++i)
+                same = a[i].day == b[i].day && a[i].x == b[i].x && a[i].y == b[i].y && a[i].hasRow == b[i].hasRow &&
+                       a[i].money == b[i].money && a[i].chemi == b[i].chemi && a[i].ship == b[i].ship &&
+                       a[i].oneMsg == b[i].oneMsg && a[i].wthId == b[i].wthId;
+            if (!same)
+                return state.SkipWithError("the month read gives other cells than collect()");
+        }
+        for (auto _ : state) {
+            const CalMonth::Options o = CalMonth::loadOptions();
+            const CalMonth::Geometry g = monthGeometry(month);
+            const QVector<CalMonth::Cell> cells = monthCollect(g, month, o);
+            QPainter p(&image);
+            p.setFont(font);
+            CalMonth::paint(p, g, cells, o);
+            p.end();
+        }
+    });
+}
+
+// The save with each of its steps in a transaction of its own: every step
+// still stands by itself, but commits once instead of once a row (the
+// recount commits the work file's scratch rows and the lots once each).
+void saveStepByStepInTransactions(DiaryDay &d)
+{
+    auto inTrans = [](DbObject &db, const std::function<void()> &f) {
+        db.Begintrans();
+        try {
+            f();
+        } catch (...) {
+            db.RollbackTrans();
+            throw;
+        }
+        db.CommitTrans();
+    };
+    inTrans(*gDB, [&] { d.SaveLedgeData(); });
+    inTrans(*gDB, [&] { d.SaveUseChemi(); });
+    d.saveDay();
+    inTrans(*gDB, [&] { d.saveDetails(); });
+    inTrans(*gDB, [&] { inTrans(*gWORK, [&] { RecountChemiUse(d.day.FMR_ID, d.day.WORK_DATE.toDate()); }); });
+}
+
+void StepTransSave(benchmark::State &state, Kind kind)
+{
+    guarded(state, [&] {
+        use(kind);
+        FullDay full;
+        for (auto _ : state) {
+            state.PauseTiming();
+            FullDay::point();
+            DiaryDay d;
+            d.load(kFarmer, FullDay::day());
+            state.ResumeTiming();
+            saveStepByStepInTransactions(d);
+        }
+        FullDay::check();
+    });
+}
+
+void AnalyzedOpen(benchmark::State &state)
+{
+    guarded(state, [&] {
+        use(Kind::Sqlite);
+        Analyzed stats;
+        DiaryDayOpen(state, Kind::Sqlite);
+    });
+}
+
+// Both: the statistics and a transaction a step.
+void AnalyzedStepTransOpenSave(benchmark::State &state)
+{
+    guarded(state, [&] {
+        use(Kind::Sqlite);
+        Analyzed stats;
+        FullDay full;
+        for (auto _ : state) {
+            FullDay::point();
+            DiaryDay d;
+            d.load(kFarmer, FullDay::day());
+            saveStepByStepInTransactions(d);
+        }
+        FullDay::check();
+    });
+}
+
+// ------------------------------------------------------------ registration
+
+benchmark::internal::Benchmark *named(benchmark::internal::Benchmark *b, benchmark::TimeUnit unit)
+{
+    return b->UseRealTime()->Unit(unit);
+}
+
+} // namespace
+
+void registerDiaryBenchmarks(Kind kind)
+{
+    const std::string k = std::string("/") + kindName(kind);
+    for (const QDate &m : {kMidMonth, kEndMonth})
+        named(benchmark::RegisterBenchmark(("DispCal/" + monthName(m) + k).c_str(), DispCal, kind, m),
+              benchmark::kMillisecond);
+    named(benchmark::RegisterBenchmark(("Parts/DispCal_Collect/" + monthName(kMidMonth) + k).c_str(), CalCollect, kind,
+                                       kMidMonth),
+          benchmark::kMillisecond);
+    named(benchmark::RegisterBenchmark(("Parts/DispCal_DiaryPages" + k).c_str(), CalDiaryPages, kind),
+          benchmark::kMillisecond);
+    named(benchmark::RegisterBenchmark(("Parts/DispCal_FindDays/" + monthName(kEndMonth) + k).c_str(), CalFindDays,
+                                       kind, kEndMonth),
+          benchmark::kMillisecond);
+    const char *const marks[] = {"Money", "Pesticide", "Shipment"};
+    for (int i = 0; i < 3; ++i)
+        named(benchmark::RegisterBenchmark(("Parts/DispCal_MarkOfDay_" + std::string(marks[i]) + k).c_str(),
+                                           CalMarkOfDay, kind, kMidMonth, i),
+              benchmark::kMicrosecond);
+    if (kind == Kind::Sqlite)
+        named(benchmark::RegisterBenchmark(("Parts/DispCal_Paint/" + monthName(kMidMonth)).c_str(), CalPaint, kMidMonth),
+              benchmark::kMillisecond);
+
+    named(benchmark::RegisterBenchmark(("OldCal_Command_1990_2035" + k).c_str(), OldCalCommand, kind),
+          benchmark::kMillisecond)
+        ->Iterations(3);
+
+    named(benchmark::RegisterBenchmark(("DiaryDay_OpenSave" + k).c_str(), DiaryDayOpenSave, kind),
+          benchmark::kMillisecond);
+    named(benchmark::RegisterBenchmark(("DiaryDay_Open" + k).c_str(), DiaryDayOpen, kind), benchmark::kMillisecond);
+    named(benchmark::RegisterBenchmark(("DiaryDay_Save" + k).c_str(), DiaryDaySave, kind), benchmark::kMillisecond);
+    named(benchmark::RegisterBenchmark(("Parts/DiaryDay_Open_DaySlips" + k).c_str(), DaySlips, kind),
+          benchmark::kMillisecond);
+    const std::pair<const char *, Step> steps[] = {
+        {"1_SaveLedgeData", [](DiaryDay &d) { d.SaveLedgeData(); }},
+        {"2_SaveUseChemi", [](DiaryDay &d) { d.SaveUseChemi(); }},
+        {"3_SaveDay", [](DiaryDay &d) { d.saveDay(); }},
+        {"4_SaveDetails", [](DiaryDay &d) { d.saveDetails(); }},
+        {"5_RecountChemiUse", [](DiaryDay &d) { RecountChemiUse(d.day.FMR_ID, d.day.WORK_DATE.toDate()); }},
+    };
+    for (const auto &s : steps)
+        named(benchmark::RegisterBenchmark((std::string("Parts/DiaryDay_Save_") + s.first + k).c_str(), DiaryDayStep,
+                                           kind, s.second),
+              benchmark::kMillisecond);
+
+    named(benchmark::RegisterBenchmark(("Whatif/MonthRead_DispCal/" + monthName(kMidMonth) + k).c_str(),
+                                       MonthReadDispCal, kind, kMidMonth),
+          benchmark::kMillisecond);
+    named(benchmark::RegisterBenchmark(("Whatif/StepTrans_DiaryDay_Save" + k).c_str(), StepTransSave, kind),
+          benchmark::kMillisecond);
+    if (kind == Kind::Sqlite) {
+        // They add the statistics to the file and drop them again.
+        named(benchmark::RegisterBenchmark(("Whatif/Analyzed_DispCal/" + monthName(kMidMonth) + k).c_str(),
+                                           AnalyzedDispCal, kMidMonth),
+              benchmark::kMillisecond);
+        named(benchmark::RegisterBenchmark(("Whatif/Analyzed_DiaryDay_Open" + k).c_str(), AnalyzedOpen),
+              benchmark::kMillisecond);
+        named(benchmark::RegisterBenchmark(("Whatif/Analyzed_StepTrans_DiaryDay_OpenSave" + k).c_str(),
+                                           AnalyzedStepTransOpenSave),
+              benchmark::kMillisecond);
+    }
+}
+
+void registerEngineFreeBenchmarks()
+{
+    named(benchmark::RegisterBenchmark("OldDateOf", OldDateOf), benchmark::kMicrosecond);
+}
+
+}

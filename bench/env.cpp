@@ -1,0 +1,209 @@
+#include "env.h"
+
+#include "core/Globals.h"
+#include "store/Database.h"
+#include "store/Setup.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QSqlError>
+#include <QSqlQuery>
+
+#include <cstdio>
+#include <map>
+#include <memory>
+
+namespace Bench {
+
+namespace {
+
+struct Server {
+    QString host;
+    int port = 3306;
+    QString user, password;
+};
+
+Server server()
+{
+    const QStringList p = qEnvironmentVariable("TILLORA_TEST_MYSQL").split(QLatin1Char(':'));
+    Server s;
+    s.host = p.value(0);
+    s.port = p.value(1).toInt();
+    s.user = p.value(2);
+    s.password = p.value(3);
+    return s;
+}
+
+void openAll()
+{
+    OpenIni();
+    OpenDb();
+    OpenMst();
+    OpenWork();
+}
+
+Store *gCurrent = nullptr;
+std::map<Kind, std::unique_ptr<Store>> gStores;
+
+QString rawName(Kind kind) { return QStringLiteral("bench_raw_%1").arg(QString::fromLatin1(kindName(kind))); }
+
+} // namespace
+
+const char *kindName(Kind k) { return k == Kind::Sqlite ? "sqlite" : "mysql"; }
+
+bool serverNamed() { return !qEnvironmentVariableIsEmpty("TILLORA_TEST_MYSQL"); }
+
+Store::Store(Kind kind) : mKind(kind)
+{
+    if (!mDir.isValid())
+        throw AppError(75, QStringLiteral("一時フォルダを作成できません。"));
+    CloseAllDatabases();
+    gCurrent = nullptr;
+    Setup::initRoot(root());
+    AppPaths::setRoot(root());
+    if (kind == Kind::Mysql) {
+        const Server s = server();
+        const QString base = QStringLiteral("tillora_bench_%1").arg(QCoreApplication::applicationPid());
+        mDataDb = base + QStringLiteral("_d");
+        mMasterDb = base + QStringLiteral("_m");
+        const QString dsn = QStringLiteral("%1:%2").arg(s.host).arg(s.port);
+        for (const auto &p : {qMakePair(QStringLiteral("DB"), mDataDb), qMakePair(QStringLiteral("MST"), mMasterDb)}) {
+            setCtrl(p.first + QStringLiteral("_TYPE"), QStringLiteral("1"));
+            setCtrl(p.first + QStringLiteral("_DSN"), dsn);
+            setCtrl(p.first + QStringLiteral("_NAME"), p.second);
+            setCtrl(p.first + QStringLiteral("_USER"), s.user);
+            setCtrl(p.first + QStringLiteral("_PSWD"), s.password);
+        }
+        dropServerDatabases(); // left over by a run that was killed
+        OpenIni();
+        Setup::initServers();
+    }
+    openAll();
+    mSummary = BenchData::generate(*gDB->engine(), *gWORK->engine(), *gMST->engine());
+    std::fprintf(stderr, "[%s] %s\n", kindName(kind), qPrintable(mSummary.text()));
+    gCurrent = this;
+}
+
+Store::~Store()
+{
+    if (gCurrent == this) {
+        CloseAllDatabases();
+        gCurrent = nullptr;
+    }
+    closeRaw();
+    if (mKind == Kind::Mysql)
+        dropServerDatabases();
+}
+
+void Store::activate()
+{
+    if (gCurrent == this)
+        return;
+    CloseAllDatabases();
+    AppPaths::setRoot(root());
+    openAll();
+    gCurrent = this;
+}
+
+QSqlDatabase Store::raw()
+{
+    const QString name = rawName(mKind);
+    if (QSqlDatabase::contains(name))
+        return QSqlDatabase::database(name);
+    QSqlDatabase d;
+    if (mKind == Kind::Sqlite) {
+        d = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
+        d.setDatabaseName(Setup::fileOf(root(), DbKind::Data));
+    } else {
+        const Server s = server();
+        d = QSqlDatabase::addDatabase(QStringLiteral("QMYSQL"), name);
+        d.setHostName(s.host);
+        d.setPort(s.port);
+        d.setUserName(s.user);
+        d.setPassword(s.password);
+        d.setDatabaseName(mDataDb);
+    }
+    if (!d.open())
+        throw AppError(-1, d.lastError().text());
+    return d;
+}
+
+void Store::setCtrl(const QString &key, const QString &value)
+{
+    ConnectionSpec ini;
+    ini.file = Setup::fileOf(root(), DbKind::Ini);
+    std::unique_ptr<Engine> e = Engine::open(ini);
+    const ColumnDef *valueCol = Schema::column(QStringLiteral("S_CTRL"), QStringLiteral("CTRL_VALUE"));
+    e->executeNative(QStringLiteral("DELETE FROM S_CTRL WHERE CTRL_CD=?"), {key});
+    e->executeNative(QStringLiteral("INSERT INTO S_CTRL (CTRL_CD, CTRL_VALUE, CTRL_TYPE) VALUES (?,?,NULL)"),
+                     {key, e->toStorage(Value(value), *valueCol)});
+}
+
+void Store::closeRaw()
+{
+    const QString name = rawName(mKind);
+    if (!QSqlDatabase::contains(name))
+        return;
+    {
+        QSqlDatabase d = QSqlDatabase::database(name, false);
+        d.close();
+    }
+    QSqlDatabase::removeDatabase(name);
+}
+
+void Store::dropServerDatabases()
+{
+    const Server s = server();
+    const QString name = QStringLiteral("bench_drop");
+    {
+        QSqlDatabase d = QSqlDatabase::addDatabase(QStringLiteral("QMYSQL"), name);
+        d.setHostName(s.host);
+        d.setPort(s.port);
+        d.setUserName(s.user);
+        d.setPassword(s.password);
+        if (d.open()) {
+            QSqlQuery q(d);
+            q.exec(QStringLiteral("DROP DATABASE IF EXISTS `%1`").arg(mDataDb));
+            q.exec(QStringLiteral("DROP DATABASE IF EXISTS `%1`").arg(mMasterDb));
+            d.close();
+        }
+    }
+    QSqlDatabase::removeDatabase(name);
+}
+
+Store &use(Kind kind)
+{
+    auto it = gStores.find(kind);
+    if (it == gStores.end())
+        it = gStores.emplace(kind, std::make_unique<Store>(kind)).first;
+    it->second->activate();
+    return *it->second;
+}
+
+void releaseStores()
+{
+    gStores.clear();
+    CloseAllDatabases();
+    gCurrent = nullptr;
+}
+
+int makeRoot(const QString &dir)
+{
+    try {
+        if (QFileInfo::exists(Setup::fileOf(dir, DbKind::Data)))
+            throw AppError(58, QStringLiteral("'%1' にはもうデータベースがあります。").arg(dir));
+        Setup::initRoot(dir);
+        AppPaths::setRoot(dir);
+        openAll();
+        const BenchData::Summary sum = BenchData::generate(*gDB->engine(), *gWORK->engine(), *gMST->engine());
+        CloseAllDatabases();
+        std::printf("%s: %s\n", qPrintable(dir), qPrintable(sum.text()));
+        return 0;
+    } catch (const AppError &e) {
+        CloseAllDatabases();
+        std::fprintf(stderr, "%s\n", e.what());
+        return 1;
+    }
+}
+
+}

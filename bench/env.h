@@ -1,0 +1,75 @@
+#pragma once
+// What the benchmark programs share: the engines they run on, a run-time tree
+// with the generated ten years per engine (made on first use, open behind
+// gINI, gDB, gMST and gWORK while its benchmarks run), and the error guard.
+
+#include "generate.h"
+
+#include "core/AppError.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QSqlDatabase>
+#include <QString>
+#include <QTemporaryDir>
+
+namespace Bench {
+
+enum class Kind { Sqlite, Mysql };
+
+const char *kindName(Kind k);
+
+// TILLORA_TEST_MYSQL="host:port:user:password" names a server.
+bool serverNamed();
+
+// One run-time tree (Setup::initRoot) with its generated data database.
+class Store {
+public:
+    explicit Store(Kind kind);
+    ~Store();
+
+    Kind kind() const { return mKind; }
+    QString root() const { return mDir.path(); }
+    const BenchData::Summary &summary() const { return mSummary; }
+
+    // Makes this tree the one behind gINI, gDB, gMST and gWORK.
+    void activate();
+    // A connection of the driver alone to the same data database.
+    QSqlDatabase raw();
+
+private:
+    void setCtrl(const QString &key, const QString &value);
+    void closeRaw();
+    void dropServerDatabases();
+
+    Kind mKind;
+    QTemporaryDir mDir;
+    QString mDataDb, mMasterDb;
+    BenchData::Summary mSummary;
+};
+
+// The store of that engine, made on first use and open behind the globals.
+Store &use(Kind kind);
+// Closes and removes every store (server databases are dropped).
+void releaseStores();
+
+// tillora-bench --make-root DIR.
+int makeRoot(const QString &dir);
+
+// Runs the body, turning the store's errors into a failed benchmark.
+template <class F> void guarded(benchmark::State &state, F &&body)
+{
+    try {
+        body();
+    } catch (const AppError &e) {
+        state.SkipWithError(e.what());
+    }
+}
+
+// Registration of each file's benchmarks for one engine.
+void registerStoreBenchmarks(Kind kind);
+void registerDiaryBenchmarks(Kind kind);
+// Those that use no data database.
+void registerEngineFreeBenchmarks();
+
+}

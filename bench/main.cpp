@@ -1,0 +1,50 @@
+// tillora-bench: the store and diary benchmarks on SQLite and (when
+// TILLORA_TEST_MYSQL="host:port:user:password" names a server) on
+// MariaDB/MySQL. See bench/README.md.
+//
+// tillora-bench --make-root DIR: a run-time tree on SQLite with the ten
+// years of records, to look at or to run the program on.
+
+#include "env.h"
+
+#include "app/ScreenList.h"
+#include "core/Globals.h"
+
+#include <QApplication>
+
+#include <cstdio>
+#include <string>
+
+int main(int argc, char **argv)
+{
+    prepareProcess();
+    // The calendar is drawn as the screen draws it, with no display.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    setupLook(app);
+    if (argc == 3 && std::string(argv[1]) == "--make-root")
+        return Bench::makeRoot(QString::fromLocal8Bit(argv[2]));
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    Bench::registerStoreBenchmarks(Bench::Kind::Sqlite);
+    Bench::registerDiaryBenchmarks(Bench::Kind::Sqlite);
+    if (Bench::serverNamed()) {
+        Bench::registerStoreBenchmarks(Bench::Kind::Mysql);
+        Bench::registerDiaryBenchmarks(Bench::Kind::Mysql);
+    } else {
+        std::fprintf(stderr, "TILLORA_TEST_MYSQL is not set: the MariaDB benchmarks are left out.\n");
+    }
+    Bench::registerEngineFreeBenchmarks();
+    benchmark::AddCustomContext("data", "ten years of farmer 1 (bench/generate.cpp)");
+    int rc = 0;
+    try {
+        benchmark::RunSpecifiedBenchmarks();
+    } catch (const AppError &e) {
+        std::fprintf(stderr, "%s\n", e.what());
+        rc = 1;
+    }
+    benchmark::Shutdown();
+    Bench::releaseStores();
+    return rc;
+}
