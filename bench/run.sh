@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds tillora-bench, starts a private MariaDB server on 127.0.0.1, runs the
-# store benchmarks on SQLite and on MariaDB, and stops the server.
+# store and diary benchmarks on SQLite and on MariaDB, and stops the server.
 # Arguments go to the benchmark program, e.g.
 #   bench/run.sh --benchmark_filter=DLookup --benchmark_repetitions=3
 # With TILLORA_TEST_MYSQL already set ("host:port:user:password") that server
