@@ -92,9 +92,14 @@ QVector<Cell> collect(const Geometry &g, const QDate &monthFirst, const QDate &t
     if (!plantId.isNull() && !plantId.isEmpty() && plantId.toLong() != 0)
         plantTerm = QStringLiteral(" AND PLANT_ID=") + plantId.toText();
 
-    // All the farmer's days, searched forward day by day.
+    // The farmer's days, searched forward day by day. Only the month's days
+    // are read: the forward search over all of them finds the same rows,
+    // and the redraw stays as quick after ten years as in the first.
     RecordsetPtr rs = gDB->GetStaticRst(QStringLiteral("SELECT D_DIARY.* FROM D_DIARY WHERE FMR_ID=") + farmer +
-                                        QStringLiteral(" ORDER BY WORK_DATE"));
+                                        QStringLiteral(" AND WORK_DATE>=#") + dayText(monthFirst) +
+                                        QStringLiteral("# AND WORK_DATE<=#") +
+                                        dayText(monthFirst.addDays(monthFirst.daysInMonth() - 1)) +
+                                        QStringLiteral("# ORDER BY WORK_DATE"));
     QVector<Cell> cells;
     for (int n = 0; n < 42; ++n) {
         const int col = n % 7, row = n / 7;

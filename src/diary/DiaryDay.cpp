@@ -146,10 +146,12 @@ int DiaryDay::findDetail(const Value &dtlNo) const
 
 void DiaryDay::save()
 {
-    SaveLedgeData();
-    SaveUseChemi();
-    saveDay();
-    saveDetails();
+    // Each step is committed by itself: a failure leaves the steps before it
+    // written and none of its own rows.
+    inTransaction(gDB.get(), [this] { SaveLedgeData(); });
+    inTransaction(gDB.get(), [this] { SaveUseChemi(); });
+    inTransaction(gDB.get(), [this] { saveDay(); });
+    inTransaction(gDB.get(), [this] { saveDetails(); });
     RecountChemiUse(day.FMR_ID, day.WORK_DATE.toDate());
 }
 

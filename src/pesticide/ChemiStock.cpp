@@ -38,37 +38,43 @@ void RecountChemiUse(const Value &fmrId, const QDateTime &workDate)
                        "DTL_UNIT_ID,  D_DIARY_DTL.QTY FROM D_DIARY_DTL  INNER JOIN D_CHEMI  ON D_DIARY_DTL.CHEMI_ID = "
                        "D_CHEMI.CHEMI_ID AND D_DIARY_DTL.FMR_ID = D_CHEMI.FMR_ID WHERE D_DIARY_DTL.FMR_ID=") +
         farmer + QStringLiteral(" AND D_DIARY_DTL.CHEMI_ID IN(") + ids.join(QLatin1Char(',')) + QStringLiteral(")"));
-    // 3. into the scratch table of the work database
-    if (!rs->eof()) {
-        gWORK->EXEC(QStringLiteral("DELETE W_CHEMI_USE.* FROM W_CHEMI_USE"));
-        RecordsetPtr w = gWORK->GetDynamicRst(QStringLiteral("SELECT W_CHEMI_USE.* FROM W_CHEMI_USE"));
-        for (; !rs->eof(); rs->MoveNext()) {
-            w->AddNew();
-            w->SetField(QStringLiteral("CHEMI_ID"), rs->Fields(QStringLiteral("CHEMI_ID")));
-            w->SetField(QStringLiteral("QTY"), rs->Fields(QStringLiteral("QTY")));
-            w->SetField(QStringLiteral("PUR_UNIT_ID"), rs->Fields(QStringLiteral("PUR_UNIT_ID")));
-            w->SetField(QStringLiteral("DTL_UNIT_ID"), rs->Fields(QStringLiteral("DTL_UNIT_ID")));
-            w->Update();
+    // 3. into the scratch table of the work database (the scratch work is
+    // one transaction, the updates of the lots another)
+    inTransaction(gWORK.get(), [&] {
+        if (!rs->eof()) {
+            gWORK->EXEC(QStringLiteral("DELETE W_CHEMI_USE.* FROM W_CHEMI_USE"));
+            RecordsetPtr w = gWORK->GetDynamicRst(QStringLiteral("SELECT W_CHEMI_USE.* FROM W_CHEMI_USE"));
+            for (; !rs->eof(); rs->MoveNext()) {
+                w->AddNew();
+                w->SetField(QStringLiteral("CHEMI_ID"), rs->Fields(QStringLiteral("CHEMI_ID")));
+                w->SetField(QStringLiteral("QTY"), rs->Fields(QStringLiteral("QTY")));
+                w->SetField(QStringLiteral("PUR_UNIT_ID"), rs->Fields(QStringLiteral("PUR_UNIT_ID")));
+                w->SetField(QStringLiteral("DTL_UNIT_ID"), rs->Fields(QStringLiteral("DTL_UNIT_ID")));
+                w->Update();
+            }
+            w->Close();
         }
-        w->Close();
-    }
-    // 4. the rate of each use, from the unit table
-    gWORK->EXEC(QStringLiteral("UPDATE W_CHEMI_USE INNER JOIN L_CHEMI_UNIT ON (W_CHEMI_USE.PUR_UNIT_ID = L_CHEMI_UNIT.ID) "
-                               "AND (W_CHEMI_USE.DTL_UNIT_ID = L_CHEMI_UNIT.CHG_ID)  SET W_CHEMI_USE.RT = 1/ "
-                               "L_CHEMI_UNIT.RT"));
-    gWORK->EXEC(QStringLiteral("UPDATE W_CHEMI_USE INNER JOIN L_CHEMI_UNIT ON (W_CHEMI_USE.PUR_UNIT_ID = "
-                               "L_CHEMI_UNIT.CHG_ID) AND (W_CHEMI_USE.DTL_UNIT_ID = L_CHEMI_UNIT.ID) SET "
-                               "W_CHEMI_USE.RT = L_CHEMI_UNIT.RT"));
-    gWORK->EXEC(QStringLiteral("UPDATE W_CHEMI_USE  SET W_CHEMI_USE.RT=1 WHERE W_CHEMI_USE.PUR_UNIT_ID=W_CHEMI_USE.DTL_UNIT_ID"));
-    gWORK->EXEC(QStringLiteral("UPDATE W_CHEMI_USE  SET W_CHEMI_USE.USE_QTY=W_CHEMI_USE.QTY * W_CHEMI_USE.RT"));
+        // 4. the rate of each use, from the unit table
+        gWORK->EXEC(QStringLiteral("UPDATE W_CHEMI_USE INNER JOIN L_CHEMI_UNIT ON (W_CHEMI_USE.PUR_UNIT_ID = "
+                                   "L_CHEMI_UNIT.ID) AND (W_CHEMI_USE.DTL_UNIT_ID = L_CHEMI_UNIT.CHG_ID)  SET "
+                                   "W_CHEMI_USE.RT = 1/ L_CHEMI_UNIT.RT"));
+        gWORK->EXEC(QStringLiteral("UPDATE W_CHEMI_USE INNER JOIN L_CHEMI_UNIT ON (W_CHEMI_USE.PUR_UNIT_ID = "
+                                   "L_CHEMI_UNIT.CHG_ID) AND (W_CHEMI_USE.DTL_UNIT_ID = L_CHEMI_UNIT.ID) SET "
+                                   "W_CHEMI_USE.RT = L_CHEMI_UNIT.RT"));
+        gWORK->EXEC(QStringLiteral("UPDATE W_CHEMI_USE  SET W_CHEMI_USE.RT=1 WHERE "
+                                   "W_CHEMI_USE.PUR_UNIT_ID=W_CHEMI_USE.DTL_UNIT_ID"));
+        gWORK->EXEC(QStringLiteral("UPDATE W_CHEMI_USE  SET W_CHEMI_USE.USE_QTY=W_CHEMI_USE.QTY * W_CHEMI_USE.RT"));
+    });
     // 5. the sums into the lots
     rs = gWORK->GetFwdOnlyRst(QStringLiteral("SELECT  W_CHEMI_USE.CHEMI_ID,  SUM(W_CHEMI_USE.USE_QTY) AS USE_QTY FROM "
                                              "W_CHEMI_USE GROUP BY W_CHEMI_USE.CHEMI_ID"));
-    for (; !rs->eof(); rs->MoveNext())
-        gDB->EXEC(QStringLiteral("UPDATE D_CHEMI SET  USED_QTY=") + Nz(rs->Fields(1), Value(0)).toText() +
-                  QStringLiteral(" WHERE D_CHEMI.CHEMI_ID=") + rs->Fields(0).toText());
-    // 6. what is left, for every lot
-    gDB->EXEC(QStringLiteral("UPDATE D_CHEMI SET  REST_QTY=PUR_QTY-USED_QTY"));
+    inTransaction(gDB.get(), [&] {
+        for (; !rs->eof(); rs->MoveNext())
+            gDB->EXEC(QStringLiteral("UPDATE D_CHEMI SET  USED_QTY=") + Nz(rs->Fields(1), Value(0)).toText() +
+                      QStringLiteral(" WHERE D_CHEMI.CHEMI_ID=") + rs->Fields(0).toText());
+        // 6. what is left, for every lot
+        gDB->EXEC(QStringLiteral("UPDATE D_CHEMI SET  REST_QTY=PUR_QTY-USED_QTY"));
+    });
 }
 
 Currency CalChemiAmt(const Value &fmrId, const Value &chemiId, const Value &qty, const Value &unitId)

@@ -458,6 +458,21 @@ Value clsWork::ReleaseData(const QString &table, const QString &criteria)
     return releaseThrough(gMST.get(), releaseSql(table, criteria));
 }
 
+void inTransaction(DbObject *db, const std::function<void()> &work)
+{
+    db->Begintrans();
+    try {
+        work();
+    } catch (...) {
+        try {
+            db->RollbackTrans();
+        } catch (const AppError &) {
+        }
+        throw;
+    }
+    db->CommitTrans();
+}
+
 // ------------------------------------------------------------ globals
 
 void OpenIni() { gINI = std::make_unique<clsINI>(); }

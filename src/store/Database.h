@@ -119,6 +119,10 @@ public:
     Value ReleaseData(const QString &table, const QString &criteria = QString()) override;
 };
 
+// Runs work as one transaction of the object's connection: committed when it
+// ends, rolled back (and the error passed on) when it fails.
+void inTransaction(DbObject *db, const std::function<void()> &work);
+
 extern std::unique_ptr<clsINI> gINI;
 extern std::unique_ptr<clsDb> gDB;
 extern std::unique_ptr<clsMst> gMST;

@@ -178,8 +178,13 @@ Engine::~Engine()
 {
     {
         QSqlDatabase d = QSqlDatabase::database(mConnName, false);
-        if (d.isOpen())
+        if (d.isOpen()) {
+            // Statistics for the planner, where this connection's queries
+            // show they are wanted: cheap, and the plans keep up with the data.
+            if (mKind == EngineKind::Sqlite)
+                QSqlQuery(d).exec(QStringLiteral("PRAGMA optimize"));
             d.close();
+        }
     }
     QSqlDatabase::removeDatabase(mConnName);
 }

@@ -4,14 +4,14 @@ namespace {
 
 using K = DbKind;
 
-ColumnDef I(const char *n) { return {QString::fromLatin1(n), ColType::Int32}; }
+ColumnDef I(const char *n) { return {QString::fromLatin1(n), ColType::Int32, 0, QString()}; }
 ColumnDef B(const char *n) { return {QString::fromLatin1(n), ColType::Bool, 0, QStringLiteral("0")}; }
 // The "offered in lists" flag: a row added by a dialog that doesn't write it is offered.
 ColumnDef F(const char *n) { return {QString::fromLatin1(n), ColType::Bool, 0, QStringLiteral("-1")}; }
-ColumnDef C(const char *n) { return {QString::fromLatin1(n), ColType::Currency}; }
-ColumnDef D(const char *n) { return {QString::fromLatin1(n), ColType::Double}; }
-ColumnDef T(const char *n) { return {QString::fromLatin1(n), ColType::Date}; }
-ColumnDef X(const char *n, int size = 50) { return {QString::fromLatin1(n), ColType::Text, size}; }
+ColumnDef C(const char *n) { return {QString::fromLatin1(n), ColType::Currency, 0, QString()}; }
+ColumnDef D(const char *n) { return {QString::fromLatin1(n), ColType::Double, 0, QString()}; }
+ColumnDef T(const char *n) { return {QString::fromLatin1(n), ColType::Date, 0, QString()}; }
+ColumnDef X(const char *n, int size = 50) { return {QString::fromLatin1(n), ColType::Text, size, QString()}; }
 
 // The four stamp columns of the record tables.
 QVector<ColumnDef> stamps() { return {T("IDATE"), T("UDATE"), X("LAST_TM", 50), X("HOLD_TM", 50)}; }
@@ -39,8 +39,10 @@ QVector<TableDef> build()
                X("NOTES", 255), I("CHEMI_ID"), X("CHEMI_NM", 100), X("REG_NO", 50), X("PURPOSE", 100),
                D("QTY"), I("UNIT_ID"), I("SHIP_ID"), I("SCHD_ID"), I("LEDGE_ID")},
               L({"FMR_ID", "WORK_DATE", "DTL_NO"}),
-              {L({"FMR_ID", "PLANT_ID"}), L({"FMR_ID", "LEDGE_ID"}), L({"FMR_ID", "CHEMI_ID"}),
-               L({"CHEMI_ID"}), L({"FMR_ID", "SHIP_ID"}), L({"WORK_KBN", "PLANT_ID"})}});
+              // No (farmer, lot) index: a day's lines are found by the key, the
+              // lines of a lot by the lot alone.
+              {L({"FMR_ID", "PLANT_ID"}), L({"FMR_ID", "LEDGE_ID"}), L({"CHEMI_ID"}), L({"FMR_ID", "SHIP_ID"}),
+               L({"WORK_KBN", "PLANT_ID"})}});
     t.append({"D_CHEMI", {K::Data},
               QVector<ColumnDef>{I("FMR_ID"), I("CHEMI_ID"), X("CHEMI_NM", 100), X("REG_NO", 50), I("USES"),
                                  X("MAKER_NM", 100), I("CHEMI_TYPE"), X("CHEMI_KIND", 100), T("PUR_DATE"),
@@ -77,7 +79,8 @@ QVector<TableDef> build()
                                  C("AMT")} +
                   stamps(),
               L({"FMR_ID", "LEDGE_ID"}),
-              {L({"FMR_ID", "LEDGE_DATE"}), L({"LEDGE_DATE"}), L({"D_ACC_ID", "LEDGE_DATE"}),
+              // The day's slips in number order come from one index.
+              {L({"FMR_ID", "LEDGE_DATE", "LEDGE_ID"}), L({"LEDGE_DATE"}), L({"D_ACC_ID", "LEDGE_DATE"}),
                L({"C_ACC_ID", "LEDGE_DATE"})}});
 
     // ---- master database

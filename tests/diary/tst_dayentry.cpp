@@ -240,6 +240,28 @@ private slots:
         }
     }
 
+    void aFailingStepKeepsWhatItWasReplacing()
+    {
+        TestRoot root;
+        seed();
+        DiaryDay d;
+        d.load(gFMR_ID, kDay);
+        // a second slip whose date is no date: the slips step fails as a
+        // whole, so the day's slips in the tables are still the old ones
+        LedgeRow bad = gLEDGE_ROWS[0];
+        bad[LedgeCol::LEDGE_ID] = Value(2);
+        bad[LedgeCol::LEDGE_DATE] = Value("5月の末");
+        gLEDGE_ROWS[0][LedgeCol::AMT] = Value(9999);
+        gLEDGE_ROWS.append(bad);
+        QVERIFY_THROWS_EXCEPTION(AppError, d.save());
+        QCOMPARE(gDB->DCount("*", "D_LEDGE").toLong(), 1);
+        QCOMPARE(gDB->DLookup("AMT", "D_LEDGE", "LEDGE_ID=1"), Value(Currency::fromInt(1500)));
+        // mended, a second save replaces everything
+        gLEDGE_ROWS.removeLast();
+        d.save();
+        QCOMPARE(gDB->DLookup("AMT", "D_LEDGE", "LEDGE_ID=1"), Value(Currency::fromInt(9999)));
+    }
+
     void aClearedPesticideWithASlipFailsInTheEngine()
     {
         TestRoot root;
