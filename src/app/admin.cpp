@@ -96,7 +96,7 @@ DbObject *openDb(DbKind kind)
 
 QString cellText(const Value &v)
 {
-    if (v.isNull() || v.isEmpty())
+    if (!hasValue(v))
         return QString();
     return v.toText();
 }

@@ -37,7 +37,7 @@ bool realFocusChange(QEvent *e)
 
 bool sameValue(const Value &a, const Value &b)
 {
-    const bool aNone = a.isNull() || a.isEmpty(), bNone = b.isNull() || b.isEmpty();
+    const bool aNone = !hasValue(a), bNone = !hasValue(b);
     if (aNone || bNone)
         return aNone && bNone && a.isNull() == b.isNull();
     if (IsNumeric(a) && IsNumeric(b))

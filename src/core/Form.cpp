@@ -251,7 +251,7 @@ void Form::applyWindowState()
     bool maximised = false;
     if (gINI) {
         const Value v = gINI->GetCtrl(QStringLiteral("WINDOW_STA"));
-        if (!v.isNull() && !v.isEmpty())
+        if (hasValue(v))
             maximised = v.toBool();
     }
     const Qt::WindowStates st = windowState();

@@ -451,6 +451,8 @@ bool IsNumeric(const Value &v)
     }
 }
 
+bool isNumber(const Value &v, double n) { return hasValue(v) && IsNumeric(v) && v.toDouble() == n; }
+
 bool IsDate(const Value &v)
 {
     if (v.type() == Value::Date)

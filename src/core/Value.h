@@ -106,6 +106,16 @@ private:
     QString mS;      // Text
 };
 
+// A typed value: neither Null nor Empty.
+inline bool hasValue(const Value &v) { return !v.isNull() && !v.isEmpty(); }
+// The value as a field shows it: Null and Empty as "".
+inline QString textOf(const Value &v) { return hasValue(v) ? v.toText() : QString(); }
+// What a field left empty stores: Null; any other text as typed.
+inline Value textOrNull(const QString &t) { return t.isEmpty() ? Value::null() : Value(t); }
+// A value that reads as a number equal to n (Null, Empty and text that is no
+// number are none).
+bool isNumber(const Value &v, double n);
+
 // default when value is Null, else value; Empty stays Empty.
 inline Value Nz(const Value &value, const Value &def = Value(QString()))
 {

@@ -14,7 +14,7 @@ namespace {
 Value idSetting(const QString &key)
 {
     const Value v = gINI->GetCtrl(key);
-    return (v.isNull() || v.isEmpty()) ? Value(0) : v;
+    return (!hasValue(v)) ? Value(0) : v;
 }
 
 bool zero(const Value &v) { return !IsNumeric(v) || v.toDouble() == 0; }

@@ -6,12 +6,6 @@
 
 namespace BookPage {
 
-namespace {
-bool isAccount(const Value &v, int acc)
-{
-    return !v.isNull() && !v.isEmpty() && IsNumeric(v) && v.toDouble() == acc;
-}
-}
 
 Headings headingsFor(int acc)
 {
@@ -49,8 +43,8 @@ Page compute(int acc, const QVector<LedgeRow> &rows, Currency forward,
     Currency balance = forward;
     int no = 0;
     for (const LedgeRow &r : rows) {
-        const bool debit = isAccount(r[LedgeCol::D_ACC_ID], acc);
-        const bool credit = isAccount(r[LedgeCol::C_ACC_ID], acc);
+        const bool debit = isNumber(r[LedgeCol::D_ACC_ID], acc);
+        const bool credit = isNumber(r[LedgeCol::C_ACC_ID], acc);
         if (!debit && !credit)
             continue;
         Line l;
@@ -60,7 +54,7 @@ Page compute(int acc, const QVector<LedgeRow> &rows, Currency forward,
         l.ctr = Nz(r[LedgeCol::CTR_NM], Value(QString())).toText();
         l.notes = Nz(r[LedgeCol::NOTES], Value(QString())).toText();
         const Value amtV = r[LedgeCol::AMT];
-        const Currency amt = (amtV.isNull() || amtV.isEmpty()) ? Currency() : amtV.toCurrency();
+        const Currency amt = (!hasValue(amtV)) ? Currency() : amtV.toCurrency();
         // The credited book takes the amount in its second column; the
         // payables the other way round.
         const bool second = acc == 2000 ? !credit : credit;
@@ -84,7 +78,7 @@ qint32 newSlipId(const Value &fmrId, const QVector<LedgeRow> &rows)
                1;
     for (const LedgeRow &r : rows) {
         const Value &id = r[LedgeCol::LEDGE_ID];
-        if (!id.isNull() && !id.isEmpty() && IsNumeric(id) && n <= id.toLong())
+        if (hasValue(id) && IsNumeric(id) && n <= id.toLong())
             n = id.toLong() + 1;
     }
     return n;

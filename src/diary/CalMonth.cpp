@@ -71,7 +71,7 @@ Options loadOptions()
     Options o;
     for (int i = 0; i < 5; ++i) {
         const Value v = gINI->GetCtrl(QStringLiteral("CAL_OPT%1").arg(i));
-        o.on[i] = !(v.isNull() || v.isEmpty()) && IsNumeric(v) && v.toDouble() != 0;
+        o.on[i] = hasValue(v) && IsNumeric(v) && v.toDouble() != 0;
     }
     return o;
 }
@@ -89,7 +89,7 @@ QVector<Cell> collect(const Geometry &g, const QDate &monthFirst, const QDate &t
     const bool currentMonth = monthFirst.toString(QStringLiteral("yyyyMM")) == today.toString(QStringLiteral("yyyyMM"));
     const int todayNo = currentMonth ? today.day() : 0;
     QString plantTerm;
-    if (!plantId.isNull() && !plantId.isEmpty() && plantId.toLong() != 0)
+    if (hasValue(plantId) && plantId.toLong() != 0)
         plantTerm = QStringLiteral(" AND PLANT_ID=") + plantId.toText();
 
     // The farmer's days, searched forward day by day. Only the month's days

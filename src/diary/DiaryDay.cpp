@@ -24,9 +24,9 @@ const DtlField kDtlFields[] = {
 };
 
 // A value written into SQL text as the statements do: Null as NULL.
-QString sqlValue(const Value &v) { return (v.isNull() || v.isEmpty()) ? QStringLiteral("NULL") : v.toText(); }
+QString sqlValue(const Value &v) { return (!hasValue(v)) ? QStringLiteral("NULL") : v.toText(); }
 
-bool positive(const Value &v) { return !v.isNull() && !v.isEmpty() && IsNumeric(v) && v.toDouble() > 0; }
+bool positive(const Value &v) { return hasValue(v) && IsNumeric(v) && v.toDouble() > 0; }
 
 } // namespace
 
@@ -96,7 +96,7 @@ int DiaryDay::addDetail(const Value &plantId)
 {
     const Value &no = dtl[0].DTL_NO;
     int ix;
-    if (no.isNull() || no.isEmpty() || (IsNumeric(no) && no.toDouble() == 0)) {
+    if (!hasValue(no) || (IsNumeric(no) && no.toDouble() == 0)) {
         ix = 0;
         dtl[0] = DiaryDtlRec();
     } else {
@@ -120,11 +120,11 @@ bool DiaryDay::removeDetail(int index)
     dtl.remove(index);
     if (dtl.isEmpty())
         dtl.append(DiaryDtlRec());
-    if (ledge.isNull() || ledge.isEmpty() || !IsNumeric(ledge) || ledge.toDouble() == 0)
+    if (!hasValue(ledge) || !IsNumeric(ledge) || ledge.toDouble() == 0)
         return false;
     for (int i = 0; i < gLEDGE_ROWS.size(); ++i) {
         const Value &id = gLEDGE_ROWS[i][LedgeCol::LEDGE_ID];
-        if (!id.isNull() && !id.isEmpty() && IsNumeric(id) && id.toDouble() == ledge.toDouble()) {
+        if (hasValue(id) && IsNumeric(id) && id.toDouble() == ledge.toDouble()) {
             gLEDGE_ROWS.remove(i);
             if (gLEDGE_ROWS.isEmpty())
                 gLEDGE_ROWS.append(blankLedgeRow());
@@ -138,7 +138,7 @@ int DiaryDay::findDetail(const Value &dtlNo) const
 {
     for (int i = 0; i < dtl.size(); ++i) {
         const Value &no = dtl[i].DTL_NO;
-        if (!no.isNull() && !no.isEmpty() && IsNumeric(no) && IsNumeric(dtlNo) && no.toDouble() == dtlNo.toDouble())
+        if (hasValue(no) && IsNumeric(no) && IsNumeric(dtlNo) && no.toDouble() == dtlNo.toDouble())
             return i;
     }
     return -1;
@@ -183,7 +183,7 @@ void DiaryDay::SaveLedgeData()
 
 QString useQuantityText(const Value &qty, const Value &unitId)
 {
-    const QString q = (qty.isNull() || qty.isEmpty()) ? QString() : QString::number(qty.toDouble(), 'f', 1);
+    const QString q = (!hasValue(qty)) ? QString() : QString::number(qty.toDouble(), 'f', 1);
     return q + GetChemiUnitNm(unitId);
 }
 
@@ -192,7 +192,7 @@ void DiaryDay::SaveUseChemi()
     for (DiaryDtlRec &r : dtl) {
         const Value ledgeV = Nz(r.LEDGE_ID, Value(0));
         const double ledge = (ledgeV.isEmpty() || !IsNumeric(ledgeV)) ? 0 : ledgeV.toDouble();
-        const bool chemi = !r.CHEMI_ID.isNull() && !r.CHEMI_ID.isEmpty() && IsNumeric(r.CHEMI_ID) &&
+        const bool chemi = hasValue(r.CHEMI_ID) && IsNumeric(r.CHEMI_ID) &&
                            r.CHEMI_ID.toDouble() != 0;
         if (!chemi) {
             // The pesticide was taken off a line that had its slip: the
@@ -226,8 +226,8 @@ void DiaryDay::SaveUseChemi()
             std::swap(debit, credit);
             amount = Currency::fromInt(-1) * amount;
         }
-        const QString notes = (r.NOTES.isNull() || r.NOTES.isEmpty()) ? QString() : r.NOTES.toText();
-        const QString idate = (day.IDATE.isNull() || day.IDATE.isEmpty())
+        const QString notes = textOf(r.NOTES);
+        const QString idate = (!hasValue(day.IDATE))
                                   ? QStringLiteral("NULL")
                                   : QLatin1Char('#') + DateUtil::sqlText(day.IDATE.toDate()) + QLatin1Char('#');
         gDB->EXEC(QStringLiteral("INSERT INTO D_LEDGE (FMR_ID, LEDGE_ID, LEDGE_DATE, D_ACC_ID, D_OPT_KBN, D_OPT_ID, "

@@ -98,9 +98,6 @@ const CtlSpec kControls[] = {
 
 const int kBooks[5] = {0, 1000, 1010, 1040, 2000};
 
-bool hasValue(const Value &v) { return !v.isNull() && !v.isEmpty(); }
-Value textOrNull(const QString &t) { return t.isEmpty() ? Value::null() : Value(t); }
-QString shown(const Value &v) { return hasValue(v) ? v.toText() : QString(); }
 
 } // namespace
 
@@ -299,7 +296,7 @@ void frmDairyInput::SetCmb(int index)
             addEmptyItem(c);
         RecordsetPtr rs = db->GetFwdOnlyRst(sql);
         for (; !rs->eof(); rs->MoveNext())
-            addItem(c, shown(rs->Fields(1)), rs->Fields(0));
+            addItem(c, textOf(rs->Fields(1)), rs->Fields(0));
     };
     switch (index) {
     case 0:
@@ -318,7 +315,7 @@ void frmDairyInput::SetCmb(int index)
         for (; !rs->eof(); rs->MoveNext()) {
             const Value d = rs->Fields(QStringLiteral("PUR_DATE"));
             const QString day = hasValue(d) ? d.toDate().toString(QStringLiteral("M/d")) : QString();
-            addItem(c, day + shown(rs->Fields(QStringLiteral("CHEMI_NM"))), rs->Fields(QStringLiteral("CHEMI_ID")));
+            addItem(c, day + textOf(rs->Fields(QStringLiteral("CHEMI_NM"))), rs->Fields(QStringLiteral("CHEMI_ID")));
         }
         break;
     }
@@ -330,9 +327,9 @@ void frmDairyInput::SetCmb(int index)
                                        QStringLiteral("CHEMI_ID=") + Nz(currentItemData(cmbDATA[2]), Value(0)).toText());
         RecordsetPtr rs = gWORK->GetFwdOnlyRst(
             QStringLiteral("SELECT  L_CHEMI_PURPOSE.PURPOSE  FROM L_CHEMI_PURPOSE  WHERE L_CHEMI_PURPOSE.REG_NO=") +
-            shown(reg) + QStringLiteral(" ORDER BY L_CHEMI_PURPOSE.PURPOSE"));
+            textOf(reg) + QStringLiteral(" ORDER BY L_CHEMI_PURPOSE.PURPOSE"));
         for (; !rs->eof(); rs->MoveNext())
-            c->addItem(shown(rs->Fields(0)));
+            c->addItem(textOf(rs->Fields(0)));
         break;
     }
     case 4:
@@ -356,7 +353,7 @@ void frmDairyInput::SetList(int index)
             QStringLiteral(" AND ((END_DATE IS NULL) OR (END_DATE>=#") + day + QStringLiteral("#))") +
             QStringLiteral(" ORDER BY PLANT_DATE"));
         for (; !rs->eof(); rs->MoveNext())
-            addItem(list, shown(rs->Fields(QStringLiteral("PLANT_NM"))), rs->Fields(QStringLiteral("PLANT_ID")));
+            addItem(list, textOf(rs->Fields(QStringLiteral("PLANT_NM"))), rs->Fields(QStringLiteral("PLANT_ID")));
     } else {
         list->clear();
         QListWidgetItem *plant = List1[0]->currentItem();
@@ -365,7 +362,7 @@ void frmDairyInput::SetList(int index)
         const Value plantId = itemData(List1[0], List1[0]->row(plant));
         for (const DiaryDtlRec &r : mDay.dtl)
             if (hasValue(r.PLANT_ID) && IsNumeric(r.PLANT_ID) && r.PLANT_ID.toDouble() == plantId.toDouble())
-                addItem(list, shown(r.WORK_NM), r.DTL_NO);
+                addItem(list, textOf(r.WORK_NM), r.DTL_NO);
     }
 }
 
@@ -374,7 +371,7 @@ void frmDairyInput::SetCombo1(int)
     if (mDtlIx < 0)
         return;
     const DiaryDtlRec &r = mDay.dtl[mDtlIx];
-    const QString crop = shown(gDB->DLookup(QStringLiteral("CROP_NM"), QStringLiteral("D_PLANT"),
+    const QString crop = textOf(gDB->DLookup(QStringLiteral("CROP_NM"), QStringLiteral("D_PLANT"),
                                             QStringLiteral("FMR_ID=") + Nz(gFMR_ID, Value(0)).toText() +
                                                 QStringLiteral(" AND PLANT_ID=") + Nz(r.PLANT_ID, Value(0)).toText()));
     const QString text = Combo1->currentText();
@@ -389,7 +386,7 @@ void frmDairyInput::SetCombo1(int)
         Nz(r.WORK_KBN, Value(0)).toText() + QStringLiteral(" ORDER BY D_PLANT.CROP_NM='") + crop +
         QStringLiteral("', D_DIARY_DTL.WORK_NM"));
     for (; !rs->eof(); rs->MoveNext())
-        Combo1->addItem(shown(rs->Fields(QStringLiteral("WORK_NM"))));
+        Combo1->addItem(textOf(rs->Fields(QStringLiteral("WORK_NM"))));
     Combo1->setCurrentIndex(-1);
     Combo1->setEditText(text);
 }
@@ -404,14 +401,14 @@ void frmDairyInput::DispData()
 {
     lblDATA[0]->setText(mDay.day.WORK_DATE.toDate().toString(QStringLiteral("yyyy/MM/dd")));
     lblDATA[1]->setText(GetFmrNm(gFMR_ID));
-    txtDATA[1]->setText(shown(mDay.day.HI_TMP));
-    txtDATA[0]->setText(shown(mDay.day.LO_TMP));
-    txtDATA[2]->setText(shown(mDay.day.ONE_MSG));
+    txtDATA[1]->setText(textOf(mDay.day.HI_TMP));
+    txtDATA[0]->setText(textOf(mDay.day.LO_TMP));
+    txtDATA[2]->setText(textOf(mDay.day.ONE_MSG));
     txtDATA[3]->clear();
     txtDATA[4]->clear();
-    txtDATA[5]->setText(shown(mDay.day.NOTES1));
-    txtDATA[6]->setText(shown(mDay.day.NOTES2));
-    if (mDay.day.WTH_ID.isNull() || mDay.day.WTH_ID.isEmpty())
+    txtDATA[5]->setText(textOf(mDay.day.NOTES1));
+    txtDATA[6]->setText(textOf(mDay.day.NOTES2));
+    if (!hasValue(mDay.day.WTH_ID))
         cmbDATA[0]->setCurrentIndex(-1);
     else
         selectItemData(cmbDATA[0], mDay.day.WTH_ID);
@@ -426,17 +423,17 @@ void frmDairyInput::DispPlant()
             lblDATA[i]->clear();
     } else {
         RecordsetPtr rs = gDB->GetFwdOnlyRst(QStringLiteral("SELECT D_PLANT.* FROM D_PLANT WHERE PLANT_ID=") +
-                                             shown(itemData(List1[0], List1[0]->row(plant))));
+                                             textOf(itemData(List1[0], List1[0]->row(plant))));
         if (!rs->eof()) {
-            lblDATA[2]->setText(shown(rs->Fields(QStringLiteral("CROP_NM1"))));
+            lblDATA[2]->setText(textOf(rs->Fields(QStringLiteral("CROP_NM1"))));
             const Value ym = rs->Fields(QStringLiteral("HARVEST_SCHD_YM"));
-            QString ymText = shown(ym);
+            QString ymText = textOf(ym);
             if (ymText.size() == 6 && IsNumeric(ym))
                 ymText = ymText.left(4) + QLatin1Char('/') + ymText.mid(4);
             lblDATA[3]->setText(ymText);
             const Value pd = rs->Fields(QStringLiteral("PLANT_DATE"));
             lblDATA[4]->setText(hasValue(pd) ? pd.toDate().toString(QStringLiteral("yyyy/MM/dd")) : QString());
-            lblDATA[5]->setText(shown(rs->Fields(QStringLiteral("AREA"))));
+            lblDATA[5]->setText(textOf(rs->Fields(QStringLiteral("AREA"))));
         }
     }
     DispDtl();
@@ -460,8 +457,8 @@ void frmDairyInput::DispDtl()
                 cmbDATA[1]->setCurrentIndex(-1);
             else
                 selectItemData(cmbDATA[1], r.WORK_KBN);
-            Combo1->setEditText(shown(r.WORK_NM));
-            txtDATA[3]->setText(shown(r.NOTES));
+            Combo1->setEditText(textOf(r.WORK_NM));
+            txtDATA[3]->setText(textOf(r.NOTES));
             for (QWidget *w : editor)
                 w->setVisible(true);
             const bool shipment = hasValue(r.WORK_KBN) && IsNumeric(r.WORK_KBN) && r.WORK_KBN.toDouble() == 8;
@@ -489,8 +486,8 @@ void frmDairyInput::DispChemi()
     else
         cmbDATA[2]->setCurrentIndex(-1);
     SetCmb(3);
-    cmbDATA[3]->setEditText(shown(r->PURPOSE));
-    txtDATA[4]->setText(shown(r->QTY));
+    cmbDATA[3]->setEditText(textOf(r->PURPOSE));
+    txtDATA[4]->setText(textOf(r->QTY));
     if (hasValue(r->UNIT_ID))
         selectItemData(cmbDATA[4], r->UNIT_ID);
     else
@@ -615,7 +612,7 @@ void frmDairyInput::SetLedgeList(int acc)
     const bool amounts = BookPage::headingsFor(acc).amounts;
     for (const BookPage::Line &l : page.lines) {
         auto *item = new QTreeWidgetItem(ListView1);
-        item->setText(0, shown(l.ledgeId));
+        item->setText(0, textOf(l.ledgeId));
         item->setText(1, QString::number(l.no));
         item->setText(2, l.account);
         item->setText(3, l.ctr);

@@ -58,10 +58,6 @@ const BookCaptions kCaptions[] = {
     {2000, "買掛帳入力", "発生", "支払", "買掛金適用"},
 };
 
-bool hasValue(const Value &v) { return !v.isNull() && !v.isEmpty(); }
-bool isAccount(const Value &v, int acc) { return hasValue(v) && IsNumeric(v) && v.toDouble() == acc; }
-Value textOrNull(const QString &t) { return t.isEmpty() ? Value::null() : Value(t); }
-QString shown(const Value &v) { return hasValue(v) ? v.toText() : QString(); }
 double amountOf(const QString &t)
 {
     double d = 0;
@@ -165,7 +161,7 @@ void frmDiaryLedgeInput::SetCmb(int index)
         addEmptyItem(c);
         RecordsetPtr rs = db->GetFwdOnlyRst(sql);
         for (; !rs->eof(); rs->MoveNext())
-            addItem(c, shown(rs->Fields(1)), rs->Fields(0));
+            addItem(c, textOf(rs->Fields(1)), rs->Fields(0));
         c->setCurrentIndex(-1);
     };
     if (index == 0)
@@ -192,7 +188,7 @@ void frmDiaryLedgeInput::SetCmbOpt(int index)
     if (!sql.isEmpty()) {
         RecordsetPtr rs = gDB->GetFwdOnlyRst(sql);
         for (; !rs->eof(); rs->MoveNext())
-            addItem(c, shown(rs->Fields(1)), rs->Fields(0));
+            addItem(c, textOf(rs->Fields(1)), rs->Fields(0));
     }
     c->setCurrentIndex(-1);
 }
@@ -251,7 +247,7 @@ void frmDiaryLedgeInput::DispData()
 {
     using namespace LedgeCol;
     const int b = book();
-    const bool bookDebit = isAccount(mRec[D_ACC_ID], b);
+    const bool bookDebit = isNumber(mRec[D_ACC_ID], b);
     const Value other = bookDebit ? mRec[C_ACC_ID] : mRec[D_ACC_ID];
     auto setCombo = [](QComboBox *c, const Value &v) {
         if (hasValue(v))
@@ -274,21 +270,21 @@ void frmDiaryLedgeInput::DispData()
         else
             cmbDATA[3]->setCurrentIndex(-1); // so it has always cleared the other list
         setCombo(cmbDATA[3], mRec[D_OPT_ID]);
-        txtDATA[3]->setText(shown(mRec[C_OPT_NM]));
-        txtDATA[2]->setText(shown(mRec[D_OPT_NM]));
+        txtDATA[3]->setText(textOf(mRec[C_OPT_NM]));
+        txtDATA[2]->setText(textOf(mRec[D_OPT_NM]));
     } else {
         setCombo(cmbDATA[2], mRec[D_OPT_ID]);
         setCombo(cmbDATA[3], mRec[D_OPT_ID]); // the same id twice: kept as it is
-        txtDATA[3]->setText(shown(mRec[D_OPT_NM]));
-        txtDATA[2]->setText(shown(mRec[C_OPT_NM]));
+        txtDATA[3]->setText(textOf(mRec[D_OPT_NM]));
+        txtDATA[2]->setText(textOf(mRec[C_OPT_NM]));
     }
-    txtDATA[1]->setText(shown(mRec[CTR_NM]));
-    txtDATA[4]->setText(shown(mRec[NOTES]));
-    const bool left = b == 2000 ? isAccount(mRec[C_ACC_ID], b) : isAccount(mRec[D_ACC_ID], b);
-    txtDATA[5]->setText(left ? shown(mRec[AMT]) : QString());
-    txtDATA[6]->setText(left ? QString() : shown(mRec[AMT]));
-    ctl<QLabel>(QStringLiteral("lblDATA(0)"))->setText(shown(mRec[LEDGE_ID]));
-    txtDATA[0]->setText(shown(mRec[LEDGE_DATE]));
+    txtDATA[1]->setText(textOf(mRec[CTR_NM]));
+    txtDATA[4]->setText(textOf(mRec[NOTES]));
+    const bool left = b == 2000 ? isNumber(mRec[C_ACC_ID], b) : isNumber(mRec[D_ACC_ID], b);
+    txtDATA[5]->setText(left ? textOf(mRec[AMT]) : QString());
+    txtDATA[6]->setText(left ? QString() : textOf(mRec[AMT]));
+    ctl<QLabel>(QStringLiteral("lblDATA(0)"))->setText(textOf(mRec[LEDGE_ID]));
+    txtDATA[0]->setText(textOf(mRec[LEDGE_DATE]));
     setCombo(cmbDATA[0], mRec[FMR_ID]);
 }
 

@@ -153,7 +153,7 @@ bool fdlMstFmrEdit::eventFilter(QObject *watched, QEvent *event)
 
 bool fdlMstFmrEdit::GetData(const Value &id)
 {
-    const QString key = (id.isNull() || id.isEmpty()) ? QString() : id.toText();
+    const QString key = textOf(id);
     RecordsetPtr rs = gMST->GetFwdOnlyRst(QStringLiteral("SELECT M_FMR.* FROM M_FMR WHERE FMR_ID=") + key);
     if (rs->eof())
         return false;
@@ -169,7 +169,7 @@ bool fdlMstFmrEdit::SaveData(const Value &id)
     } catch (const AppError &) {
     }
     try {
-        const QString key = (id.isNull() || id.isEmpty()) ? QString() : id.toText();
+        const QString key = textOf(id);
         RecordsetPtr rs = gMST->GetDynamicRst(QStringLiteral("SELECT M_FMR.* FROM M_FMR WHERE FMR_ID=") + key);
         if (rs->eof()) {
             rs->AddNew();

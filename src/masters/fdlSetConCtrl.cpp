@@ -89,7 +89,7 @@ void fdlSetConCtrl::LoadData()
 {
     for (QWidget *w : mTagged) {
         const Value v = gINI->GetCtrl(w->property("tag").toString());
-        const QString text = (v.isNull() || v.isEmpty()) ? QString() : v.toText();
+        const QString text = textOf(v);
         if (auto *e = qobject_cast<QLineEdit *>(w)) {
             e->setText(text);
         } else if (auto *c = qobject_cast<QComboBox *>(w)) {

@@ -161,7 +161,7 @@ HarvestMonth harvestMonth(const QString &yearText, const QString &monthText, con
 
 QString harvestDigits(const Value &ym)
 {
-    if (ym.isNull() || ym.isEmpty())
+    if (!hasValue(ym))
         return QString();
     if (!IsNumeric(ym) || ym.isDateType())
         return ym.toText();
@@ -176,7 +176,7 @@ QString harvestMonthText(const Value &ym) { return harvestDigits(ym).right(2); }
 
 QString harvestListText(const Value &ym)
 {
-    if (ym.isNull() || ym.isEmpty())
+    if (!hasValue(ym))
         return QString();
     if (!IsNumeric(ym) || ym.isDateType())
         return ym.toText();
@@ -188,7 +188,7 @@ QString harvestListText(const Value &ym)
 
 QString dayText(const Value &date)
 {
-    if (date.isNull() || date.isEmpty())
+    if (!hasValue(date))
         return QString();
     if (date.isDateType() || IsDate(date))
         return DateUtil::format(date.toDate(), QStringLiteral("yyyy/MM/dd"));
@@ -197,7 +197,7 @@ QString dayText(const Value &date)
 
 QString sqlNumber(const Value &v)
 {
-    if (v.isNull() || v.isEmpty())
+    if (!hasValue(v))
         return QStringLiteral("0");
     if (!IsNumeric(v))
         return v.toText();
@@ -222,7 +222,7 @@ QString listSql(const QString &yearText, const QString &crop, const Value &kind)
                         (IsNumeric(Value(yearText)) ? sqlNumber(Value(yearText)) : yearText);
     if (!crop.isEmpty())
         criteria << QStringLiteral(" D_PLANT.CROP_NM=") + sqlText(crop);
-    if (!kind.isNull() && !kind.isEmpty() && !(IsNumeric(kind) && kind.toDouble() == 0))
+    if (hasValue(kind) && !(IsNumeric(kind) && kind.toDouble() == 0))
         criteria << QStringLiteral(" D_PLANT.PLANT_TYPE=") + sqlNumber(kind);
     QString sql = QStringLiteral("SELECT") + QStringLiteral(" D_PLANT.* ") + QStringLiteral(" FROM D_PLANT ");
     if (!criteria.isEmpty())
@@ -245,12 +245,12 @@ void loadRows(Recordset &rs)
 
 int rowOfPlant(const Value &id)
 {
-    if (id.isNull() || id.isEmpty() || !IsNumeric(id))
+    if (!hasValue(id) || !IsNumeric(id))
         return -1;
     const double want = id.toDouble();
     for (int i = 0; i < gPLANT_ROWS.size(); ++i) {
         const Value &v = gPLANT_ROWS[i].PLANT_ID;
-        if (!v.isNull() && !v.isEmpty() && IsNumeric(v) && v.toDouble() == want)
+        if (hasValue(v) && IsNumeric(v) && v.toDouble() == want)
             return i;
     }
     return -1;

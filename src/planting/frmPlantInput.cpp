@@ -111,9 +111,7 @@ const int kDateBoxes[] = {9, 10, 11, 13, 14};
 
 template <size_t N> bool among(const int (&set)[N], int i) { return std::find(std::begin(set), std::end(set), i) != std::end(set); }
 
-QString cell(const Value &v) { return (v.isNull() || v.isEmpty()) ? QString() : v.toText(); }
 
-Value textOrNull(const QString &t) { return t.isEmpty() ? Value::null() : Value(t); }
 
 // A number as typed ("１２", "1,200") kept as its value.
 Value numberOrNull(const QString &t)
@@ -349,28 +347,28 @@ void frmPlantInput::SetMode()
 void frmPlantInput::DispData()
 {
     const PlantRow &r = mDATA[0];
-    lblDATA[0]->setText(cell(r.PLANT_ID));
-    txtDATA[8]->setText(cell(r.PLANT_NM));
+    lblDATA[0]->setText(textOf(r.PLANT_ID));
+    txtDATA[8]->setText(textOf(r.PLANT_NM));
     txtDATA[0]->setText(Plant::harvestYearText(r.HARVEST_SCHD_YM));
     txtDATA[1]->setText(Plant::harvestMonthText(r.HARVEST_SCHD_YM));
-    txtDATA[2]->setText(cell(r.CROP_NM1));
-    txtDATA[3]->setText(cell(r.CROP_NM2));
-    txtDATA[4]->setText(cell(r.PRD_ID));
-    txtDATA[5]->setText(cell(r.PRD_NM));
-    txtDATA[6]->setText(cell(r.FIELD_NM));
-    txtDATA[7]->setText(cell(r.AREA));
-    lblDATA[1]->setText(cell(r.CROP_EST));
+    txtDATA[2]->setText(textOf(r.CROP_NM1));
+    txtDATA[3]->setText(textOf(r.CROP_NM2));
+    txtDATA[4]->setText(textOf(r.PRD_ID));
+    txtDATA[5]->setText(textOf(r.PRD_NM));
+    txtDATA[6]->setText(textOf(r.FIELD_NM));
+    txtDATA[7]->setText(textOf(r.AREA));
+    lblDATA[1]->setText(textOf(r.CROP_EST));
     txtDATA[11]->setText(Plant::dayText(r.PLANT_DATE));
     txtDATA[9]->setText(Plant::dayText(r.START_DATE));
     txtDATA[10]->setText(Plant::dayText(r.END_DATE));
-    txtDATA[12]->setText(cell(r.SHIP_EST));
+    txtDATA[12]->setText(textOf(r.SHIP_EST));
     txtDATA[13]->setText(Plant::dayText(r.SHIP_SCHD_DATE1));
     txtDATA[14]->setText(Plant::dayText(r.SHIP_SCHD_DATE2));
-    txtDATA[15]->setText(cell(r.NOTES1));
-    txtDATA[16]->setText(cell(r.NOTES2));
+    txtDATA[15]->setText(textOf(r.NOTES1));
+    txtDATA[16]->setText(textOf(r.NOTES2));
 
     // The crop's group, then the crops of that group.
-    const QString crop = cell(r.CROP_NM);
+    const QString crop = textOf(r.CROP_NM);
     const Value group = gWORK->DLookup(QStringLiteral("CROP_KBN"), QStringLiteral("L_CROP"),
                                        QStringLiteral("CROP_NM1=") + Plant::sqlText(crop));
     selectItemData(cmbDATA[1], group);
@@ -430,7 +428,7 @@ bool frmPlantInput::txtLeave(int index)
             r.PRD_ID = numberOrNull(text);
             const Value nm = gMST->DLookup(QStringLiteral("PRD_NM"), QStringLiteral("M_PRD"),
                                            QStringLiteral("PRD_ID=") + Plant::sqlNumber(r.PRD_ID));
-            r.PRD_NM = textOrNull(cell(nm));
+            r.PRD_NM = textOrNull(textOf(nm));
         } else {
             r.PRD_ID = r.PRD_NM = Value::null();
         }
@@ -470,7 +468,7 @@ bool frmPlantInput::cmbLeave(int index)
         const QString group = chosenGroup();
         if (group != mGroup) {
             setCropList(group);
-            const QString crop = cell(r.CROP_NM);
+            const QString crop = textOf(r.CROP_NM);
             cmbDATA[2]->setCurrentIndex(crop.isEmpty() ? -1 : cmbDATA[2]->findText(crop, Qt::MatchExactly));
         }
         break;
@@ -481,7 +479,7 @@ bool frmPlantInput::cmbLeave(int index)
             break;
         }
         const QString crop = c->itemText(c->currentIndex());
-        if (crop == cell(r.CROP_NM))
+        if (crop == textOf(r.CROP_NM))
             break;
         // Another crop: its name is the variety, and its item comes with it.
         r.CROP_NM = Value(crop);
@@ -489,7 +487,7 @@ bool frmPlantInput::cmbLeave(int index)
         txtLeave(2);
         const Value item = gWORK->DLookup(QStringLiteral("CROP_NM2"), QStringLiteral("L_CROP"),
                                           QStringLiteral("CROP_NM1=") + Plant::sqlText(crop));
-        txtDATA[3]->setText(cell(item));
+        txtDATA[3]->setText(textOf(item));
         txtLeave(3);
         break;
     }

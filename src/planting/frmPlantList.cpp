@@ -42,7 +42,6 @@ const CtlSpec kControls[] = {
 // Widths of the columns (ID, 作付名, 作付日, 収穫月, 品種, 耕作面積) in twips at the design size.
 const int kColumnWidths[6] = {1000, 3600, 1600, 1300, 2600, 1400};
 
-QString cell(const Value &v) { return (v.isNull() || v.isEmpty()) ? QString() : v.toText(); }
 
 } // namespace
 
@@ -156,12 +155,12 @@ void frmPlantList::SetList()
     QList<QTreeWidgetItem *> items;
     for (const PlantRow &r : gPLANT_ROWS) {
         auto *item = new QTreeWidgetItem;
-        item->setText(0, cell(r.PLANT_ID));
-        item->setText(1, cell(r.PLANT_NM));
+        item->setText(0, textOf(r.PLANT_ID));
+        item->setText(1, textOf(r.PLANT_NM));
         item->setText(2, Plant::dayText(r.PLANT_DATE));
         item->setText(3, Plant::harvestListText(r.HARVEST_SCHD_YM));
-        item->setText(4, cell(r.CROP_NM1));
-        item->setText(5, cell(r.AREA));
+        item->setText(4, textOf(r.CROP_NM1));
+        item->setText(5, textOf(r.AREA));
         item->setTextAlignment(0, Qt::AlignRight | Qt::AlignVCenter);
         item->setTextAlignment(5, Qt::AlignRight | Qt::AlignVCenter);
         items << item;

@@ -382,7 +382,7 @@ Value clsINI::ReleaseData(const QString &table, const QString &criteria)
 QString clsINI::text(const QString &key)
 {
     const Value v = GetCtrl(key);
-    if (v.isNull() || v.isEmpty())
+    if (!hasValue(v))
         return QString();
     return v.toText();
 }

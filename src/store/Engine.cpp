@@ -324,7 +324,7 @@ qint64 Engine::executeNative(const QString &sql, const QVector<QVariant> &params
 
 QVariant Engine::toStorage(const Value &v, const ColumnDef &col) const
 {
-    if (v.isNull() || v.isEmpty())
+    if (!hasValue(v))
         return QVariant();
     switch (col.type) {
     case ColType::Bool: return QVariant(qlonglong(v.toBool() ? -1 : 0));

@@ -41,7 +41,7 @@ Value findLiteral(const QString &text)
 // -1, 0, 1 by the field's type; false when the two can't be compared.
 bool compareValues(const Value &field, const Value &lit, int &cmp)
 {
-    if (field.isNull() || field.isEmpty())
+    if (!hasValue(field))
         return false;
     if (field.isText()) {
         cmp = field.toText().compare(lit.toText(), Qt::CaseInsensitive);
