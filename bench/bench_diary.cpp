@@ -3,8 +3,8 @@
 // and the opening and saving of a full diary day, as the screens do them.
 //
 // The "Parts/..." benchmarks take the calendar's redraw and the day's opening
-// and save apart; the "Whatif/..." ones measure the changes that would bring
-// them within their aims (see bench/README.md).
+// and save apart; "Whatif/..." measures a change that is not in the program
+// (see bench/README.md).
 
 #include "env.h"
 
@@ -106,14 +106,23 @@ void CalCollect(benchmark::State &state, Kind kind, QDate month)
     });
 }
 
-// The first statement of collect: every diary page of the farmer.
-void CalDiaryPages(benchmark::State &state, Kind kind)
+QString jetDay(const QDate &d) { return QLatin1Char('#') + d.toString(QStringLiteral("yyyy/MM/dd")) + QLatin1Char('#'); }
+
+// The first statement of collect: the farmer's diary pages of the month.
+QString monthPagesSql(const QDate &month)
+{
+    return QStringLiteral("SELECT D_DIARY.* FROM D_DIARY WHERE FMR_ID=1 AND WORK_DATE>=") + jetDay(month) +
+           QStringLiteral(" AND WORK_DATE<=") + jetDay(month.addDays(month.daysInMonth() - 1)) +
+           QStringLiteral(" ORDER BY WORK_DATE");
+}
+
+void CalDiaryPages(benchmark::State &state, Kind kind, QDate month)
 {
     guarded(state, [&] {
         use(kind);
         int rows = 0;
         for (auto _ : state) {
-            RecordsetPtr rs = gDB->GetStaticRst(QStringLiteral("SELECT D_DIARY.* FROM D_DIARY WHERE FMR_ID=1 ORDER BY WORK_DATE"));
+            RecordsetPtr rs = gDB->GetStaticRst(monthPagesSql(month));
             rows = rs->RecordCount();
         }
         state.counters["rows"] = rows;
@@ -125,7 +134,7 @@ void CalFindDays(benchmark::State &state, Kind kind, QDate month)
 {
     guarded(state, [&] {
         use(kind);
-        RecordsetPtr rs = gDB->GetStaticRst(QStringLiteral("SELECT D_DIARY.* FROM D_DIARY WHERE FMR_ID=1 ORDER BY WORK_DATE"));
+        RecordsetPtr rs = gDB->GetStaticRst(monthPagesSql(month));
         for (auto _ : state) {
             rs->MoveFirst();
             for (int d = 0; d < month.daysInMonth(); ++d)
@@ -254,8 +263,6 @@ void OldCalCommand(benchmark::State &state, Kind kind)
 
 const QDate kDiaryDay(2023, 6, 14);
 constexpr int kDayLines = 20, kSprayLines = 5, kDaySlips = 10;
-
-QString jetDay(const QDate &d) { return QLatin1Char('#') + d.toString(QStringLiteral("yyyy/MM/dd")) + QLatin1Char('#'); }
 
 // The rows of a table that meet a criterion, to put back as they were.
 class TableCopy {
@@ -534,7 +541,8 @@ void DaySlips(benchmark::State &state, Kind kind)
     });
 }
 
-// ---- the steps of the save, each on a day opened once
+// ---- the steps of the save, each on a day opened once and committed by
+// itself as save() commits it (the recount makes its own two transactions)
 
 using Step = std::function<void(DiaryDay &)>;
 
@@ -554,33 +562,10 @@ void DiaryDayStep(benchmark::State &state, Kind kind, Step step)
 
 // ------------------------------------------------------------ what a change would give
 
-// The SQLite data file with the planner's statistics (ANALYZE) for the life
-// of the object, and without them again afterwards.
-class Analyzed {
-public:
-    Analyzed() { gDB->engine()->executeNative(QStringLiteral("ANALYZE")); }
-    ~Analyzed()
-    {
-        try {
-            gDB->engine()->executeNative(QStringLiteral("DROP TABLE IF EXISTS sqlite_stat1"));
-        } catch (const AppError &e) {
-            std::fprintf(stderr, "the statistics were not dropped: %s\n", e.what());
-        }
-    }
-};
-
-void AnalyzedDispCal(benchmark::State &state, QDate month)
-{
-    guarded(state, [&] {
-        use(Kind::Sqlite);
-        Analyzed stats;
-        DispCal(state, Kind::Sqlite, month);
-    });
-}
-
-// collect() reading the month alone: the month's diary pages and, for each
-// mark, the distinct days of the month that have one (three statements).
-QVector<CalMonth::Cell> monthCollect(const CalMonth::Geometry &g, const QDate &month, const CalMonth::Options &o)
+// collect() with the marks read a month at a time: the month's diary pages as
+// collect reads them and, for each mark, the distinct days of the month that
+// have one: three statements instead of a count per mark and day (90).
+QVector<CalMonth::Cell> monthMarksCollect(const CalMonth::Geometry &g, const QDate &month, const CalMonth::Options &o)
 {
     const QString from = jetDay(month), to = jetDay(month.addDays(g.days - 1));
     auto daysOf = [&](const QString &sql) {
@@ -611,9 +596,7 @@ QVector<CalMonth::Cell> monthCollect(const CalMonth::Geometry &g, const QDate &m
         c.chemi = chemi[day];
         c.ship = ship[day];
     }
-    RecordsetPtr rs = gDB->GetStaticRst(QStringLiteral("SELECT D_DIARY.* FROM D_DIARY WHERE FMR_ID=1 AND WORK_DATE>=") +
-                                        from + QStringLiteral(" AND WORK_DATE<=") + to +
-                                        QStringLiteral(" ORDER BY WORK_DATE"));
+    RecordsetPtr rs = gDB->GetStaticRst(monthPagesSql(month));
     for (; !rs->eof(); rs->MoveNext()) {
         CalMonth::Cell &c = cells[rs->Fields(QStringLiteral("WORK_DATE")).toDate().date().day() - 1];
         c.hasRow = true;
@@ -625,7 +608,7 @@ QVector<CalMonth::Cell> monthCollect(const CalMonth::Geometry &g, const QDate &m
     return cells;
 }
 
-void MonthReadDispCal(benchmark::State &state, Kind kind, QDate month)
+void MonthMarksDispCal(benchmark::State &state, Kind kind, QDate month)
 {
     guarded(state, [&] {
         use(kind);
@@ -637,89 +620,24 @@ void MonthReadDispCal(benchmark::State &state, Kind kind, QDate month)
             const CalMonth::Options o = CalMonth::loadOptions();
             const CalMonth::Geometry g = monthGeometry(month);
             const QVector<CalMonth::Cell> a = CalMonth::collect(g, month, QDate::currentDate(), kFarmer, o, Value(0));
-            const QVector<CalMonth::Cell> b = monthCollect(g, month, o);
+            const QVector<CalMonth::Cell> b = monthMarksCollect(g, month, o);
             bool same = a.size() == b.size();
             for (int i = 0; same && i < a.size(); ++i)
                 same = a[i].day == b[i].day && a[i].x == b[i].x && a[i].y == b[i].y && a[i].hasRow == b[i].hasRow &&
                        a[i].money == b[i].money && a[i].chemi == b[i].chemi && a[i].ship == b[i].ship &&
                        a[i].oneMsg == b[i].oneMsg && a[i].wthId == b[i].wthId;
             if (!same)
-                return state.SkipWithError("the month read gives other cells than collect()");
+                return state.SkipWithError("the month's marks give other cells than collect()");
         }
         for (auto _ : state) {
             const CalMonth::Options o = CalMonth::loadOptions();
             const CalMonth::Geometry g = monthGeometry(month);
-            const QVector<CalMonth::Cell> cells = monthCollect(g, month, o);
+            const QVector<CalMonth::Cell> cells = monthMarksCollect(g, month, o);
             QPainter p(&image);
             p.setFont(font);
             CalMonth::paint(p, g, cells, o);
             p.end();
         }
-    });
-}
-
-// The save with each of its steps in a transaction of its own: every step
-// still stands by itself, but commits once instead of once a row (the
-// recount commits the work file's scratch rows and the lots once each).
-void saveStepByStepInTransactions(DiaryDay &d)
-{
-    auto inTrans = [](DbObject &db, const std::function<void()> &f) {
-        db.Begintrans();
-        try {
-            f();
-        } catch (...) {
-            db.RollbackTrans();
-            throw;
-        }
-        db.CommitTrans();
-    };
-    inTrans(*gDB, [&] { d.SaveLedgeData(); });
-    inTrans(*gDB, [&] { d.SaveUseChemi(); });
-    d.saveDay();
-    inTrans(*gDB, [&] { d.saveDetails(); });
-    inTrans(*gDB, [&] { inTrans(*gWORK, [&] { RecountChemiUse(d.day.FMR_ID, d.day.WORK_DATE.toDate()); }); });
-}
-
-void StepTransSave(benchmark::State &state, Kind kind)
-{
-    guarded(state, [&] {
-        use(kind);
-        FullDay full;
-        for (auto _ : state) {
-            state.PauseTiming();
-            FullDay::point();
-            DiaryDay d;
-            d.load(kFarmer, FullDay::day());
-            state.ResumeTiming();
-            saveStepByStepInTransactions(d);
-        }
-        FullDay::check();
-    });
-}
-
-void AnalyzedOpen(benchmark::State &state)
-{
-    guarded(state, [&] {
-        use(Kind::Sqlite);
-        Analyzed stats;
-        DiaryDayOpen(state, Kind::Sqlite);
-    });
-}
-
-// Both: the statistics and a transaction a step.
-void AnalyzedStepTransOpenSave(benchmark::State &state)
-{
-    guarded(state, [&] {
-        use(Kind::Sqlite);
-        Analyzed stats;
-        FullDay full;
-        for (auto _ : state) {
-            FullDay::point();
-            DiaryDay d;
-            d.load(kFarmer, FullDay::day());
-            saveStepByStepInTransactions(d);
-        }
-        FullDay::check();
     });
 }
 
@@ -741,10 +659,11 @@ void registerDiaryBenchmarks(Kind kind)
     named(benchmark::RegisterBenchmark(("Parts/DispCal_Collect/" + monthName(kMidMonth) + k).c_str(), CalCollect, kind,
                                        kMidMonth),
           benchmark::kMillisecond);
-    named(benchmark::RegisterBenchmark(("Parts/DispCal_DiaryPages" + k).c_str(), CalDiaryPages, kind),
+    named(benchmark::RegisterBenchmark(("Parts/DispCal_DiaryPages/" + monthName(kMidMonth) + k).c_str(), CalDiaryPages,
+                                       kind, kMidMonth),
           benchmark::kMillisecond);
-    named(benchmark::RegisterBenchmark(("Parts/DispCal_FindDays/" + monthName(kEndMonth) + k).c_str(), CalFindDays,
-                                       kind, kEndMonth),
+    named(benchmark::RegisterBenchmark(("Parts/DispCal_FindDays/" + monthName(kMidMonth) + k).c_str(), CalFindDays,
+                                       kind, kMidMonth),
           benchmark::kMillisecond);
     const char *const marks[] = {"Money", "Pesticide", "Shipment"};
     for (int i = 0; i < 3; ++i)
@@ -766,10 +685,10 @@ void registerDiaryBenchmarks(Kind kind)
     named(benchmark::RegisterBenchmark(("Parts/DiaryDay_Open_DaySlips" + k).c_str(), DaySlips, kind),
           benchmark::kMillisecond);
     const std::pair<const char *, Step> steps[] = {
-        {"1_SaveLedgeData", [](DiaryDay &d) { d.SaveLedgeData(); }},
-        {"2_SaveUseChemi", [](DiaryDay &d) { d.SaveUseChemi(); }},
-        {"3_SaveDay", [](DiaryDay &d) { d.saveDay(); }},
-        {"4_SaveDetails", [](DiaryDay &d) { d.saveDetails(); }},
+        {"1_SaveLedgeData", [](DiaryDay &d) { inTransaction(gDB.get(), [&] { d.SaveLedgeData(); }); }},
+        {"2_SaveUseChemi", [](DiaryDay &d) { inTransaction(gDB.get(), [&] { d.SaveUseChemi(); }); }},
+        {"3_SaveDay", [](DiaryDay &d) { inTransaction(gDB.get(), [&] { d.saveDay(); }); }},
+        {"4_SaveDetails", [](DiaryDay &d) { inTransaction(gDB.get(), [&] { d.saveDetails(); }); }},
         {"5_RecountChemiUse", [](DiaryDay &d) { RecountChemiUse(d.day.FMR_ID, d.day.WORK_DATE.toDate()); }},
     };
     for (const auto &s : steps)
@@ -777,22 +696,9 @@ void registerDiaryBenchmarks(Kind kind)
                                            kind, s.second),
               benchmark::kMillisecond);
 
-    named(benchmark::RegisterBenchmark(("Whatif/MonthRead_DispCal/" + monthName(kMidMonth) + k).c_str(),
-                                       MonthReadDispCal, kind, kMidMonth),
+    named(benchmark::RegisterBenchmark(("Whatif/MonthMarks_DispCal/" + monthName(kMidMonth) + k).c_str(),
+                                       MonthMarksDispCal, kind, kMidMonth),
           benchmark::kMillisecond);
-    named(benchmark::RegisterBenchmark(("Whatif/StepTrans_DiaryDay_Save" + k).c_str(), StepTransSave, kind),
-          benchmark::kMillisecond);
-    if (kind == Kind::Sqlite) {
-        // They add the statistics to the file and drop them again.
-        named(benchmark::RegisterBenchmark(("Whatif/Analyzed_DispCal/" + monthName(kMidMonth) + k).c_str(),
-                                           AnalyzedDispCal, kMidMonth),
-              benchmark::kMillisecond);
-        named(benchmark::RegisterBenchmark(("Whatif/Analyzed_DiaryDay_Open" + k).c_str(), AnalyzedOpen),
-              benchmark::kMillisecond);
-        named(benchmark::RegisterBenchmark(("Whatif/Analyzed_StepTrans_DiaryDay_OpenSave" + k).c_str(),
-                                           AnalyzedStepTransOpenSave),
-              benchmark::kMillisecond);
-    }
 }
 
 void registerEngineFreeBenchmarks()
