@@ -66,14 +66,7 @@ Store::Store(Kind kind) : mKind(kind)
         const QString base = QStringLiteral("tillora_bench_%1").arg(QCoreApplication::applicationPid());
         mDataDb = base + QStringLiteral("_d");
         mMasterDb = base + QStringLiteral("_m");
-        const QString dsn = QStringLiteral("%1:%2").arg(s.host).arg(s.port);
-        for (const auto &p : {qMakePair(QStringLiteral("DB"), mDataDb), qMakePair(QStringLiteral("MST"), mMasterDb)}) {
-            setCtrl(p.first + QStringLiteral("_TYPE"), QStringLiteral("1"));
-            setCtrl(p.first + QStringLiteral("_DSN"), dsn);
-            setCtrl(p.first + QStringLiteral("_NAME"), p.second);
-            setCtrl(p.first + QStringLiteral("_USER"), s.user);
-            setCtrl(p.first + QStringLiteral("_PSWD"), s.password);
-        }
+        Setup::pointAtServer(root(), {s.host, s.port, s.user, s.password}, mDataDb, mMasterDb);
         dropServerDatabases(); // left over by a run that was killed
         OpenIni();
         Setup::initServers();
@@ -128,16 +121,6 @@ QSqlDatabase Store::raw()
     return d;
 }
 
-void Store::setCtrl(const QString &key, const QString &value)
-{
-    ConnectionSpec ini;
-    ini.file = Setup::fileOf(root(), DbKind::Ini);
-    std::unique_ptr<Engine> e = Engine::open(ini);
-    const ColumnDef *valueCol = Schema::column(QStringLiteral("S_CTRL"), QStringLiteral("CTRL_VALUE"));
-    e->executeNative(QStringLiteral("DELETE FROM S_CTRL WHERE CTRL_CD=?"), {key});
-    e->executeNative(QStringLiteral("INSERT INTO S_CTRL (CTRL_CD, CTRL_VALUE, CTRL_TYPE) VALUES (?,?,NULL)"),
-                     {key, e->toStorage(Value(value), *valueCol)});
-}
 
 void Store::closeRaw()
 {
@@ -154,21 +137,7 @@ void Store::closeRaw()
 void Store::dropServerDatabases()
 {
     const Server s = server();
-    const QString name = QStringLiteral("bench_drop");
-    {
-        QSqlDatabase d = QSqlDatabase::addDatabase(QStringLiteral("QMYSQL"), name);
-        d.setHostName(s.host);
-        d.setPort(s.port);
-        d.setUserName(s.user);
-        d.setPassword(s.password);
-        if (d.open()) {
-            QSqlQuery q(d);
-            q.exec(QStringLiteral("DROP DATABASE IF EXISTS `%1`").arg(mDataDb));
-            q.exec(QStringLiteral("DROP DATABASE IF EXISTS `%1`").arg(mMasterDb));
-            d.close();
-        }
-    }
-    QSqlDatabase::removeDatabase(name);
+    Setup::dropServerDatabases({s.host, s.port, s.user, s.password}, {mDataDb, mMasterDb});
 }
 
 Store &use(Kind kind)

@@ -38,7 +38,6 @@ public:
     QSqlDatabase raw();
 
 private:
-    void setCtrl(const QString &key, const QString &value);
     void closeRaw();
     void dropServerDatabases();
 

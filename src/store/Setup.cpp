@@ -10,6 +10,8 @@
 #include <QSqlError>
 #include <QSqlQuery>
 
+#include <functional>
+
 namespace Setup {
 
 QStringList createTables(Engine &engine, DbKind kind)
@@ -191,6 +193,33 @@ InitReport initRoot(const QString &root, bool force)
 
 namespace {
 
+// Runs statements on a server with no database chosen.
+void onServer(const ServerLogin &login, const std::function<void(QSqlQuery &)> &work)
+{
+    const QString name = QStringLiteral("tillora_setup");
+    {
+        QSqlDatabase d = QSqlDatabase::addDatabase(QStringLiteral("QMYSQL"), name);
+        d.setHostName(login.host);
+        d.setPort(login.port);
+        d.setUserName(login.user);
+        d.setPassword(login.password);
+        if (!d.open()) {
+            const QSqlError err = d.lastError();
+            QSqlDatabase::removeDatabase(name);
+            throw AppError(err.nativeErrorCode().toLong(), err.databaseText());
+        }
+        QSqlQuery q(d);
+        try {
+            work(q);
+        } catch (...) {
+            d.close();
+            throw;
+        }
+        d.close();
+    }
+    QSqlDatabase::removeDatabase(name);
+}
+
 // Connects to the server of a configuration text; creates the database when
 // the server says it has none.
 std::unique_ptr<Engine> openOrCreateServerDb(const ConnectionSpec &conn)
@@ -201,28 +230,51 @@ std::unique_ptr<Engine> openOrCreateServerDb(const ConnectionSpec &conn)
         if (e.number() != 1049) // unknown database
             throw;
     }
-    {
-        const QString name = QStringLiteral("tillora_setup");
-        {
-            QSqlDatabase d = QSqlDatabase::addDatabase(QStringLiteral("QMYSQL"), name);
-            d.setHostName(conn.host);
-            d.setPort(conn.port);
-            d.setUserName(conn.user);
-            d.setPassword(conn.password);
-            if (!d.open())
-                throw AppError(d.lastError().nativeErrorCode().toLong(), d.lastError().databaseText());
-            QSqlQuery q(d);
-            if (!q.exec(QStringLiteral("CREATE DATABASE `%1` CHARACTER SET utf8mb4 COLLATE utf8mb4_general_ci")
-                            .arg(conn.database)))
-                throw AppError(q.lastError().nativeErrorCode().toLong(), q.lastError().databaseText());
-            d.close();
-        }
-        QSqlDatabase::removeDatabase(name);
-    }
+    onServer({conn.host, conn.port, conn.user, conn.password}, [&](QSqlQuery &q) {
+        if (!q.exec(QStringLiteral("CREATE DATABASE `%1` CHARACTER SET utf8mb4 COLLATE utf8mb4_general_ci")
+                        .arg(conn.database)))
+            throw AppError(q.lastError().nativeErrorCode().toLong(), q.lastError().databaseText());
+    });
     return Engine::open(conn);
 }
 
 } // namespace
+
+void writeCtrl(const QString &root, const QString &key, const Value &value, const Value &type)
+{
+    ConnectionSpec ini;
+    ini.file = fileOf(root, DbKind::Ini);
+    std::unique_ptr<Engine> e = Engine::open(ini);
+    const TableDef *t = Schema::table(QStringLiteral("S_CTRL"));
+    e->executeNative(QStringLiteral("DELETE FROM S_CTRL WHERE CTRL_CD=?"), {key});
+    e->executeNative(QStringLiteral("INSERT INTO S_CTRL (CTRL_CD, CTRL_VALUE, CTRL_TYPE) VALUES (?,?,?)"),
+                     {key, e->toStorage(value, *t->column(QStringLiteral("CTRL_VALUE"))),
+                      e->toStorage(type, *t->column(QStringLiteral("CTRL_TYPE")))});
+}
+
+void pointAtServer(const QString &root, const ServerLogin &login, const QString &dataDb, const QString &masterDb)
+{
+    const QString dsn = QStringLiteral("%1:%2").arg(login.host).arg(login.port);
+    for (const auto &p : {qMakePair(QStringLiteral("DB"), dataDb), qMakePair(QStringLiteral("MST"), masterDb)}) {
+        writeCtrl(root, p.first + QStringLiteral("_TYPE"), Value(QStringLiteral("1")));
+        writeCtrl(root, p.first + QStringLiteral("_DSN"), Value(dsn));
+        writeCtrl(root, p.first + QStringLiteral("_NAME"), Value(p.second));
+        writeCtrl(root, p.first + QStringLiteral("_USER"), Value(login.user));
+        writeCtrl(root, p.first + QStringLiteral("_PSWD"), Value(login.password));
+    }
+}
+
+void dropServerDatabases(const ServerLogin &login, const QStringList &names)
+{
+    try {
+        onServer(login, [&](QSqlQuery &q) {
+            for (const QString &n : names)
+                q.exec(QStringLiteral("DROP DATABASE IF EXISTS `%1`").arg(n));
+        });
+    } catch (const AppError &) {
+        // a server out of reach has nothing to clean
+    }
+}
 
 QStringList initServers()
 {

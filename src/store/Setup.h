@@ -37,6 +37,23 @@ struct InitReport {
 // that exists is kept as it is unless force is set.
 InitReport initRoot(const QString &root, bool force = false);
 
+// Writes a settings row straight into the settings file of a run-time root
+// (for set-up and scripts; the program itself goes through gINI).
+void writeCtrl(const QString &root, const QString &key, const Value &value, const Value &type = Value::null());
+
+// A login to a MySQL/MariaDB server.
+struct ServerLogin {
+    QString host;
+    int port = 3306;
+    QString user, password;
+};
+// Points the data and master databases of a run-time root at two databases
+// on a server (the keys DB_* and MST_*).
+void pointAtServer(const QString &root, const ServerLogin &login, const QString &dataDb, const QString &masterDb);
+// Drops databases on a server, where they exist (clean-up of tests and
+// benchmarks).
+void dropServerDatabases(const ServerLogin &login, const QStringList &names);
+
 // For the data and master databases that the settings put on a MySQL server:
 // creates the database if the server lacks it, the tables, and the delivered
 // master rows. Returns a line per database for the user.

@@ -88,14 +88,7 @@ TestRoot::TestRoot(TestEngine engine, bool open) : mEngine(engine)
         const QString base = TestEnv::nextDbName();
         mDataDb = base + QStringLiteral("_d");
         mMasterDb = base + QStringLiteral("_m");
-        const QString dsn = QStringLiteral("%1:%2").arg(s.host).arg(s.port);
-        for (const auto &p : {qMakePair(QStringLiteral("DB"), mDataDb), qMakePair(QStringLiteral("MST"), mMasterDb)}) {
-            setCtrl(p.first + QStringLiteral("_TYPE"), Value(QStringLiteral("1")));
-            setCtrl(p.first + QStringLiteral("_DSN"), Value(dsn));
-            setCtrl(p.first + QStringLiteral("_NAME"), Value(p.second));
-            setCtrl(p.first + QStringLiteral("_USER"), Value(s.user));
-            setCtrl(p.first + QStringLiteral("_PSWD"), Value(s.password));
-        }
+        Setup::pointAtServer(mDir.path(), {s.host, s.port, s.user, s.password}, mDataDb, mMasterDb);
         OpenIni();
         Setup::initServers();
         CloseAllDatabases();
@@ -123,32 +116,11 @@ void TestRoot::closeAll() { CloseAllDatabases(); }
 
 void TestRoot::setCtrl(const QString &key, const Value &value, const Value &type)
 {
-    ConnectionSpec conn;
-    conn.file = Setup::fileOf(mDir.path(), DbKind::Ini);
-    std::unique_ptr<Engine> e = Engine::open(conn);
-    const ColumnDef *valueCol = Schema::column(QStringLiteral("S_CTRL"), QStringLiteral("CTRL_VALUE"));
-    const ColumnDef *typeCol = Schema::column(QStringLiteral("S_CTRL"), QStringLiteral("CTRL_TYPE"));
-    e->executeNative(QStringLiteral("DELETE FROM S_CTRL WHERE CTRL_CD=?"), {key});
-    e->executeNative(QStringLiteral("INSERT INTO S_CTRL (CTRL_CD, CTRL_VALUE, CTRL_TYPE) VALUES (?,?,?)"),
-                     {key, e->toStorage(value, *valueCol), e->toStorage(type, *typeCol)});
+    Setup::writeCtrl(mDir.path(), key, value, type);
 }
 
 void TestRoot::dropServerDatabases()
 {
     const TestEnv::Server s = TestEnv::mysql();
-    const QString name = QStringLiteral("tillora_test_drop");
-    {
-        QSqlDatabase d = QSqlDatabase::addDatabase(QStringLiteral("QMYSQL"), name);
-        d.setHostName(s.host);
-        d.setPort(s.port);
-        d.setUserName(s.user);
-        d.setPassword(s.password);
-        if (d.open()) {
-            QSqlQuery q(d);
-            q.exec(QStringLiteral("DROP DATABASE IF EXISTS `%1`").arg(mDataDb));
-            q.exec(QStringLiteral("DROP DATABASE IF EXISTS `%1`").arg(mMasterDb));
-            d.close();
-        }
-    }
-    QSqlDatabase::removeDatabase(name);
+    Setup::dropServerDatabases({s.host, s.port, s.user, s.password}, {mDataDb, mMasterDb});
 }
