@@ -15,6 +15,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
+#include <QPainter>
 #include <QPushButton>
 #include <QtTest/QTest>
 
@@ -158,6 +159,56 @@ private slots:
             QVERIFY(!c.today);
         }
         QVERIFY(cellOf(quiet, 3).hasRow);
+    }
+
+    void theDrawingHasItsParts()
+    {
+        TestRoot root;
+        seedMay();
+        const QDate may(2024, 5, 1);
+        // 700 x 420 px of canvas: cells of 100 px by 75 px, a header of 42 px
+        const CalMonth::Geometry g = CalMonth::geometry(may, 700 * 15, 420 * 15);
+        const auto cells = CalMonth::collect(g, may, QDate(2024, 5, 20), Value(1), allOn(), Value(0));
+        QImage img(700, 420, QImage::Format_RGB32);
+        QPainter p(&img);
+        p.setFont(QFont(QStringLiteral("Noto Sans CJK JP"), 9));
+        CalMonth::paint(p, g, cells, allOn());
+        p.end();
+        auto at = [&](int day, double fx, double fy) {
+            const CalMonth::Cell &c = cellOf(cells, day);
+            return img.pixelColor(int((c.x + fx * g.cellW) / 15), int((c.y + fy * g.cellH) / 15));
+        };
+        // a mark's colour, give or take the smoothing of its edges
+        auto near = [](const QColor &a, const QColor &b) {
+            return std::abs(a.red() - b.red()) + std::abs(a.green() - b.green()) + std::abs(a.blue() - b.blue()) < 60;
+        };
+        auto count = [&](int day, const QColor &colour, double fy0, double fy1) {
+            const CalMonth::Cell &c = cellOf(cells, day);
+            int n = 0;
+            for (int y = int((c.y + fy0 * g.cellH) / 15); y < int((c.y + fy1 * g.cellH) / 15); ++y)
+                for (int x = c.x / 15 + 1; x < (c.x + g.cellW) / 15 - 1; ++x)
+                    n += img.pixelColor(x, y) == colour;
+            return n;
+        };
+        // today (the 20th) is pale yellow inside its border; its bar runs
+        // from 18 degrees down to 0 (no low temperature): 0.44 to 0.8 of the cell
+        QCOMPARE(at(20, 0.95, 0.3), QColor(255, 255, 127));
+        QVERIFY(count(20, QColor(0, 255, 0), 0.46, 0.78) > 0);
+        QCOMPARE(count(20, QColor(0, 255, 0), 0.0, 0.42), 0);
+        // the 3rd: a bar from 24 to 12 degrees (0.32 to 0.56), a weather
+        // picture at the top left, the money mark below it
+        QVERIFY(count(3, QColor(0, 255, 0), 0.34, 0.54) > 0);
+        QCOMPARE(count(3, QColor(0, 255, 0), 0.6, 1.0), 0);
+        QVERIFY(at(3, 0.06, 0.12) != at(4, 0.06, 0.12)); // the 4th has no diary row, so no picture
+        QVERIFY(near(at(3, 0.04, 0.30), QColor(0xD4, 0x9A, 0x06)));
+        // the pesticide mark at the top right of the 6th, the shipment mark below it on the 9th
+        QVERIFY(near(at(6, 0.96, 0.04), QColor(0x2E, 0x8B, 0x3A)));
+        QVERIFY(near(at(9, 0.96, 0.29), QColor(0x2A, 0x64, 0xC8)));
+        QVERIFY(!near(at(8, 0.96, 0.04), QColor(0x2E, 0x8B, 0x3A)));
+        // the day numbers of Sundays red, of Saturdays blue
+        QVERIFY(count(5, QColor(255, 0, 0), 0.0, 0.5) > 0);
+        QVERIFY(count(4, QColor(0, 0, 255), 0.0, 0.5) > 0);
+        QCOMPARE(count(6, QColor(255, 0, 0), 0.0, 0.5), 0);
     }
 
     void theScreenStepsDrawsAndKeepsItsOptions()
