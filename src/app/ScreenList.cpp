@@ -15,10 +15,14 @@
 
 // Each module registers its own screens.
 void registerPlantingScreens();
+void registerBooksScreens();
+void registerPesticideScreens();
 
 void registerAllScreens()
 {
     registerPlantingScreens();
+    registerBooksScreens();
+    registerPesticideScreens();
     registerScreen(QStringLiteral("fmnMain"), [] { return new fmnMain; });
     registerScreen(QStringLiteral("frmDairyCal"), [] { return new frmDairyCal; });
     registerScreen(QStringLiteral("frmDairyInput"), [] { return new frmDairyInput; });

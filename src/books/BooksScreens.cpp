@@ -1,0 +1,4 @@
+// Registers the bookkeeping screens by name.
+#include "core/Screens.h"
+
+void registerBooksScreens() {}

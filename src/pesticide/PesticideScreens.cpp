@@ -1,0 +1,4 @@
+// Registers the pesticide screens by name.
+#include "core/Screens.h"
+
+void registerPesticideScreens() {}
