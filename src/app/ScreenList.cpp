@@ -17,12 +17,14 @@
 void registerPlantingScreens();
 void registerBooksScreens();
 void registerPesticideScreens();
+void registerShippingScreens();
 
 void registerAllScreens()
 {
     registerPlantingScreens();
     registerBooksScreens();
     registerPesticideScreens();
+    registerShippingScreens();
     registerScreen(QStringLiteral("fmnMain"), [] { return new fmnMain; });
     registerScreen(QStringLiteral("frmDairyCal"), [] { return new frmDairyCal; });
     registerScreen(QStringLiteral("frmDairyInput"), [] { return new frmDairyInput; });

@@ -1,0 +1,4 @@
+// Registers the shipping screens by name.
+#include "core/Screens.h"
+
+void registerShippingScreens() {}
