@@ -488,8 +488,11 @@ private slots:
             QCOMPARE(lbl(f, "lblDATA(2)")->text(), QStringLiteral("1"));
             typeAndLeave(f, 7, QStringLiteral("6000"));
             Gui::click(f.ctl<QRadioButton>("Option1(0)"));
+            // switched off: no longer offered for use
+            Gui::click(f.ctl<QCheckBox>("Check1"));
         });
-        QCOMPARE(lotText(1, "PUR_QTY USED_QTY REST_QTY PUR_AMT ACC_ID LEDGE_ID"), QStringLiteral("2|1|1|6000|1000|3"));
+        QCOMPARE(lotText(1, "PUR_QTY USED_QTY REST_QTY PUR_AMT ACC_ID LEDGE_ID CHK_FLG"),
+                 QStringLiteral("2|1|1|6000|1000|3|False"));
         QVERIFY(!gDB->DLookup("UDATE", "D_CHEMI", "CHEMI_ID=1").isNull());
         // the same number, the new amount and account; created when the lot was
         QCOMPARE(slipText(1, 3, "D_ACC_ID D_OPT_ID D_OPT_NM C_ACC_ID AMT IDATE"),
@@ -638,6 +641,30 @@ private slots:
                  QStringLiteral("伝票番号3は既に他の伝票に使われているため、購入の伝票を登録できません。"));
         QCOMPARE(countOf("D_CHEMI"), 6);
         QCOMPARE(slipText(1, 3, "D_OPT_ID AMT"), QStringLiteral("1|4500"));
+    }
+
+    void aLotThatIsGone()
+    {
+        TestRoot root;
+        seedLots();
+        ListRig rig;
+        for (int mode : {2, 4}) {
+            selectLot(rig.view, 4);
+            rig.modals.on("frmChemiInput", [&](Form &f) {
+                gDB->EXEC("DELETE D_CHEMI.* FROM D_CHEMI WHERE CHEMI_ID=4");
+                Gui::click(btn(f, 1));
+                QVERIFY(f.isVisible());
+            });
+            rig.press(mode);
+            QCOMPARE(rig.msgs.lastPrompt(), QStringLiteral("該当データが存在しません。"));
+            QCOMPARE(rig.msgs.messages.last().buttons, 16);
+            gDB->EXEC("INSERT INTO D_CHEMI (FMR_ID, CHEMI_ID, CHEMI_NM, PUR_QTY, REST_QTY) VALUES "
+                      "(1, 4, 'コモレビ水和剤（見本）', 2, 2)");
+        }
+        QCOMPARE(rig.msgs.count(), 2);
+        // the slip steps before the lot stand: the change wrote its slip again, the delete took it
+        QCOMPARE(countOf("D_LEDGE", "FMR_ID=1 AND LEDGE_ID=4"), 0);
+        QCOMPARE(lotText(4, "UDATE LAST_TM"), QStringLiteral("-|-"));
     }
 
     void registeredUsesWhileViewing()
