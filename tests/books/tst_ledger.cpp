@@ -228,37 +228,28 @@ private slots:
 
     void raiseAndLowerBySide()
     {
-        auto r = [](const Value &d, const Value &c, int amt) {
+        auto r = [](int d, int c, const Value &amt) {
             LedgeRow row = blankLedgeRow();
-            row[LedgeCol::D_ACC_ID] = d;
-            row[LedgeCol::C_ACC_ID] = c;
-            row[LedgeCol::AMT] = Value(Currency::fromInt(amt));
+            row[LedgeCol::D_ACC_ID] = d ? Value(d) : Value::null();
+            row[LedgeCol::C_ACC_ID] = Value(c);
+            row[LedgeCol::AMT] = amt;
             return row;
         };
-        const QVector<LedgeRow> rows = {r(Value(1000), Value(4000), 500), r(Value(4110), Value(1000), 200),
-                                        r(Value(1000), Value(1000), 70), r(Value::null(), Value(1000), 5)};
-        // a debit account: debits raise, and a slip on both sides lowers once
-        Ledger::Page cash = Ledger::compute(Value(1000), Value(1), rows, Currency::fromInt(1000));
+        const QVector<LedgeRow> rows = {r(1000, 4000, Value(500)), r(4110, 1000, Value(200)),
+                                        r(1000, 1000, Value(70)), r(0, 1000, Value::null())};
+        // a debit account: debits raise; a slip on both sides lowers once; no amount counts 0
+        const Ledger::Page cash = Ledger::compute(Value(1000), Value(1), rows, Currency::fromInt(1000));
         QStringList got;
         for (const Ledger::Line &l : cash.lines)
             got << QStringLiteral("%1:%2/%3/%4").arg(textOf(l.other), l.first.toString(), l.second.toString(),
                                                      l.balance.toString());
-        QCOMPARE(got.join(QLatin1Char(' ')), QStringLiteral("4000:500/0/1500 4110:0/200/1300 1000:0/70/1230 :0/5/1225"));
-        QCOMPARE(cash.opening + cash.sumFirst - cash.sumSecond, cash.closing);
-        // a credit account: credits raise and go in the first column
-        const Ledger::Page sales = Ledger::compute(Value(4000), Value(2), rows, Currency());
-        QCOMPARE(sales.lines[0].first, Currency::fromInt(500));
-        QCOMPARE(sales.lines[0].second, Currency());
-        QCOMPARE(sales.sumSecond, Currency::fromInt(275)); // the other rows lower it
-        QCOMPARE(sales.closing, Currency::fromInt(225));
-        // a slip on both sides of a credit account raises once
+        QCOMPARE(got.join(QLatin1Char(' ')), QStringLiteral("4000:500/0/1500 4110:0/200/1300 1000:0/70/1230 :0/0/1230"));
+        QCOMPARE(cash.closing, Currency::fromInt(1230));
+        // a credit account raises by its credits, also on both sides
         QVERIFY(Ledger::raises(Value(2), Value(1000), rows[2]));
-        QVERIFY(!Ledger::raises(Value(1), Value(1000), rows[2]));
-        // an empty DC_KBN is a debit account; an empty amount counts 0
-        LedgeRow none = r(Value(1000), Value(4000), 0);
-        none[LedgeCol::AMT] = Value::null();
-        QVERIFY(Ledger::raises(Value::null(), Value(1000), none));
-        QCOMPARE(Ledger::compute(Value(1000), Value(), {none}, Currency::fromInt(9)).closing, Currency::fromInt(9));
+        QVERIFY(!Ledger::raises(Value(2), Value(4000), rows[1]));
+        // an empty DC_KBN is a debit account
+        QVERIFY(Ledger::raises(Value::null(), Value(1000), rows[0]));
     }
 
     void openingBalanceOverAllFarmers()
@@ -267,34 +258,27 @@ private slots:
         seedSlips();
         Ledger::Filter f;
         f.fmrId = Value(1);
-        f.accId = Value(1000);
         f.from = QStringLiteral("2024/05/01");
         f.year = QStringLiteral("2024");
-        const Ledger::AccountKinds cashKinds = Ledger::accountKinds(Value(1000));
-        QCOMPARE(cashKinds.pgKbn.toLong(), 1);
-        // cash carries on: every farmer's slips before May, the undated not
-        QCOMPARE(Ledger::openingBalance(f.accId, cashKinds.dcKbn, Ledger::openingCriteria(f, cashKinds.pgKbn)),
-                 Currency::fromInt(1000 + 2000 + 9000));
-        // without a start date, only the undated slips
-        f.from.clear();
-        QCOMPARE(Ledger::openingBalance(f.accId, cashKinds.dcKbn, Ledger::openingCriteria(f, cashKinds.pgKbn)),
-                 Currency::fromInt(10000));
+        auto opening = [&f](int acc) {
+            f.accId = Value(acc);
+            const Ledger::AccountKinds k = Ledger::accountKinds(f.accId);
+            return Ledger::openingBalance(f.accId, k.dcKbn, Ledger::openingCriteria(f, k.pgKbn)).toString();
+        };
+        // cash carries on: every farmer's cash before May, the undated not
+        QCOMPARE(opening(1000), QStringLiteral("12000"));
         // sales start again on 1 January, credits less debits
-        f.accId = Value(4000);
-        f.from = QStringLiteral("2024/05/01");
-        const Ledger::AccountKinds sales = Ledger::accountKinds(Value(4000));
-        QCOMPARE(Ledger::openingBalance(f.accId, sales.dcKbn, Ledger::openingCriteria(f, sales.pgKbn)),
-                 Currency::fromInt(2000 + 9000));
+        QCOMPARE(opening(4000), QStringLiteral("11000"));
         // a year before the start date reaches back to its own 1 January
         f.year = QStringLiteral("2023");
-        QCOMPARE(Ledger::openingBalance(f.accId, sales.dcKbn, Ledger::openingCriteria(f, sales.pgKbn)),
-                 Currency::fromInt(1000 + 2000 + 9000));
-        // by name too
+        QCOMPARE(opening(4000), QStringLiteral("12000"));
         f.ctr = QStringLiteral("道の");
-        QCOMPARE(Ledger::openingBalance(f.accId, sales.dcKbn, Ledger::openingCriteria(f, sales.pgKbn)),
-                 Currency::fromInt(1000));
-        // an unknown account has no kinds and no balance
-        QVERIFY(Ledger::accountKinds(Value(9999)).dcKbn.isNull());
+        QCOMPARE(opening(4000), QStringLiteral("1000"));
+        // without a start date, only the undated slips
+        f.ctr.clear();
+        f.from.clear();
+        QCOMPARE(opening(1000), QStringLiteral("10000"));
+        QCOMPARE(opening(9999), QStringLiteral("0"));
     }
 
     void saveFindsTheSlipByNumberAlone()
@@ -348,8 +332,6 @@ private slots:
         QCOMPARE(rig.sum(4), QStringLiteral("6,400"));
         QVERIFY(!rig.list.ctl<QLabel>("lblSUM(1)")->isVisible());
         QVERIFY(rig.list.ctl<QLabel>("lblSUM_CAP(2)")->isVisible());
-        QCOMPARE(gLEDGE_ROWS.size(), 4);
-        QCOMPARE(gLEDGE_ROWS[3][LedgeCol::CTR_NM].toText(), QStringLiteral("O'Neil 商店"));
         QCOMPARE(rig.list.selectedLine(), 1);
         QVERIFY(!rig.list.ctl<QPushButton>("cmdMENU(6)")->isEnabled());
 
@@ -370,12 +352,6 @@ private slots:
         QCOMPARE(column(rig.view, 0), (QStringList{"1", "2", "4"}));
         QVERIFY(rig.msgs.messages.isEmpty());
 
-        // a date the store can't read is refused by the query, and nothing breaks
-        Gui::type(rig.cond(1), QStringLiteral("20241345"));
-        rig.find();
-        QCOMPARE(rig.msgs.count(), 1);
-        QVERIFY(rig.msgs.lastPrompt().startsWith(QStringLiteral("(3075)")));
-        QCOMPARE(rig.msgs.messages[0].buttons, 16);
         // a month with nothing: empty sum, and the row buttons do nothing
         Gui::type(rig.cond(1), QStringLiteral("20300101"));
         rig.find();
@@ -393,7 +369,6 @@ private slots:
         ListRig rig;
         rig.ledger();
         QCOMPARE(rig.list.windowTitle(), QStringLiteral("元帳一覧"));
-        QCOMPARE(rig.list.ctl<QLabel>("lblTITLE")->text(), QStringLiteral("元帳一覧"));
         QCOMPARE(heads(rig.view), (QStringList{"ID", "日付", "科目", "相手先", "備考", "借方", "貸方", "残高"}));
         // no account: an empty list and empty totals, not zero
         QCOMPARE(rig.view->topLevelItemCount(), 0);
@@ -443,6 +418,40 @@ private slots:
         QCOMPARE(rig.list.windowTitle(), QStringLiteral("伝票一覧"));
         QCOMPARE(column(rig.view, 0), (QStringList{"1", "2", "4"}));
         QVERIFY(rig.msgs.messages.isEmpty());
+    }
+
+    void oddFilterTextNeverBreaksTheList()
+    {
+        TestRoot root;
+        seedSlips();
+        ListRig rig;
+        rig.ledger();
+        rig.account(QStringLiteral("現金"));
+        const QStringList odd = {QStringLiteral("'"), QStringLiteral("a#b"), QStringLiteral("50%"),
+                                 QStringLiteral("_"), QStringLiteral("\\"), QStringLiteral("\";--"),
+                                 QStringLiteral("１２３"), QString(50, QChar(0x3042))};
+        for (int field = 0; field < 4; ++field) {
+            for (const QString &text : odd) {
+                rig.msgs.clear();
+                Gui::type(rig.cond(field), text);
+                rig.find();
+                // a refusal is one message of the store, with its number and the stop sign
+                QVERIFY2(rig.msgs.count() <= 1, qPrintable(text));
+                if (rig.msgs.count() == 1) {
+                    QVERIFY2(rig.msgs.lastPrompt().startsWith(QLatin1Char('(')), qPrintable(rig.msgs.lastPrompt()));
+                    QCOMPARE(rig.msgs.messages[0].buttons, 16);
+                }
+                // a date that is no date is always refused
+                if (field == 1 || field == 2)
+                    QCOMPARE(rig.msgs.count(), 1);
+                QVERIFY(rig.list.isVisible());
+            }
+            Gui::type(rig.cond(field), field == 3 ? QStringLiteral("2024") : QString());
+        }
+        // names are matched as typed, quotes included
+        Gui::type(rig.cond(0), QStringLiteral("'Neil"));
+        rig.find();
+        QCOMPARE(column(rig.view, 0), QStringList{"7"});
     }
 
     void lockedSlipsAreRefused()
@@ -669,6 +678,11 @@ private slots:
             QCOMPARE(txt(f, 1)->text() + txt(f, 4)->text() + txt(f, 5)->text(), QString());
             QCOMPARE(cmb(f, 1)->currentIndex(), 0);
             QCOMPARE(f.ctl<QLabel>("lblDATA(0)")->text(), QString());
+            // a new size starts the entry over: what was typed is gone
+            Gui::type(txt(f, 1), QStringLiteral("途中まで"));
+            f.resize(f.width() + 120, f.height() + 60);
+            Gui::settle();
+            QCOMPARE(txt(f, 1)->text(), QString());
             Gui::click(btn(f, 1));
         });
         rig.press(5);
@@ -744,12 +758,6 @@ private slots:
             QCOMPARE(from->text(), months[0]);
             QCOMPARE(dlg.ctl<QLineEdit>("txtCOND(1)")->text(), months[1]);
             QCOMPARE(dlg.ctl<QComboBox>("cmbCOND")->count(), 0);
-            // year and month complete as typed, seven characters at most
-            Gui::type(from, QString());
-            Gui::typeKeys(from, QStringLiteral("2023"));
-            QCOMPARE(from->text(), QStringLiteral("2023/"));
-            Gui::typeKeys(from, QStringLiteral("0456"));
-            QCOMPARE(from->text(), QStringLiteral("2023/04"));
             // the preview isn't there yet
             gREP_ID = 0;
             Gui::click(dlg.ctl<QPushButton>("Command1(1)"));
