@@ -259,15 +259,14 @@ bool EntryConventions::eventFilter(QObject *watched, QEvent *event)
 {
     // Enter in the open list of a drop-down: the pick is made, then the move.
     if (auto *view = qobject_cast<QAbstractItemView *>(watched)) {
-        if (isEnter(event)) {
-            auto *combo = qobject_cast<QComboBox *>(view->property("ownerCombo").value<QObject *>());
-            if (combo)
+        if (auto *combo = qobject_cast<QComboBox *>(view->property("ownerCombo").value<QObject *>())) {
+            if (isEnter(event))
                 QTimer::singleShot(0, combo, [combo] {
                     if (combo->hasFocus())
                         sendTab(combo);
                 });
+            return false;
         }
-        return false;
     }
     auto *w = qobject_cast<QWidget *>(watched);
     if (!w)

@@ -7,6 +7,7 @@
 #include "core/Screens.h"
 #include "diary/frmDairyCal.h"
 #include "diary/modOldCal.h"
+#include "shipping/ShipData.h"
 #include "store/Database.h"
 #include "store/Lookup.h"
 
@@ -532,11 +533,17 @@ void frmDairyInput::addClicked()
 
 void frmDairyInput::deleteClicked()
 {
-    if (cmdSUB[0]->text() == QLatin1String("参照")) {
+    if (cmdSUB[0]->text() == QStringLiteral("参照")) {
         // A shipment line is looked at in the shipment screen, not changed here.
         const DiaryDtlRec *r = currentRow();
         if (!r || !hasValue(r->SHIP_ID) || r->SHIP_ID.toDouble() == 0)
             return;
+        RecordsetPtr rs = gDB->GetStaticRst(
+            QStringLiteral("SELECT ") + QStringLiteral(" D_SHIP.* ") +
+            QStringLiteral(" FROM D_SHIP INNER JOIN D_PLANT ON D_SHIP.PLANT_ID=D_PLANT.PLANT_ID") +
+            QStringLiteral(" WHERE D_SHIP.FMR_ID=") + Nz(gFMR_ID, Value(0)).toText() + QStringLiteral(" AND SHIP_ID=") +
+            r->SHIP_ID.toText() + QStringLiteral(" ORDER BY D_SHIP.SHIP_DATE,D_SHIP.PLANT_ID,D_SHIP.SHIP_ID"));
+        LoadShipRows(*rs);
         gMODE = 3;
         gROW_IDX = 0;
         openScreen(QStringLiteral("frmShipInput"));

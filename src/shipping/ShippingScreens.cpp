@@ -1,4 +1,10 @@
 // Registers the shipping screens by name.
 #include "core/Screens.h"
+#include "shipping/frmShipInput.h"
+#include "shipping/frmShipList.h"
 
-void registerShippingScreens() {}
+void registerShippingScreens()
+{
+    registerScreen(QStringLiteral("frmShipList"), [] { return new frmShipList; });
+    registerScreen(QStringLiteral("frmShipInput"), [] { return new frmShipInput; });
+}
