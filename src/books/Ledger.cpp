@@ -1,5 +1,6 @@
 #include "Ledger.h"
 
+#include "core/SqlText.h"
 #include "diary/BookPage.h"
 #include "store/Database.h"
 #include "store/Lookup.h"
@@ -16,9 +17,7 @@ QString idText(const Value &v) { return Nz(v, Value(0)).toText(); }
 // A name goes into the statement between quotes: a quote in it is doubled.
 QString likeTerm(const QString &ctr)
 {
-    QString t = ctr;
-    t.replace(QLatin1Char('\''), QStringLiteral("''"));
-    return QStringLiteral(" D_LEDGE.CTR_NM LIKE '%") + t + QStringLiteral("%'");
+    return QStringLiteral(" D_LEDGE.CTR_NM LIKE '%") + Sql::escaped(ctr) + QStringLiteral("%'");
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "core/AppError.h"
 #include "core/Globals.h"
 #include "core/Helpers.h"
+#include "core/SqlText.h"
 #include "pesticide/ChemiStock.h"
 #include "store/Database.h"
 #include "store/Lookup.h"
@@ -219,7 +220,7 @@ void DiaryDay::SaveUseChemi()
         QString planting = QStringLiteral("4160,2,") + sqlValue(r.PLANT_ID) + QStringLiteral(",NULL");
         const QString name = useQuantityText(r.QTY, r.UNIT_ID);
         QString pesticide = QStringLiteral("1130,3,") + sqlValue(r.CHEMI_ID) + QLatin1Char(',') +
-                            (name.isEmpty() ? QStringLiteral("NULL") : QLatin1Char('\'') + name + QLatin1Char('\''));
+                            Sql::quotedOrNull(Value(name));
         QString debit = planting, credit = pesticide;
         if (qty < 0) {
             // a correction: the sides change places and the amount comes out positive
@@ -234,10 +235,10 @@ void DiaryDay::SaveUseChemi()
                                  "D_OPT_NM, C_ACC_ID, C_OPT_KBN, C_OPT_ID, C_OPT_NM, CTR_NM, NOTES, AMT, IDATE, UDATE, "
                                  "LAST_TM, HOLD_TM) VALUES (") +
                   farmer() + QLatin1Char(',') + r.LEDGE_ID.toText() + QStringLiteral(",#") + sqlDay() +
-                  QStringLiteral("#,") + debit + QLatin1Char(',') + credit + QStringLiteral(",NULL,'") + notes +
-                  QStringLiteral("',") + amount.toString() + QLatin1Char(',') + idate + QStringLiteral(",#") +
-                  DateUtil::sqlText(DateUtil::now()) + QStringLiteral("#,'") + GetCompName() +
-                  QStringLiteral("',NULL)"));
+                  QStringLiteral("#,") + debit + QLatin1Char(',') + credit + QStringLiteral(",NULL,") + Sql::quoted(notes) +
+                  QLatin1Char(',') + amount.toString() + QLatin1Char(',') + idate + QStringLiteral(",#") +
+                  DateUtil::sqlText(DateUtil::now()) + QStringLiteral("#,") + Sql::quoted(GetCompName()) +
+                  QStringLiteral(",NULL)"));
     }
 }
 

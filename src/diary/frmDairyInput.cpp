@@ -5,6 +5,7 @@
 #include "core/Globals.h"
 #include "core/Msg.h"
 #include "core/Screens.h"
+#include "core/SqlText.h"
 #include "diary/frmDairyCal.h"
 #include "diary/modOldCal.h"
 #include "shipping/ShipData.h"
@@ -379,12 +380,12 @@ void frmDairyInput::SetCombo1(int)
     Combo1->clear();
     // Names used for this kind of work, those of the same crop first.
     RecordsetPtr rs = gDB->GetFwdOnlyRst(
-        QStringLiteral("SELECT DISTINCT ") + QStringLiteral(" D_PLANT.CROP_NM='") + crop +
+        QStringLiteral("SELECT DISTINCT ") + QStringLiteral(" D_PLANT.CROP_NM='") + Sql::escaped(crop) +
         QStringLiteral("' AS CROP_MATCH,") + QStringLiteral(" D_DIARY_DTL.WORK_NM ") +
         QStringLiteral(" FROM D_DIARY_DTL ") + QStringLiteral(" INNER JOIN D_PLANT ") +
         QStringLiteral(" ON (D_DIARY_DTL.PLANT_ID = D_PLANT.PLANT_ID) ") +
         QStringLiteral(" AND (D_DIARY_DTL.FMR_ID = D_PLANT.FMR_ID)") + QStringLiteral(" WHERE WORK_KBN=") +
-        Nz(r.WORK_KBN, Value(0)).toText() + QStringLiteral(" ORDER BY D_PLANT.CROP_NM='") + crop +
+        Nz(r.WORK_KBN, Value(0)).toText() + QStringLiteral(" ORDER BY D_PLANT.CROP_NM='") + Sql::escaped(crop) +
         QStringLiteral("', D_DIARY_DTL.WORK_NM"));
     for (; !rs->eof(); rs->MoveNext())
         Combo1->addItem(textOf(rs->Fields(QStringLiteral("WORK_NM"))));

@@ -2,6 +2,7 @@
 
 #include "core/AppError.h"
 #include "core/Globals.h"
+#include "core/SqlText.h"
 #include "store/Database.h"
 #include "store/Lookup.h"
 
@@ -163,62 +164,24 @@ QString toWide(const QString &text)
     return out;
 }
 
-QString leadingNumber(const QString &text)
-{
-    static const QRegularExpression re(QStringLiteral("^\\s*([+-]?(\\d+(\\.\\d*)?|\\.\\d+))"));
-    const QRegularExpressionMatch m = re.match(narrowAscii(text));
-    if (!m.hasMatch())
-        return QStringLiteral("0");
-    const double d = m.captured(1).toDouble();
-    if (d == std::floor(d) && std::fabs(d) < 1e15)
-        return QString::number(qint64(d));
-    return QString::number(d, 'g', 15);
-}
 
-QString dayText(const Value &date)
-{
-    if (!hasValue(date))
-        return QString();
-    if (date.isDateType() || IsDate(date))
-        return DateUtil::format(date.toDate(), QStringLiteral("yyyy/MM/dd"));
-    return date.toText();
-}
 
-QString sqlNumber(const Value &v)
-{
-    if (!hasValue(v))
-        return QStringLiteral("0");
-    if (!IsNumeric(v))
-        return leadingNumber(v.toText());
-    const double d = v.toDouble();
-    if (d == std::floor(d) && std::fabs(d) < 1e15)
-        return QString::number(qint64(d));
-    return QString::number(d, 'g', 15);
-}
 
-QString sqlText(const QString &text)
-{
-    QString t = text;
-    t.replace(QLatin1Char('\''), QStringLiteral("''"));
-    return QLatin1Char('\'') + t + QLatin1Char('\'');
-}
 
 QString listSql(const ListFilter &f)
 {
-    QStringList criteria{QStringLiteral(" D_CHEMI.FMR_ID=") + sqlNumber(f.farmer)};
+    QStringList criteria{QStringLiteral(" D_CHEMI.FMR_ID=") + Sql::number(f.farmer)};
     if (hasValue(f.uses) && !isNumber(f.uses, 0))
-        criteria << QStringLiteral(" D_CHEMI.USES=") + sqlNumber(f.uses);
+        criteria << QStringLiteral(" D_CHEMI.USES=") + Sql::number(f.uses);
     if (!f.name.isEmpty()) {
-        QString name = f.name;
-        name.replace(QLatin1Char('\''), QStringLiteral("''"));
-        criteria << QStringLiteral(" D_CHEMI.CHEMI_NM LIKE '%") + name + QStringLiteral("%'");
+        criteria << QStringLiteral(" D_CHEMI.CHEMI_NM LIKE '%") + Sql::escaped(f.name) + QStringLiteral("%'");
     }
     if (!f.dateFrom.isEmpty())
         criteria << QStringLiteral(" D_CHEMI.PUR_DATE>=#") + filterDate(f.dateFrom) + QStringLiteral("#");
     if (!f.dateTo.isEmpty())
         criteria << QStringLiteral(" D_CHEMI.PUR_DATE<=#") + filterDate(f.dateTo) + QStringLiteral("#");
     if (!f.regNo.isEmpty())
-        criteria << QStringLiteral(" D_CHEMI.REG_NO=") + leadingNumber(f.regNo);
+        criteria << QStringLiteral(" D_CHEMI.REG_NO=") + Sql::leadingNumber(f.regNo);
     if (f.stock == Stock::InHand)
         criteria << QStringLiteral(" D_CHEMI.REST_QTY>0");
     else if (f.stock == Stock::UsedUp)
@@ -262,7 +225,7 @@ void setChemiData(ChemiRow &r)
         QStringLiteral(" LEFT JOIN L_KBN ON L_CHEMI.USES = L_KBN.NOTE)") +
         QStringLiteral(" LEFT JOIN L_KBN AS L_KBN_1 ON L_CHEMI.CHEMI_TYPE = L_KBN_1.NOTE") +
         QStringLiteral(" WHERE L_KBN.KBN=15") + QStringLiteral(" AND L_KBN_1.KBN=16") +
-        QStringLiteral(" AND L_CHEMI.REG_NO=") + leadingNumber(regNo));
+        QStringLiteral(" AND L_CHEMI.REG_NO=") + Sql::leadingNumber(regNo));
     if (rs->eof()) {
         r.CHEMI_NM = r.CHEMI_KIND = r.MAKER_NM = r.CHEMI_TYPE = r.USES = Value::null();
     } else {
@@ -289,7 +252,7 @@ Crop cropOf(const QString &name)
 {
     Crop c;
     c.name = name;
-    const QString where = QStringLiteral("CROP_NM1=") + sqlText(name);
+    const QString where = QStringLiteral("CROP_NM1=") + Sql::quoted(name);
     c.group = Nz(gWORK->DLookup(QStringLiteral("CROP_KBN"), QStringLiteral("L_CROP"), where), Value(QString())).toText();
     c.item = Nz(gWORK->DLookup(QStringLiteral("CROP_NM2"), QStringLiteral("L_CROP"), where), Value(QString())).toText();
     return c;
@@ -305,7 +268,7 @@ QVector<ApplRow> applications(const Value &regNo, const Crop &crop)
                        "L_CHEMI_APPL_MATCH.CROP_KBN_NG") +
         QStringLiteral(" FROM L_CHEMI_APPL INNER JOIN L_CHEMI_APPL_MATCH ON L_CHEMI_APPL.CROP_NM = "
                        "L_CHEMI_APPL_MATCH.CHEMI_CROP_NM") +
-        QStringLiteral(" WHERE L_CHEMI_APPL.REG_NO=") + leadingNumber(hasValue(regNo) ? regNo.toText() : QString()) +
+        QStringLiteral(" WHERE L_CHEMI_APPL.REG_NO=") + Sql::leadingNumber(hasValue(regNo) ? regNo.toText() : QString()) +
         // in the order of the distinct rows, the same on every engine
         QStringLiteral(" ORDER BY L_CHEMI_APPL.TARGET, L_CHEMI_APPL.PURPOSE, L_CHEMI_APPL.DILUTION, "
                        "L_CHEMI_APPL.USE_QTY, L_CHEMI_APPL.SEASON, L_CHEMI_APPL.USE_TIMES, L_CHEMI_APPL.USE_WAY, "
@@ -332,8 +295,8 @@ QVector<ApplRow> applications(const Value &regNo, const Crop &crop)
 
 QString deleteRefusal(const Value &farmer, const Value &chemiId)
 {
-    const QString key = QStringLiteral("FMR_ID=") + sqlNumber(farmer) + QStringLiteral(" AND CHEMI_ID=") +
-                        sqlNumber(chemiId);
+    const QString key = QStringLiteral("FMR_ID=") + Sql::number(farmer) + QStringLiteral(" AND CHEMI_ID=") +
+                        Sql::number(chemiId);
     if (Nz(gDB->DCount(QStringLiteral("*"), QStringLiteral("D_DIARY_DTL"), key), Value(0)).toDouble() == 0)
         return QString();
     const Value day = gDB->DMin(QStringLiteral("WORK_DATE"), QStringLiteral("D_DIARY_DTL"), key);
@@ -362,10 +325,10 @@ QString purchaseSlipSql(int mode, const ChemiRow &r, const QString &computer)
         return QString();
     const QString name = slipLotText(r);
     const QString lot = QString::number(StockAccount) + QLatin1Char(',') + QString::number(LotSide) +
-                        QLatin1Char(',') + sqlNumber(r.CHEMI_ID) + QLatin1Char(',') +
-                        (name.isEmpty() ? QStringLiteral("NULL") : sqlText(name));
+                        QLatin1Char(',') + Sql::number(r.CHEMI_ID) + QLatin1Char(',') +
+                        (name.isEmpty() ? QStringLiteral("NULL") : Sql::quoted(name));
     const QString money =
-        (hasValue(r.ACC_ID) ? sqlNumber(r.ACC_ID) : QStringLiteral("NULL")) + QStringLiteral(",0,0,NULL");
+        (hasValue(r.ACC_ID) ? Sql::number(r.ACC_ID) : QStringLiteral("NULL")) + QStringLiteral(",0,0,NULL");
     // A purchase puts stock on the debit side; a negative one (a return)
     // turns the sides round and keeps the amount positive.
     const bool purchase = amount > Currency();
@@ -382,12 +345,12 @@ QString purchaseSlipSql(int mode, const ChemiRow &r, const QString &computer)
     return QStringLiteral("INSERT INTO D_LEDGE (FMR_ID, LEDGE_ID, LEDGE_DATE, D_ACC_ID, D_OPT_KBN, D_OPT_ID, "
                           "D_OPT_NM, C_ACC_ID, C_OPT_KBN, C_OPT_ID, C_OPT_NM, CTR_NM, NOTES, AMT, IDATE, UDATE, "
                           "LAST_TM, HOLD_TM) VALUES (") +
-           sqlNumber(r.FMR_ID) + QLatin1Char(',') + sqlNumber(r.LEDGE_ID) + QLatin1Char(',') +
+           Sql::number(r.FMR_ID) + QLatin1Char(',') + Sql::number(r.LEDGE_ID) + QLatin1Char(',') +
            dateLiteral(r.PUR_DATE.toDate()) + QLatin1Char(',') + (purchase ? lot : money) + QLatin1Char(',') +
-           (purchase ? money : lot) + QLatin1Char(',') + (shop.isEmpty() ? QStringLiteral("NULL") : sqlText(shop)) +
-           QLatin1Char(',') + sqlText(textOf(r.NOTES)) + QLatin1Char(',') +
+           (purchase ? money : lot) + QLatin1Char(',') + (shop.isEmpty() ? QStringLiteral("NULL") : Sql::quoted(shop)) +
+           QLatin1Char(',') + Sql::quoted(textOf(r.NOTES)) + QLatin1Char(',') +
            (purchase ? amount : -amount).toString() + QLatin1Char(',') + idate + QLatin1Char(',') + udate +
-           QLatin1Char(',') + sqlText(computer) + QStringLiteral(",NULL)");
+           QLatin1Char(',') + Sql::quoted(computer) + QStringLiteral(",NULL)");
 }
 
 bool saveLot(int mode, ChemiRow &r, const QString &computer)
@@ -399,8 +362,8 @@ bool saveLot(int mode, ChemiRow &r, const QString &computer)
         r.CHEMI_ID = Value::int32(qint64(Nz(max, Value(0)).toDouble()) + 1);
     }
     const auto slipKey = [&r] {
-        return QStringLiteral("FMR_ID=") + sqlNumber(r.FMR_ID) + QStringLiteral(" AND LEDGE_ID=") +
-               sqlNumber(r.LEDGE_ID);
+        return QStringLiteral("FMR_ID=") + Sql::number(r.FMR_ID) + QStringLiteral(" AND LEDGE_ID=") +
+               Sql::number(r.LEDGE_ID);
     };
     // 2. the old purchase slip goes
     if ((mode == 2 || mode == 4) && numberOf(r.LEDGE_ID) > 0)
@@ -417,13 +380,13 @@ bool saveLot(int mode, ChemiRow &r, const QString &computer)
             if (Nz(gDB->DCount(QStringLiteral("*"), QStringLiteral("D_LEDGE"), slipKey()), Value(0)).toDouble() != 0)
                 throw AppError(VbErr::InvalidCall,
                                QStringLiteral("伝票番号%1は既に他の伝票に使われているため、購入の伝票を登録できません。")
-                                   .arg(sqlNumber(r.LEDGE_ID)));
+                                   .arg(Sql::number(r.LEDGE_ID)));
             gDB->EXEC(purchaseSlipSql(mode, r, computer));
         }
     }
     // 4. the lot
     RecordsetPtr rs = gDB->GetDynamicRst(QStringLiteral("SELECT D_CHEMI.* FROM D_CHEMI WHERE D_CHEMI.CHEMI_ID=") +
-                                         sqlNumber(r.CHEMI_ID));
+                                         Sql::number(r.CHEMI_ID));
     if (mode == 1) {
         rs->AddNew();
         rs->SetField(QStringLiteral("FMR_ID"), r.FMR_ID);

@@ -4,6 +4,7 @@
 // names from the register, the crop match of the registered uses, the
 // refusal of a delete, the save with its purchase slip).
 
+#include "core/SqlText.h"
 #include "core/Value.h"
 
 #include <QString>
@@ -46,18 +47,6 @@ constexpr int LotSide = 3;
 // Narrow letters, digits, signs and blanks, and half-width katakana, made
 // full width (ｶﾞ becomes ガ): names from the register are kept so.
 QString toWide(const QString &text);
-
-// The number at the start of a text, as a statement takes it: full-width
-// digits read as narrow ones, blanks before it skipped, "0" when the text
-// starts with no number ("90001", "12ab" gives 12, "abc" gives 0).
-QString leadingNumber(const QString &text);
-
-// A date as "yyyy/mm/dd"; Null, Empty and text that is no date as "".
-QString dayText(const Value &date);
-// A number or id for a statement; Null and Empty give 0.
-QString sqlNumber(const Value &v);
-// A text between single quotes for a statement, quotes doubled.
-QString sqlText(const QString &text);
 
 // The filters of the pesticide list.
 enum class Stock { InHand, UsedUp, All };

@@ -7,6 +7,7 @@
 #include "core/Globals.h"
 #include "core/Helpers.h"
 #include "core/Msg.h"
+#include "core/SqlText.h"
 #include "diary/frmDairyCal.h"
 #include "store/Database.h"
 
@@ -326,7 +327,7 @@ void frmChemiInput::DispData()
     txtDATA[1]->setText(textOf(r.CHEMI_NM));
     txtDATA[2]->setText(textOf(r.CHEMI_KIND));
     txtDATA[3]->setText(textOf(r.MAKER_NM));
-    txtDATA[4]->setText(Chemi::dayText(r.PUR_DATE));
+    txtDATA[4]->setText(Sql::dayText(r.PUR_DATE));
     txtDATA[5]->setText(textOf(r.PUR_SHOP));
     txtDATA[6]->setText(textOf(r.PUR_QTY));
     txtDATA[7]->setText(textOf(r.PUR_AMT));

@@ -8,6 +8,7 @@
 #include "core/Entry.h"
 #include "core/Globals.h"
 #include "core/Msg.h"
+#include "core/SqlText.h"
 #include "store/Database.h"
 #include "store/Lookup.h"
 
@@ -205,7 +206,7 @@ void frmChemiList::SetList()
         item->setText(1, GetKbn15Nm(r.USES));
         item->setText(2, textOf(r.CHEMI_NM));
         item->setText(3, textOf(r.REG_NO));
-        item->setText(4, Chemi::dayText(r.PUR_DATE));
+        item->setText(4, Sql::dayText(r.PUR_DATE));
         item->setText(5, textOf(r.PUR_QTY));
         item->setText(6, textOf(r.USED_QTY));
         item->setText(7, textOf(r.REST_QTY));

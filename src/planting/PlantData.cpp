@@ -1,6 +1,7 @@
 #include "PlantData.h"
 
 #include "core/AppError.h"
+#include "core/SqlText.h"
 #include "store/Database.h"
 
 #include <QHash>
@@ -186,44 +187,19 @@ QString harvestListText(const Value &ym)
     return n < 0 ? QLatin1Char('-') + text : text;
 }
 
-QString dayText(const Value &date)
-{
-    if (!hasValue(date))
-        return QString();
-    if (date.isDateType() || IsDate(date))
-        return DateUtil::format(date.toDate(), QStringLiteral("yyyy/MM/dd"));
-    return date.toText();
-}
 
-QString sqlNumber(const Value &v)
-{
-    if (!hasValue(v))
-        return QStringLiteral("0");
-    if (!IsNumeric(v))
-        return v.toText();
-    const double d = v.toDouble();
-    if (d == std::floor(d) && std::fabs(d) < 1e15)
-        return QString::number(qint64(d));
-    return QString::number(d, 'g', 15);
-}
 
-QString sqlText(const QString &text)
-{
-    QString t = text;
-    t.replace(QLatin1Char('\''), QStringLiteral("''"));
-    return QLatin1Char('\'') + t + QLatin1Char('\'');
-}
 
 QString listSql(const QString &yearText, const QString &crop, const Value &kind)
 {
     QStringList criteria;
     if (!yearText.isEmpty())
         criteria << QStringLiteral(" D_PLANT.YYYY=") +
-                        (IsNumeric(Value(yearText)) ? sqlNumber(Value(yearText)) : yearText);
+                        (IsNumeric(Value(yearText)) ? Sql::number(Value(yearText)) : yearText);
     if (!crop.isEmpty())
-        criteria << QStringLiteral(" D_PLANT.CROP_NM=") + sqlText(crop);
+        criteria << QStringLiteral(" D_PLANT.CROP_NM=") + Sql::quoted(crop);
     if (hasValue(kind) && !(IsNumeric(kind) && kind.toDouble() == 0))
-        criteria << QStringLiteral(" D_PLANT.PLANT_TYPE=") + sqlNumber(kind);
+        criteria << QStringLiteral(" D_PLANT.PLANT_TYPE=") + Sql::number(kind);
     QString sql = QStringLiteral("SELECT") + QStringLiteral(" D_PLANT.* ") + QStringLiteral(" FROM D_PLANT ");
     if (!criteria.isEmpty())
         sql += QStringLiteral(" WHERE") + criteria.join(QStringLiteral(" AND "));
@@ -259,14 +235,14 @@ int rowOfPlant(const Value &id)
 Value nextPlantId(const Value &farmer)
 {
     const Value max = gDB->DMax(QStringLiteral("PLANT_ID"), QStringLiteral("D_PLANT"),
-                                QStringLiteral("FMR_ID=") + sqlNumber(farmer));
+                                QStringLiteral("FMR_ID=") + Sql::number(farmer));
     return Value::int32(qint64(Nz(max, Value(0)).toDouble()) + 1);
 }
 
 QString deleteRefusal(const Value &farmer, const Value &plantId)
 {
-    const QString key = QStringLiteral("FMR_ID=") + sqlNumber(farmer) + QStringLiteral(" AND PLANT_ID=") +
-                        sqlNumber(plantId);
+    const QString key = QStringLiteral("FMR_ID=") + Sql::number(farmer) + QStringLiteral(" AND PLANT_ID=") +
+                        Sql::number(plantId);
     const auto earliest = [&](const QString &column, const QString &table) {
         const Value d = gDB->DMin(column, table, key);
         return DateUtil::format(d.toDate(), QStringLiteral("M月d日"));
@@ -285,7 +261,7 @@ bool saveRecord(int mode, const PlantRow &row, const QString &computer)
     // The number alone finds the row: a change takes the first row of that
     // number, whichever farmer it belongs to.
     RecordsetPtr rs = gDB->GetDynamicRst(QStringLiteral("SELECT D_PLANT.* FROM D_PLANT WHERE D_PLANT.PLANT_ID=") +
-                                         sqlNumber(row.PLANT_ID));
+                                         Sql::number(row.PLANT_ID));
     if (mode == 1) {
         rs->AddNew();
         rs->SetField(QStringLiteral("FMR_ID"), row.FMR_ID);

@@ -3,6 +3,7 @@
 // of the planting screens that need no window (the harvest month, the list's
 // statement, the refusal of a delete, the save).
 
+#include "core/SqlText.h"
 #include "core/Value.h"
 
 #include <QDate>
@@ -58,15 +59,6 @@ QString harvestYearText(const Value &ym);
 QString harvestMonthText(const Value &ym);
 // The list's form "0000/00".
 QString harvestListText(const Value &ym);
-
-// A date as "yyyy/mm/dd"; Null, Empty and text that is no date as "".
-QString dayText(const Value &date);
-
-// A number or id for a statement: its numeric value in narrow digits
-// ("１２" gives 12). Null and Empty give 0.
-QString sqlNumber(const Value &v);
-// A text between single quotes for a statement, quotes doubled.
-QString sqlText(const QString &text);
 
 // The list's statement. yearText: the year box (a number, or empty for all
 // years); crop: the crop chosen, "" for all; kind: the planting kind's id,

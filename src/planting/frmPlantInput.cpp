@@ -7,6 +7,7 @@
 #include "core/Globals.h"
 #include "core/Helpers.h"
 #include "core/Msg.h"
+#include "core/SqlText.h"
 #include "diary/frmDairyCal.h"
 #include "store/Database.h"
 
@@ -198,7 +199,7 @@ frmPlantInput::frmPlantInput(QWidget *parent) : Form(QStringLiteral("frmPlantInp
     // The work is over today; it is kept with the next 登録.
     onClick(cmdMENU[2], [this] {
         mDATA[0].END_DATE = Value(DateUtil::today());
-        txtDATA[10]->setText(Plant::dayText(mDATA[0].END_DATE));
+        txtDATA[10]->setText(Sql::dayText(mDATA[0].END_DATE));
     });
 }
 
@@ -285,8 +286,7 @@ void frmPlantInput::setCropList(const QString &group)
     QComboBox *c = cmbDATA[2];
     c->clear();
     addEmptyItem(c);
-    QString like = group;
-    like.replace(QLatin1Char('\''), QStringLiteral("''"));
+    const QString like = Sql::escaped(group);
     RecordsetPtr rs = gWORK->GetFwdOnlyRst(QStringLiteral("SELECT L_CROP.CROP_NM1 FROM L_CROP WHERE L_CROP.CROP_KBN LIKE '") +
                                            like + QStringLiteral("%' ORDER BY L_CROP.CROP_NM1"));
     for (; !rs->eof(); rs->MoveNext()) {
@@ -358,19 +358,19 @@ void frmPlantInput::DispData()
     txtDATA[6]->setText(textOf(r.FIELD_NM));
     txtDATA[7]->setText(textOf(r.AREA));
     lblDATA[1]->setText(textOf(r.CROP_EST));
-    txtDATA[11]->setText(Plant::dayText(r.PLANT_DATE));
-    txtDATA[9]->setText(Plant::dayText(r.START_DATE));
-    txtDATA[10]->setText(Plant::dayText(r.END_DATE));
+    txtDATA[11]->setText(Sql::dayText(r.PLANT_DATE));
+    txtDATA[9]->setText(Sql::dayText(r.START_DATE));
+    txtDATA[10]->setText(Sql::dayText(r.END_DATE));
     txtDATA[12]->setText(textOf(r.SHIP_EST));
-    txtDATA[13]->setText(Plant::dayText(r.SHIP_SCHD_DATE1));
-    txtDATA[14]->setText(Plant::dayText(r.SHIP_SCHD_DATE2));
+    txtDATA[13]->setText(Sql::dayText(r.SHIP_SCHD_DATE1));
+    txtDATA[14]->setText(Sql::dayText(r.SHIP_SCHD_DATE2));
     txtDATA[15]->setText(textOf(r.NOTES1));
     txtDATA[16]->setText(textOf(r.NOTES2));
 
     // The crop's group, then the crops of that group.
     const QString crop = textOf(r.CROP_NM);
     const Value group = gWORK->DLookup(QStringLiteral("CROP_KBN"), QStringLiteral("L_CROP"),
-                                       QStringLiteral("CROP_NM1=") + Plant::sqlText(crop));
+                                       QStringLiteral("CROP_NM1=") + Sql::quoted(crop));
     selectItemData(cmbDATA[1], group);
     setCropList(Nz(group, Value(QString())).toText());
     cmbDATA[2]->setCurrentIndex(crop.isEmpty() ? -1 : cmbDATA[2]->findText(crop, Qt::MatchExactly));
@@ -427,7 +427,7 @@ bool frmPlantInput::txtLeave(int index)
         if (!text.isEmpty()) {
             r.PRD_ID = numberOrNull(text);
             const Value nm = gMST->DLookup(QStringLiteral("PRD_NM"), QStringLiteral("M_PRD"),
-                                           QStringLiteral("PRD_ID=") + Plant::sqlNumber(r.PRD_ID));
+                                           QStringLiteral("PRD_ID=") + Sql::number(r.PRD_ID));
             r.PRD_NM = textOrNull(textOf(nm));
         } else {
             r.PRD_ID = r.PRD_NM = Value::null();
@@ -486,7 +486,7 @@ bool frmPlantInput::cmbLeave(int index)
         txtDATA[2]->setText(crop);
         txtLeave(2);
         const Value item = gWORK->DLookup(QStringLiteral("CROP_NM2"), QStringLiteral("L_CROP"),
-                                          QStringLiteral("CROP_NM1=") + Plant::sqlText(crop));
+                                          QStringLiteral("CROP_NM1=") + Sql::quoted(crop));
         txtDATA[3]->setText(textOf(item));
         txtLeave(3);
         break;

@@ -7,6 +7,7 @@
 #include "core/Entry.h"
 #include "core/Globals.h"
 #include "core/Msg.h"
+#include "core/SqlText.h"
 #include "store/Database.h"
 
 #include <QApplication>
@@ -157,7 +158,7 @@ void frmPlantList::SetList()
         auto *item = new QTreeWidgetItem;
         item->setText(0, textOf(r.PLANT_ID));
         item->setText(1, textOf(r.PLANT_NM));
-        item->setText(2, Plant::dayText(r.PLANT_DATE));
+        item->setText(2, Sql::dayText(r.PLANT_DATE));
         item->setText(3, Plant::harvestListText(r.HARVEST_SCHD_YM));
         item->setText(4, textOf(r.CROP_NM1));
         item->setText(5, textOf(r.AREA));

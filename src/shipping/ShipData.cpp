@@ -3,6 +3,7 @@
 #include "core/Globals.h"
 #include "core/Helpers.h"
 #include "core/Msg.h"
+#include "core/SqlText.h"
 #include "store/Database.h"
 #include "store/Lookup.h"
 
@@ -120,7 +121,6 @@ void stepD(ShipRow &r)
     stepF(r);
 }
 
-QString quotedOrNull(const Value &v) { return hasValue(v) && !v.toText().isEmpty() ? QLatin1Char('\'') + v.toText() + QLatin1Char('\'') : QStringLiteral("NULL"); }
 QString sqlDate(const Value &v) { return QLatin1Char('#') + DateUtil::sqlText(v.toDate()) + QLatin1Char('#'); }
 
 } // namespace
@@ -286,9 +286,9 @@ void insertSlip(const ShipRow &r, int mode, const Value &ledgeId, const QString 
                              "LAST_TM, HOLD_TM) VALUES (") +
               farmer + QLatin1Char(',') + ledgeId.toText() + QLatin1Char(',') + sqlDate(r.SHIP_DATE) +
               QLatin1Char(',') + debit + QLatin1Char(',') + credit + QLatin1Char(',') +
-              (shop.isEmpty() ? QStringLiteral("NULL") : QLatin1Char('\'') + shop + QLatin1Char('\'')) +
+              Sql::quotedOrNull(Value(shop)) +
               QLatin1Char(',') + notes + QLatin1Char(',') + Value(amount).toText() + QLatin1Char(',') + idate +
-              QLatin1Char(',') + udate + QStringLiteral(",'") + GetCompName() + QStringLiteral("',NULL)"));
+              QLatin1Char(',') + udate + QLatin1Char(',') + Sql::quoted(GetCompName()) + QStringLiteral(",NULL)"));
 }
 
 // The sides of the slips: the money side and the planting's side.
@@ -296,7 +296,7 @@ QString moneySide(const ShipRow &r) { return Nz(r.ACC_ID, Value(0)).toText() + Q
 QString plantSide(int acc, const ShipRow &r)
 {
     return QString::number(acc) + QStringLiteral(",2,") + Nz(r.PLANT_ID, Value(0)).toText() + QLatin1Char(',') +
-           quotedOrNull(r.PRD_NM);
+           Sql::quotedOrNull(r.PRD_NM);
 }
 
 void postSlip(ShipRow &r, int mode, Value &ledgeId, double amount, bool sale)
@@ -319,7 +319,7 @@ void postSlip(ShipRow &r, int mode, Value &ledgeId, double amount, bool sale)
         debit = plantSide(account, r);
         credit = moneySide(r);
     }
-    const QString notes = sale ? QLatin1Char('\'') + textOf(r.NOTES) + QLatin1Char('\'') : QStringLiteral("NULL");
+    const QString notes = sale ? Sql::quoted(textOf(r.NOTES)) : QStringLiteral("NULL");
     insertSlip(r, mode, ledgeId, debit, credit, notes, amount > 0 ? amount : -amount);
 }
 
@@ -374,7 +374,7 @@ bool post(ShipRow &r, int mode)
     if ((mode == 1 || mode == 2) && gDB->DCount(QStringLiteral("*"), QStringLiteral("D_DIARY"), key).toLong() == 0)
         gDB->EXEC(QStringLiteral("INSERT INTO D_DIARY (FMR_ID, WORK_DATE, IDATE, LAST_TM)") + QStringLiteral(" VALUES(") +
                   farmer + QLatin1Char(',') + day + QLatin1Char(',') + sqlDate(Value(DateUtil::now())) +
-                  QStringLiteral(",'") + GetCompName() + QStringLiteral("')"));
+                  QLatin1Char(',') + Sql::quoted(GetCompName()) + QLatin1Char(')'));
     if (mode == 2 || mode == 4)
         gDB->EXEC(QStringLiteral("DELETE D_DIARY_DTL.* FROM D_DIARY_DTL") +
                   QStringLiteral(" WHERE D_DIARY_DTL.FMR_ID=") + farmer + QStringLiteral(" AND D_DIARY_DTL.WORK_KBN=8") +
@@ -385,7 +385,7 @@ bool post(ShipRow &r, int mode)
                                  "SHIP_ID)") +
                   QStringLiteral(" VALUES(") + farmer + QLatin1Char(',') + day + QLatin1Char(',') + QString::number(no) +
                   QLatin1Char(',') + Nz(r.PLANT_ID, Value(0)).toText() + QStringLiteral(",8,") +
-                  QStringLiteral("'出荷',") + quotedOrNull(r.NOTES) + QLatin1Char(',') + Nz(r.SHIP_ID, Value(0)).toText() +
+                  QStringLiteral("'出荷',") + Sql::quotedOrNull(r.NOTES) + QLatin1Char(',') + Nz(r.SHIP_ID, Value(0)).toText() +
                   QLatin1Char(')'));
     }
     return true;

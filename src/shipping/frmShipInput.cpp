@@ -3,6 +3,7 @@
 #include "core/Entry.h"
 #include "core/Globals.h"
 #include "core/Msg.h"
+#include "core/SqlText.h"
 #include "diary/BookPage.h"
 #include "diary/frmDairyCal.h"
 #include "shipping/frmShipList.h"
@@ -86,8 +87,6 @@ const struct {
 } kLimits[12] = {{10, ImeMode::Disabled}, {50, ImeMode::Hiragana}, {8, ImeMode::Off},     {50, ImeMode::Hiragana},
                  {8, ImeMode::Disabled},  {8, ImeMode::Disabled},  {8, ImeMode::Disabled}, {8, ImeMode::Disabled},
                  {8, ImeMode::Disabled},  {8, ImeMode::Disabled},  {8, ImeMode::Disabled}, {50, ImeMode::Hiragana}};
-
-QString dayText(const Value &v) { return hasValue(v) && IsDate(v) ? v.toDate().toString(QStringLiteral("yyyy/MM/dd")) : textOf(v); }
 
 } // namespace
 
@@ -260,7 +259,7 @@ void frmShipInput::SetMode()
 void frmShipInput::DispData()
 {
     Ship::computeSalesAmount(mRow); // a stored amount is never trusted
-    txtDATA[0]->setText(dayText(mRow.SHIP_DATE));
+    txtDATA[0]->setText(Sql::dayText(mRow.SHIP_DATE));
     Value ShipRow::*const boxes[12] = {nullptr,           &ShipRow::LOCATE,    &ShipRow::PRD_ID,  &ShipRow::PRD_NM,
                                        &ShipRow::SHOP_PRC, &ShipRow::SHIP_QTY, &ShipRow::RTN_QTY, &ShipRow::SALES_QTY,
                                        &ShipRow::DSC_AMT,  &ShipRow::FEE_RT,   &ShipRow::FEE_AMT, &ShipRow::NOTES};
@@ -305,10 +304,10 @@ void frmShipInput::DispPlantData()
         return;
     lblDATA[1]->setText(textOf(rs->Fields(QStringLiteral("CROP_NM1"))));
     lblDATA[2]->setText(textOf(rs->Fields(QStringLiteral("CROP_NM2"))));
-    lblDATA[3]->setText(dayText(rs->Fields(QStringLiteral("PLANT_DATE"))));
+    lblDATA[3]->setText(Sql::dayText(rs->Fields(QStringLiteral("PLANT_DATE"))));
     lblDATA[4]->setText(textOf(rs->Fields(QStringLiteral("AREA"))));
-    lblDATA[5]->setText(dayText(rs->Fields(QStringLiteral("SHIP_SCHD_DATE1"))));
-    lblDATA[6]->setText(dayText(rs->Fields(QStringLiteral("SHIP_SCHD_DATE2"))));
+    lblDATA[5]->setText(Sql::dayText(rs->Fields(QStringLiteral("SHIP_SCHD_DATE1"))));
+    lblDATA[6]->setText(Sql::dayText(rs->Fields(QStringLiteral("SHIP_SCHD_DATE2"))));
 }
 
 bool frmShipInput::ChkData()

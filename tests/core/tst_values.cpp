@@ -2,6 +2,7 @@
 // every posted amount rely on.
 
 #include "core/AppError.h"
+#include "core/SqlText.h"
 #include "core/Value.h"
 
 #include <QtTest/QTest>
@@ -135,6 +136,29 @@ private slots:
         QCOMPARE(DateUtil::toSerial(DateUtil::make(2000, 1, 1, 12)), 36526.5);
         QCOMPARE(DateUtil::fromSerial(36526.5), DateUtil::make(2000, 1, 1, 12));
         QCOMPARE(Value(45000).toDate(), DateUtil::make(2023, 3, 15));
+    }
+
+    // What user text and typed numbers become inside a statement: a quote
+    // never ends the literal, a number box never brings anything but digits.
+    void statementPieces()
+    {
+        QCOMPARE(Sql::quoted(QStringLiteral("O'Neil")), QStringLiteral("'O''Neil'"));
+        QCOMPARE(Sql::quotedOrNull(Value()), QStringLiteral("NULL"));
+        QCOMPARE(Sql::quotedOrNull(Value(QString())), QStringLiteral("NULL"));
+        QCOMPARE(Sql::quotedOrNull(Value("a'); DROP TABLE D_SHIP; --")), QStringLiteral("'a''); DROP TABLE D_SHIP; --'"));
+        QCOMPARE(Sql::escaped(QStringLiteral("''")), QStringLiteral("''''"));
+        QCOMPARE(Sql::leadingNumber(QStringLiteral("90001")), QStringLiteral("90001"));
+        QCOMPARE(Sql::leadingNumber(QStringLiteral("９０００１")), QStringLiteral("90001"));
+        QCOMPARE(Sql::leadingNumber(QStringLiteral(" 12ab")), QStringLiteral("12"));
+        QCOMPARE(Sql::leadingNumber(QStringLiteral("abc")), QStringLiteral("0"));
+        QCOMPARE(Sql::leadingNumber(QString()), QStringLiteral("0"));
+        QCOMPARE(Sql::number(Value()), QStringLiteral("0"));
+        QCOMPARE(Sql::number(Value(2.5)), QStringLiteral("2.5"));
+        QCOMPARE(Sql::number(Value("3 OR 1=1")), QStringLiteral("3"));
+        QCOMPARE(Sql::dayText(Value(DateUtil::make(2024, 5, 1))), QStringLiteral("2024/05/01"));
+        QCOMPARE(Sql::dayText(Value("2024-5-1")), QStringLiteral("2024/05/01"));
+        QCOMPARE(Sql::dayText(Value("いつか")), QStringLiteral("いつか"));
+        QCOMPARE(Sql::dayText(Value()), QString());
     }
 
     void nzKeepsEmptyAndZero()

@@ -171,14 +171,14 @@ private slots:
         seed();
         DiaryDay d;
         d.load(gFMR_ID, kDay);
-        d.dtl[0] = spraying(1, chemi, Value(qty), unit, QStringLiteral("朝"));
+        d.dtl[0] = spraying(1, chemi, Value(qty), unit, QStringLiteral("朝'露'"));
         d.dtl[0].DTL_NO = Value(1);
         d.save();
         // the new slip's number comes after the day's slips
         QCOMPARE(d.dtl[0].LEDGE_ID, Value(2));
         QCOMPARE(gDB->DLookup("LEDGE_ID", "D_DIARY_DTL", "FMR_ID=1"), Value(2));
         QCOMPARE(slipOf(Value(2)), slip);
-        QCOMPARE(gDB->DLookup("NOTES", "D_LEDGE", "LEDGE_ID=2"), Value("朝"));
+        QCOMPARE(gDB->DLookup("NOTES", "D_LEDGE", "LEDGE_ID=2"), Value("朝'露'"));
         QCOMPARE(gDB->DLookup("D_OPT_ID", "D_LEDGE", "LEDGE_ID=2"), Value(qty > 0 ? 1 : chemi));
     }
 

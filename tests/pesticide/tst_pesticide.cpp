@@ -259,12 +259,6 @@ private slots:
         QCOMPARE(Chemi::toWide(QStringLiteral("ﾝﾞ")), QStringLiteral("ン゛"));
         QCOMPARE(Chemi::toWide(QStringLiteral("全角（見本）")), QStringLiteral("全角（見本）"));
 
-        QCOMPARE(Chemi::leadingNumber(QStringLiteral("90001")), QStringLiteral("90001"));
-        QCOMPARE(Chemi::leadingNumber(QStringLiteral("９０００１")), QStringLiteral("90001"));
-        QCOMPARE(Chemi::leadingNumber(QStringLiteral(" 12ab")), QStringLiteral("12"));
-        QCOMPARE(Chemi::leadingNumber(QStringLiteral("abc")), QStringLiteral("0"));
-        QCOMPARE(Chemi::leadingNumber(QString()), QStringLiteral("0"));
-
         TestRoot root;
         ChemiRow r;
         r.REG_NO = Value("90013");

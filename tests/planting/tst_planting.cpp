@@ -234,7 +234,6 @@ private slots:
         // the empty kind (0) is no criterion; a full-width year goes in as its number
         QCOMPARE(Plant::listSql(QStringLiteral("２０２４"), QString(), Value(0)),
                  QStringLiteral("SELECT D_PLANT.*  FROM D_PLANT  WHERE D_PLANT.YYYY=2024") + order);
-        QCOMPARE(Plant::sqlText(QStringLiteral("O'Neil")), QStringLiteral("'O''Neil'"));
     }
 
     void deleteRefusalNamesTheEarliestDay()

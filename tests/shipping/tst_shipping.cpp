@@ -194,7 +194,7 @@ private slots:
         const QString shop = GetShopNm(Value(1));
         // dispatched: no slips yet, the row and the diary line
         ShipRow r = shipment();
-        typeInto(r, {{Ship::ShopPrc, "105"}, {Ship::ShipQty, "10"}, {Ship::Notes, "朝どれ"}});
+        typeInto(r, {{Ship::ShopPrc, "105"}, {Ship::ShipQty, "10"}, {Ship::Notes, "朝どれ'特選'"}});
         QCOMPARE(Ship::check(r, 1), QString());
         QVERIFY(Ship::post(r, 1));
         QCOMPARE(gLAST_SHIP_ID.toLong(), 1);
@@ -204,7 +204,7 @@ private slots:
         QCOMPARE(gDB->DLookup("SHIP_QTY", "D_SHIP", "SHIP_ID=1").toDouble(), 10.0);
         QCOMPARE(gDB->DCount("*", "D_DIARY", "FMR_ID=1 AND WORK_DATE=#2024/5/10#").toLong(), 1);
         QCOMPARE(gDB->DLookup("WORK_NM", "D_DIARY_DTL", "WORK_KBN=8 AND SHIP_ID=1"), Value("出荷"));
-        QCOMPARE(gDB->DLookup("NOTES", "D_DIARY_DTL", "WORK_KBN=8 AND SHIP_ID=1"), Value("朝どれ"));
+        QCOMPARE(gDB->DLookup("NOTES", "D_DIARY_DTL", "WORK_KBN=8 AND SHIP_ID=1"), Value("朝どれ'特選'"));
 
         // the shop's report: sale and fee slips, dated the shipment day
         gROW_IDX = -1;
@@ -215,7 +215,7 @@ private slots:
         QVERIFY(Ship::post(edit, 2));
         QCOMPARE(edit.LEDGE_ID_S.toLong(), 1);
         QCOMPARE(edit.LEDGE_ID_F.toLong(), 2);
-        QCOMPARE(slip(edit.LEDGE_ID_S), QStringLiteral("1040 0 0 - 4000 2 1 トマト %1 朝どれ 1050").arg(shop));
+        QCOMPARE(slip(edit.LEDGE_ID_S), QStringLiteral("1040 0 0 - 4000 2 1 トマト %1 朝どれ'特選' 1050").arg(shop));
         QCOMPARE(slip(edit.LEDGE_ID_F), QStringLiteral("4520 2 1 トマト 1040 0 0 - %1 - 158").arg(shop));
         QCOMPARE(gDB->DLookup("LEDGE_DATE", "D_LEDGE", "LEDGE_ID=1"), Value(DateUtil::make(2024, 5, 10)));
         QVERIFY(gDB->DLookup("UDATE", "D_LEDGE", "LEDGE_ID=1").isNull() == false);
@@ -240,7 +240,7 @@ private slots:
         // a discount above the sales: the slips turn round, amounts positive
         typeInto(edit, {{Ship::SalesQty, "1"}, {Ship::DscAmt, "200"}});
         QVERIFY(Ship::post(edit, 2));
-        QCOMPARE(slip(edit.LEDGE_ID_S), QStringLiteral("4000 2 1 トマト 1040 0 0 - %1 朝どれ 95").arg(shop));
+        QCOMPARE(slip(edit.LEDGE_ID_S), QStringLiteral("4000 2 1 トマト 1040 0 0 - %1 朝どれ'特選' 95").arg(shop));
         QCOMPARE(slip(edit.LEDGE_ID_F), QStringLiteral("1040 0 0 - 4520 2 1 トマト %1 - 14").arg(shop));
 
         // the date moved: a header for the new day, the line moves there
