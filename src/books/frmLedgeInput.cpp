@@ -10,7 +10,6 @@
 #include "diary/frmDairyCal.h"
 #include "store/Database.h"
 
-#include <QCalendarWidget>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -102,9 +101,6 @@ frmLedgeInput::frmLedgeInput(QWidget *parent)
     lblDATA->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     ctl<QLabel>(QStringLiteral("lblUNIT(0)"))->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     txtDATA[4]->setAlignment(Qt::AlignRight);
-    auto *calendar = ctl<QCalendarWidget>(QStringLiteral("MonthView1"));
-    calendar->setLocale(QLocale(QLocale::Japanese, QLocale::Japan));
-    calendar->setFirstDayOfWeek(Qt::Sunday);
 
     setFieldLimit(txtDATA[0], 10, ImeMode::Disabled);
     for (int i = 1; i <= 3; ++i)

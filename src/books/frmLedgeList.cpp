@@ -10,7 +10,6 @@
 #include "store/Lookup.h"
 
 #include <QApplication>
-#include <QCalendarWidget>
 #include <QComboBox>
 #include <QHash>
 #include <QHeaderView>
@@ -91,9 +90,6 @@ frmLedgeList::frmLedgeList(QWidget *parent) : Form(QStringLiteral("frmLedgeList"
     for (QLabel *l : lblSUM)
         l->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     ctl<QLabel>(QStringLiteral("lblCAP(4)"))->setAlignment(Qt::AlignCenter);
-    auto *calendar = ctl<QCalendarWidget>(QStringLiteral("MonthView1"));
-    calendar->setLocale(QLocale(QLocale::Japanese, QLocale::Japan));
-    calendar->setFirstDayOfWeek(Qt::Sunday);
     ListView1->header()->setStretchLastSection(false);
     Option1[0]->setChecked(true);
 

@@ -96,9 +96,17 @@ QWidget *makeControl(const CtlSpec &s, QWidget *parent)
         break;
     }
     case CtlKind::Calendar: {
+        // The month view of the date fields: Japanese names, weeks from Sunday.
         auto *c = new QCalendarWidget(parent);
         c->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
         c->setGridVisible(true);
+        c->setLocale(QLocale(QLocale::Japanese, QLocale::Japan));
+        c->setFirstDayOfWeek(Qt::Sunday);
+        // A new first day of the week leaves the marked cell where it was:
+        // choosing the day again puts the mark back on it.
+        const QDate day = c->selectedDate();
+        c->setSelectedDate(day.addDays(1));
+        c->setSelectedDate(day);
         c->hide();
         w = c;
         break;

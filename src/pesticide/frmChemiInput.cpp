@@ -12,7 +12,6 @@
 #include "store/Database.h"
 
 #include <QApplication>
-#include <QCalendarWidget>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
@@ -139,9 +138,6 @@ frmChemiInput::frmChemiInput(QWidget *parent) : Form(QStringLiteral("frmChemiInp
     Frame2 = ctl<QGroupBox>(QStringLiteral("Frame2"));
 
     ctl<QLabel>(QStringLiteral("lblUNIT(0)"))->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    auto *calendar = ctl<QCalendarWidget>(QStringLiteral("MonthView1"));
-    calendar->setLocale(QLocale(QLocale::Japanese, QLocale::Japan));
-    calendar->setFirstDayOfWeek(Qt::Sunday);
     for (QLabel *l : lblDATA)
         l->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     for (int i : {6, 7})

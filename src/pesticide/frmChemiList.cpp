@@ -13,7 +13,6 @@
 #include "store/Lookup.h"
 
 #include <QApplication>
-#include <QCalendarWidget>
 #include <QComboBox>
 #include <QHeaderView>
 #include <QLabel>
@@ -83,9 +82,6 @@ frmChemiList::frmChemiList(QWidget *parent) : Form(QStringLiteral("frmChemiList"
     ListView1 = ctl<QTreeWidget>(QStringLiteral("ListView1"));
     cmdMENU = array<QPushButton>(QStringLiteral("cmdMENU"), 7);
     ctl<QLabel>(QStringLiteral("lblCAP(4)"))->setAlignment(Qt::AlignCenter);
-    auto *calendar = ctl<QCalendarWidget>(QStringLiteral("MonthView1"));
-    calendar->setLocale(QLocale(QLocale::Japanese, QLocale::Japan));
-    calendar->setFirstDayOfWeek(Qt::Sunday);
 
     setFieldLimit(txtCOND[0], 50, ImeMode::Hiragana);
     setFieldLimit(txtCOND[1], 10, ImeMode::Disabled);

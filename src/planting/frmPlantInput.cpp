@@ -11,7 +11,6 @@
 #include "diary/frmDairyCal.h"
 #include "store/Database.h"
 
-#include <QCalendarWidget>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -167,9 +166,6 @@ frmPlantInput::frmPlantInput(QWidget *parent) : Form(QStringLiteral("frmPlantInp
     QFont big = ares->font();
     big.setPointSizeF(big.pointSizeF() * 1.4);
     ares->setFont(big);
-    auto *calendar = ctl<QCalendarWidget>(QStringLiteral("MonthView1"));
-    calendar->setLocale(QLocale(QLocale::Japanese, QLocale::Japan));
-    calendar->setFirstDayOfWeek(Qt::Sunday);
     lblDATA[0]->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     lblDATA[1]->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     for (int i : kNumberBoxes)

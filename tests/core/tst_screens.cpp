@@ -16,6 +16,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTableView>
 #include <QtTest/QTest>
 
 namespace {
@@ -213,6 +214,12 @@ private slots:
         TestForm f;
         Gui::show(&f);
         auto *cal = f.ctl<QCalendarWidget>("MonthView1");
+        // weeks from Sunday, and the marked cell is today's
+        QCOMPARE(cal->firstDayOfWeek(), Qt::Sunday);
+        auto *cells = cal->findChild<QTableView *>();
+        QVERIFY(cells);
+        QCOMPARE(cells->selectionModel()->selectedIndexes().size(), 1);
+        QCOMPARE(cells->selectionModel()->selectedIndexes().first().data().toInt(), QDate::currentDate().day());
         Gui::focus(f.txt[0]);
         QVERIFY(!cal->isVisible());
         Gui::focus(f.txt[1]);
