@@ -18,6 +18,8 @@ void registerPlantingScreens();
 void registerBooksScreens();
 void registerPesticideScreens();
 void registerShippingScreens();
+void registerPrintScreens();
+void registerMasterScreens();
 
 void registerAllScreens()
 {
@@ -25,6 +27,8 @@ void registerAllScreens()
     registerBooksScreens();
     registerPesticideScreens();
     registerShippingScreens();
+    registerPrintScreens();
+    registerMasterScreens();
     registerScreen(QStringLiteral("fmnMain"), [] { return new fmnMain; });
     registerScreen(QStringLiteral("frmDairyCal"), [] { return new frmDairyCal; });
     registerScreen(QStringLiteral("frmDairyInput"), [] { return new frmDairyInput; });

