@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QLocale>
+#include <QStringEncoder>
 #include <QSysInfo>
 
 #include <cmath>
@@ -162,3 +163,11 @@ void EndProcessNow(int code)
 }
 
 void setEndProcessHandler(void (*handler)(int)) { gEndHandler = handler; }
+
+QByteArray toSystemCodePage(const QString &text)
+{
+    QStringEncoder enc("windows-31j", QStringConverter::Flag::Stateless);
+    if (!enc.isValid())
+        return text.toUtf8(); // a Qt without the code page: the text is not lost
+    return enc.encode(text);
+}

@@ -3,6 +3,8 @@
 
 #include "Value.h"
 
+#include <QByteArray>
+
 // Rounds on the absolute value: mode 1 cuts, 2 rounds up any fraction, any
 // other (0 reads as 3) rounds half up; digits places after the point; the
 // sign is kept. A Null gives 0, and so does any failure.
@@ -15,6 +17,11 @@ QString GetEanCheck(const QString &code);
 // Factor from a pesticide unit to another (1 g, 2 kg, 3 mg, 4 mL, 5 L).
 // The pair mg to kg raises the overflow error.
 double GetUnitRate(int fromUnit, int toUnit);
+
+// Text in the system code page of the farms' computers (Shift-JIS with the
+// Windows additions), as files for outside programs expect it. A character
+// the code page lacks becomes "?".
+QByteArray toSystemCodePage(const QString &text);
 
 // A short stable name of this computer, at most 15 characters.
 QString GetCompName();
