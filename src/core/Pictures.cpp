@@ -181,4 +181,44 @@ void drawMark(QPainter &p, const QRectF &box, int kind)
     p.restore();
 }
 
+
+void drawPlasticMark(QPainter &p, const QRectF &box)
+{
+    if (box.width() <= 0 || box.height() <= 0)
+        return;
+    p.save();
+    p.setRenderHint(QPainter::Antialiasing);
+    const double w = box.width(), h = box.height();
+    const double stroke = std::max(1.0, std::min(w, h) * 0.07);
+    // The loop: four arrows round a square, each pointing on to the next side.
+    const QRectF loop(box.left() + w * 0.22, box.top() + h * 0.06, w * 0.56, h * 0.50);
+    QPen pen(Qt::black, stroke, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin);
+    p.setPen(pen);
+    p.setBrush(Qt::NoBrush);
+    const QPointF c[4] = {loop.topLeft(), loop.topRight(), loop.bottomRight(), loop.bottomLeft()};
+    const double gap = std::min(loop.width(), loop.height()) * 0.18;
+    for (int i = 0; i < 4; ++i) {
+        const QPointF a = c[i], b = c[(i + 1) % 4];
+        const QPointF d = (b - a) / std::hypot(b.x() - a.x(), b.y() - a.y());
+        const QPointF from = a + d * (gap * 0.5), to = b - d * gap;
+        p.drawLine(from, to);
+        // the head, a filled triangle at the end of each side
+        const QPointF n(-d.y(), d.x());
+        const double head = gap * 0.9;
+        QPolygonF tri;
+        tri << to + d * head << to + n * (head * 0.6) << to - n * (head * 0.6);
+        p.save();
+        p.setPen(Qt::NoPen);
+        p.setBrush(Qt::black);
+        p.drawPolygon(tri);
+        p.restore();
+    }
+    QFont f(QStringLiteral("Noto Sans CJK JP"));
+    f.setBold(true);
+    f.setPixelSize(std::max(1, int(h * 0.36)));
+    p.setFont(f);
+    p.setPen(Qt::black);
+    p.drawText(QRectF(box.left(), box.top() + h * 0.60, w, h * 0.40), Qt::AlignCenter, QStringLiteral("プラ"));
+    p.restore();
+}
 }

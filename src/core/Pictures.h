@@ -13,4 +13,6 @@ namespace Pictures {
 void drawWeather(QPainter &p, const QRectF &box, int id);
 // Marks: 1 money, 2 pesticide, 3 shipment. Other numbers draw nothing.
 void drawMark(QPainter &p, const QRectF &box, int kind);
+// The recycling mark of plastic packaging: a loop of arrows over "プラ", in black.
+void drawPlasticMark(QPainter &p, const QRectF &box);
 }
