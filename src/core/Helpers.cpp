@@ -164,6 +164,62 @@ void EndProcessNow(int code)
 
 void setEndProcessHandler(void (*handler)(int)) { gEndHandler = handler; }
 
+namespace {
+
+// Half-width katakana U+FF66 .. U+FF9D in full width.
+const char16_t kKana[] = {
+    0x30F2, 0x30A1, 0x30A3, 0x30A5, 0x30A7, 0x30A9, 0x30E3, 0x30E5, 0x30E7, 0x30C3, 0x30FC, 0x30A2, 0x30A4, 0x30A6,
+    0x30A8, 0x30AA, 0x30AB, 0x30AD, 0x30AF, 0x30B1, 0x30B3, 0x30B5, 0x30B7, 0x30B9, 0x30BB, 0x30BD, 0x30BF, 0x30C1,
+    0x30C4, 0x30C6, 0x30C8, 0x30CA, 0x30CB, 0x30CC, 0x30CD, 0x30CE, 0x30CF, 0x30D2, 0x30D5, 0x30D8, 0x30DB, 0x30DE,
+    0x30DF, 0x30E0, 0x30E1, 0x30E2, 0x30E4, 0x30E6, 0x30E8, 0x30E9, 0x30EA, 0x30EB, 0x30EC, 0x30ED, 0x30EF, 0x30F3,
+};
+
+bool takesVoicedMark(char16_t c)
+{
+    return (c >= 0x30AB && c <= 0x30C8 && c != 0x30C3) || (c >= 0x30CF && c <= 0x30DB && (c - 0x30CF) % 3 == 0) ||
+           c == 0x30A6;
+}
+bool takesSemiVoicedMark(char16_t c) { return c >= 0x30CF && c <= 0x30DB && (c - 0x30CF) % 3 == 0; }
+
+} // namespace
+
+QString toWide(const QString &text)
+{
+    QString out;
+    out.reserve(text.size());
+    for (int i = 0; i < text.size(); ++i) {
+        const char16_t c = text.at(i).unicode();
+        if (c == 0x20) {
+            out += QChar(0x3000);
+        } else if (c > 0x20 && c < 0x7F) {
+            out += QChar(char16_t(c + 0xFEE0));
+        } else if (c >= 0xFF66 && c <= 0xFF9D) {
+            char16_t k = kKana[c - 0xFF66];
+            const char16_t next = i + 1 < text.size() ? text.at(i + 1).unicode() : 0;
+            if (next == 0xFF9E && takesVoicedMark(k)) {
+                k = k == 0x30A6 ? char16_t(0x30F4) : char16_t(k + 1);
+                ++i;
+            } else if (next == 0xFF9F && takesSemiVoicedMark(k)) {
+                k = char16_t(k + 2);
+                ++i;
+            }
+            out += QChar(k);
+        } else {
+            switch (c) {
+            case 0xFF61: out += QChar(0x3002); break;
+            case 0xFF62: out += QChar(0x300C); break;
+            case 0xFF63: out += QChar(0x300D); break;
+            case 0xFF64: out += QChar(0x3001); break;
+            case 0xFF65: out += QChar(0x30FB); break;
+            case 0xFF9E: out += QChar(0x309B); break;
+            case 0xFF9F: out += QChar(0x309C); break;
+            default: out += QChar(c); break;
+            }
+        }
+    }
+    return out;
+}
+
 QByteArray toSystemCodePage(const QString &text)
 {
     QStringEncoder enc("windows-31j", QStringConverter::Flag::Stateless);

@@ -18,6 +18,10 @@ QString GetEanCheck(const QString &code);
 // The pair mg to kg raises the overflow error.
 double GetUnitRate(int fromUnit, int toUnit);
 
+// Narrow letters, digits, signs and blanks, and half-width katakana, made
+// full width (ｶﾞ becomes ガ).
+QString toWide(const QString &text);
+
 // Text in the system code page of the farms' computers (Shift-JIS with the
 // Windows additions), as files for outside programs expect it. A character
 // the code page lacks becomes "?".

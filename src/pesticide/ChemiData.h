@@ -44,10 +44,6 @@ constexpr int PayableAccount = 2000;
 constexpr int StockAccount = 1130; // pesticide stock; side code 3 names the lot
 constexpr int LotSide = 3;
 
-// Narrow letters, digits, signs and blanks, and half-width katakana, made
-// full width (ｶﾞ becomes ガ): names from the register are kept so.
-QString toWide(const QString &text);
-
 // The filters of the pesticide list.
 enum class Stock { InHand, UsedUp, All };
 struct ListFilter {

@@ -11,6 +11,17 @@
 class TestHelpers : public QObject {
     Q_OBJECT
 private slots:
+    // Names from the register are kept full width: narrow signs and half-width
+    // katakana (with their voiced marks) become their wide forms.
+    void wideText()
+    {
+        QCOMPARE(toWide(QStringLiteral("ミズカガミ1キロ粒剤")), QStringLiteral("ミズカガミ１キロ粒剤"));
+        QCOMPARE(toWide(QStringLiteral("BT a-1")), QStringLiteral("ＢＴ　ａ－１"));
+        QCOMPARE(toWide(QStringLiteral("ｶﾞｯﾂ ﾎﾟﾝｳﾞｧ｡")), QStringLiteral("ガッツ　ポンヴァ。"));
+        QCOMPARE(toWide(QStringLiteral("ﾝﾞ")), QStringLiteral("ン゛"));
+        QCOMPARE(toWide(QStringLiteral("全角（見本）")), QStringLiteral("全角（見本）"));
+    }
+
     void roundEx_data()
     {
         QTest::addColumn<double>("value");
