@@ -2,7 +2,8 @@
 
 #include "core/Entry.h"
 #include "core/Globals.h"
-#include "core/Screens.h"
+#include "print/fdlPreview.h"
+#include "print/modPrinter.h"
 
 #include <QComboBox>
 #include <QDate>
@@ -40,11 +41,8 @@ fdlPrintAccRep::fdlPrintAccRep(QWidget *parent) : Form(QStringLiteral("fdlPrintA
         entry().registerYmField(f);
     }
     onClick(Command1[0], [this] { closeOrEndProgram(this); }, false);
-    onClick(Command1[1], [] {
-        gREP_ID = 10;
-        gREP_PAGES = 1;
-        openScreen(QStringLiteral("fdlPreview"));
-    });
+    // Draws whatever the last price tag run left, on one page.
+    onClick(Command1[1], [] { openPreview(kPriceTagReport, 1); });
 }
 
 void fdlPrintAccRep::onLoad()

@@ -2,6 +2,7 @@
 
 #include "Form.h"
 #include "Globals.h"
+#include "Msg.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -86,8 +87,10 @@ void FmtYmText(QLineEdit *field)
 
 void setFieldLimit(QLineEdit *field, int maxLength, ImeMode mode)
 {
-    if (maxLength > 0)
+    if (maxLength > 0) {
         field->setMaxLength(maxLength);
+        field->setProperty("fieldLimit", maxLength);
+    }
     field->setProperty("imeMode", int(mode));
     switch (mode) {
     case ImeMode::Disabled:
@@ -105,6 +108,14 @@ void setFieldLimit(QLineEdit *field, int maxLength, ImeMode mode)
         break;
     case ImeMode::None: break;
     }
+}
+
+void showFieldText(QLineEdit *field, const QString &text)
+{
+    const int limit = field->property("fieldLimit").toInt();
+    if (limit > 0)
+        field->setMaxLength(std::max(limit, int(text.size())));
+    field->setText(text);
 }
 
 // ---------------------------------------------------------------- item data
@@ -253,6 +264,16 @@ void EntryConventions::registerYmField(QLineEdit *field)
 void EntryConventions::setLeaveCheck(QWidget *field, std::function<bool()> check)
 {
     mChecks.insert(field, std::move(check));
+}
+
+void EntryConventions::setNumberCheck(QLineEdit *field, const QString &message)
+{
+    setLeaveCheck(field, [field, message] {
+        if (field->text().isEmpty() || IsNumeric(Value(field->text())))
+            return true;
+        ShowMsg(message, Msg::Exclamation);
+        return false;
+    });
 }
 
 bool EntryConventions::eventFilter(QObject *watched, QEvent *event)

@@ -43,6 +43,9 @@ public:
     void registerYmField(QLineEdit *field);
     // The check run when the field is left; false keeps the focus there.
     void setLeaveCheck(QWidget *field, std::function<bool()> check);
+    // A number field: a text left in it that isn't numeric shows message
+    // with the exclamation mark and keeps the focus; an empty one passes.
+    void setNumberCheck(QLineEdit *field, const QString &message);
     // Runs a pending leave check now; false when a field refuses to be left.
     bool settleLeaveChecks();
 
@@ -85,6 +88,9 @@ void sendTab(QWidget *from);
 
 // Maximum length and input-method mode of a text box.
 void setFieldLimit(QLineEdit *field, int maxLength, ImeMode mode);
+// Shows a stored text in a limited field. The limit holds for typing only:
+// a stored text longer than it is shown whole (and so saved back whole).
+void showFieldText(QLineEdit *field, const QString &text);
 
 // Item data in lists: the key of each entry is its item data. The empty
 // first item carries 0.

@@ -11,6 +11,7 @@
 #include <QCalendarWidget>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDesktopServices>
 #include <QFileDialog>
 #include <QFrame>
 #include <QGroupBox>
@@ -25,6 +26,7 @@
 #include <QScrollBar>
 #include <QSlider>
 #include <QTreeWidget>
+#include <QUrl>
 
 #include <cmath>
 
@@ -35,6 +37,8 @@ QPointer<Form> gLastActive;
 std::function<void(Form *)> gModalHook;
 std::function<void()> gEndHook;
 std::function<QString(const QString &)> gOpenDirHook;
+std::function<QString(const QString &, const QString &)> gSaveFileHook;
+std::function<bool(const QString &)> gOpenFolderHook;
 bool gEnded = false;
 
 QWidget *makeControl(const CtlSpec &s, QWidget *parent)
@@ -445,3 +449,30 @@ QString OpenDir(QWidget *owner, const QString &title)
         return QString();
     }
 }
+
+void setOpenFolderHook(std::function<bool(const QString &)> hook) { gOpenFolderHook = std::move(hook); }
+
+bool OpenFolder(const QString &path)
+{
+    if (gOpenFolderHook)
+        return gOpenFolderHook(path);
+    if (QGuiApplication::platformName() == QLatin1String("offscreen"))
+        return false;
+    return QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+}
+
+void setSaveFileHook(std::function<QString(const QString &, const QString &)> hook) { gSaveFileHook = std::move(hook); }
+
+QString SaveFileName(QWidget *owner, const QString &title, const QString &suggested, const QString &filter)
+{
+    try {
+        if (gSaveFileHook)
+            return gSaveFileHook(title, suggested);
+        return QFileDialog::getSaveFileName(owner, title, suggested, filter);
+    } catch (...) {
+        return QString();
+    }
+}
+
+WaitCursor::WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+WaitCursor::~WaitCursor() { QApplication::restoreOverrideCursor(); }

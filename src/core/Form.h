@@ -187,3 +187,22 @@ void setEndProgramHook(std::function<void()> hook);
 // The folder chosen in a folder dialog; "" when cancelled.
 QString OpenDir(QWidget *owner, const QString &title);
 void setOpenDirHook(std::function<QString(const QString &)> hook);
+// The file named in a save dialog that starts at suggested; "" when
+// cancelled. filter as the file dialog takes it ("PDF (*.pdf)").
+QString SaveFileName(QWidget *owner, const QString &title, const QString &suggested, const QString &filter);
+// Tests answer the save dialog here: (title, suggested) to the file name.
+void setSaveFileHook(std::function<QString(const QString &, const QString &)> hook);
+
+// The wait cursor for as long as the object lives.
+class WaitCursor {
+public:
+    WaitCursor();
+    ~WaitCursor();
+    WaitCursor(const WaitCursor &) = delete;
+    WaitCursor &operator=(const WaitCursor &) = delete;
+};
+// Opens a folder of the computer in the desktop's file manager, for the user
+// to take files from. False when it can't be opened. Without a display
+// (offscreen) nothing is opened; tests may hook it.
+bool OpenFolder(const QString &path);
+void setOpenFolderHook(std::function<bool(const QString &)> hook);

@@ -19,6 +19,12 @@ qint16 gREP_ID = 0;
 qint16 gREP_PAGES = 0;
 QVector<LedgeRow> gLEDGE_ROWS;
 
+namespace {
+QString gAppTitle = QStringLiteral("Tillora");
+}
+QString AppTitle() { return gAppTitle; }
+void SetAppTitle(const QString &title) { gAppTitle = title; }
+
 namespace LedgeCol {
 const char *const Names[Count] = {"FMR_ID",    "LEDGE_ID",  "LEDGE_DATE", "D_ACC_ID", "D_OPT_KBN", "D_OPT_ID",
                                   "D_OPT_NM",  "C_ACC_ID",  "C_OPT_KBN",  "C_OPT_ID", "C_OPT_NM",  "CTR_NM",

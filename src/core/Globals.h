@@ -22,6 +22,10 @@ extern Value gLAST_LEDGE_ID;
 extern Value gLAST_SHIP_ID;    // also the default shop during start-up
 extern qint16 gREP_ID;
 extern qint16 gREP_PAGES;
+// The application's title: "Tillora", or the name of the print job while a
+// page is being printed (the print queue shows it).
+QString AppTitle();
+void SetAppTitle(const QString &title);
 
 // Slips of the diary day and of the slip list: 18 values in D_LEDGE's order.
 using LedgeRow = QVector<Value>;

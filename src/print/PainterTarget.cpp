@@ -48,7 +48,7 @@ double PainterTarget::TextHeight(const QString &) const
 {
     if (mFontSize <= 0)
         return 0;
-    return QFontMetricsF(mFont).height();
+    return mFont.pixelSize();
 }
 
 void PainterTarget::Print(const QString &text)
@@ -58,7 +58,9 @@ void PainterTarget::Print(const QString &text)
         mPainter.scale(mScale, mScale);
         mPainter.setFont(mFont);
         mPainter.setPen(Qt::black);
-        mPainter.drawText(QPointF(CurrentX, CurrentY + QFontMetricsF(mFont).ascent()), text);
+        const QFontMetricsF m(mFont);
+        const double baseline = mFont.pixelSize() * m.ascent() / (m.ascent() + m.descent());
+        mPainter.drawText(QPointF(CurrentX, CurrentY + baseline), text);
         mPainter.restore();
     }
     CurrentY += TextHeight(text);

@@ -2,6 +2,13 @@
 // A print target over a QPainter: the preview's picture, an image, a PDF
 // page or the printer's page. Drawing is in twips, scaled to the device by
 // unitsPerTwip (device units per twip, zoom included).
+//
+// A text of n points is n x 20 twips high: TextHeight is the font's em, and
+// Print sets the em box of the text from CurrentY down, its baseline placed
+// in the em as the font divides its ascent and descent. The reports' layouts
+// count on that height (a 12-point name on a 240-twip line); the font's own
+// line spacing, far taller for the Japanese faces, would make every fitted
+// text shrink to about two thirds of its size.
 #include "print/PrintTarget.h"
 
 #include <QFont>
@@ -24,6 +31,7 @@ public:
 
     QPainter &painter() { return mPainter; }
     double unitsPerTwip() const { return mScale; }
+    void setUnitsPerTwip(double unitsPerTwip) { mScale = unitsPerTwip; }
     // The font of the current size and weight, sized in twips.
     const QFont &font() const { return mFont; }
 

@@ -56,3 +56,10 @@ protected:
     double mFontSize = 9;
     bool mBold = false;
 };
+
+// Text fitted into a box: the font steps by 0.25 point until the text is as
+// high as the size asks and no wider than width less 14 twips a side; placed
+// left (align 0, 14 twips in), right (1) or centred (2) at y. The target's
+// font size is the given one again afterwards.
+void PrintFitText(PrintTarget &target, double x, double y, const QString &text, int align, double fontSize,
+                  double width);

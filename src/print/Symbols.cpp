@@ -13,38 +13,13 @@
 
 #include <qrencode.h>
 
+#include <cmath>
 #include <vector>
 
 const char *const DefaultTraceUrl = "http://trace.example.jp/";
 
 namespace {
 
-// ---- Stand-in for the print layer's PrintFitText, which is being written in
-// modPrinter. Only what the digits of a symbol need: shrink to the width,
-// place by align, restore the size. Remove once modPrinter has it.
-void PrintFitText(PrintTarget &target, double x, double y, const QString &text, int align, double size,
-                  double width)
-{
-    target.setFontSize(size);
-    const double fitWidth = width - 28;
-    if (fitWidth != 0) {
-        double s = size;
-        while (target.TextWidth(text) > fitWidth && s > 0) {
-            s -= 0.25;
-            target.setFontSize(s);
-        }
-    }
-    if (align == 1)
-        target.CurrentX = x + fitWidth - target.TextWidth(text);
-    else if (align == 2)
-        target.CurrentX = x + (fitWidth - target.TextWidth(text)) / 2;
-    else
-        target.CurrentX = x + 14;
-    target.CurrentY = y;
-    target.Print(text);
-    target.setFontSize(size);
-}
-// ---- end of the stand-in
 
 // ---- EAN-13 tables, as the standard gives them.
 
@@ -266,12 +241,16 @@ void DrawQrCached(PrintTarget &target, QrPicture &cache, const QString &text, do
 {
     if (cache.mPicture.isNull() || text != cache.mLastText) {
         cache.mLastText = text;
-        const int pixels = int(QrPicture::BoxTwips * QrPicture::PixelsPerTwip);
+        // Every module a whole number of pixels, so that no module comes out
+        // a pixel wider than its neighbour when the picture is stretched.
+        const int cells = (version >= 1 && version <= 40 ? version * 4 + 17 : 21) + 10;
+        const int perModule = std::max(1, int(std::lround(QrPicture::BoxTwips * QrPicture::PixelsPerTwip / cells)));
+        const int pixels = perModule * cells;
         QImage picture(pixels, pixels, QImage::Format_RGB32);
         picture.fill(Qt::white);
         {
             QPainter painter(&picture);
-            PainterTarget box(painter, QrPicture::PixelsPerTwip);
+            PainterTarget box(painter, pixels / QrPicture::BoxTwips);
             DrawQr(box, text, 0, 0, QrPicture::BoxTwips, version, level);
         }
         // Two colours exactly: a PDF keeps such a picture as it is, where it

@@ -71,7 +71,8 @@ void DrawQr(PrintTarget &target, const QString &text, double x, double y, double
 // dialog owns one for as long as it is open.
 class QrPicture {
 public:
-    // The box the symbol is drawn in, in twips, and its picture's pixels.
+    // The box the symbol is drawn in, in twips, and about the pixels of its
+    // picture to a twip (the picture gives each module a whole number of them).
     static constexpr double BoxTwips = 4725;
     static constexpr double PixelsPerTwip = 0.2;
 

@@ -758,10 +758,10 @@ private slots:
             QCOMPARE(from->text(), months[0]);
             QCOMPARE(dlg.ctl<QLineEdit>("txtCOND(1)")->text(), months[1]);
             QCOMPARE(dlg.ctl<QComboBox>("cmbCOND")->count(), 0);
-            // the preview isn't there yet
+            // the preview of the price tag sheet
             gREP_ID = 0;
             Gui::click(dlg.ctl<QPushButton>("Command1(1)"));
-            QCOMPARE(msgs.lastPrompt(), QStringLiteral("この機能は準備中です。"));
+            QCOMPARE(modals.opened, QStringList{QStringLiteral("fdlPreview")});
             QCOMPARE(gREP_ID, qint16(10));
             QCOMPARE(gREP_PAGES, qint16(1));
             // without the menu, cancel ends the program

@@ -265,7 +265,7 @@ private slots:
         Gui::choose(list, 0);
         QCOMPARE(gFMR_ID.toLong(), 0);
         // screens not built yet say so
-        Gui::click(menu->ctl<QPushButton>("cmdMENU(4)"));
+        Gui::click(menu->ctl<QPushButton>("cmdMENU(10)"));
         QCOMPARE(rig.msgs.lastPrompt(), QStringLiteral("この機能は準備中です。"));
         // the calendar opens from the menu and only closes there
         gFMR_ID = Value(1);

@@ -489,11 +489,17 @@ private slots:
         QCOMPARE(page.pictures[9].box.topLeft(), QPointF(3742.2, 1922.13));
 
         // the picture is the symbol over the whole box, with ten modules of
-        // quiet zone on the right and at the bottom
+        // quiet zone on the right and at the bottom; each of the 61 + 10
+        // modules across is 13 pixels, so none comes out wider than another
         const QImage &pic = cache.picture();
-        QCOMPARE(pic.size(), QSize(945, 945));
+        QCOMPARE(pic.size(), QSize(13 * 71, 13 * 71));
         QCOMPARE(QColor(pic.pixel(2, 2)), QColor(Qt::black));
-        QCOMPARE(QColor(pic.pixel(944 - 2, 944 - 2)), QColor(Qt::white));
+        QCOMPARE(QColor(pic.pixel(923 - 2, 923 - 2)), QColor(Qt::white));
+        // the finder pattern: seven dark modules, then a light one, in whole modules
+        QCOMPARE(QColor(pic.pixel(7 * 13 - 1, 0)), QColor(Qt::black));
+        QCOMPARE(QColor(pic.pixel(7 * 13, 0)), QColor(Qt::white));
+        QCOMPARE(QColor(pic.pixel(13 + 12, 13)), QColor(Qt::white));
+        QCOMPARE(QColor(pic.pixel(12, 13)), QColor(Qt::black));
         const QString png = file(QStringLiteral("cache.png"));
         QVERIFY(pic.save(png));
         QCOMPARE(zbar(png), QStringList{text});
@@ -506,7 +512,7 @@ private slots:
         // a label without a text: a blank picture, no symbol
         DrawQrCached(page, cache, QString(), 0, 0, 850, 1, 3);
         QCOMPARE(calls.count, 3);
-        QImage blank(945, 945, QImage::Format_RGB32);
+        QImage blank(30 * 31, 30 * 31, QImage::Format_RGB32);
         blank.fill(Qt::white);
         QCOMPARE(cache.picture().convertToFormat(QImage::Format_RGB32), blank);
     }
