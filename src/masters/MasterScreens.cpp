@@ -1,4 +1,10 @@
 // Registers the master screens that have no place of their own in the menu's code.
 #include "core/Screens.h"
+#include "fdlMstPrdEdit.h"
+#include "fdlMstShopEdit.h"
 
-void registerMasterScreens() {}
+void registerMasterScreens()
+{
+    registerScreen(QStringLiteral("fdlMstShopEdit"), [] { return new fdlMstShopEdit; });
+    registerScreen(QStringLiteral("fdlMstPrdEdit"), [] { return new fdlMstPrdEdit; });
+}

@@ -1,4 +1,5 @@
 #include "fdlMstFmrEdit.h"
+#include "MasterEdit.h"
 
 #include "core/AppError.h"
 #include "core/Entry.h"
@@ -7,7 +8,6 @@
 #include "store/Database.h"
 
 #include <QGroupBox>
-#include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
 
@@ -62,15 +62,6 @@ const struct {
                  {4, ImeMode::Hiragana},  {10, ImeMode::FullWidthAlpha}, {50, ImeMode::Hiragana},
                  {4, ImeMode::Disabled},  {4, ImeMode::Disabled}};
 
-void setEditable(QLineEdit *e, bool editable)
-{
-    e->setReadOnly(!editable);
-    e->setEnabled(editable);
-    QPalette p = e->palette();
-    p.setColor(QPalette::Base, editable ? QColor(Qt::white) : e->palette().color(QPalette::Window));
-    e->setPalette(p);
-}
-
 } // namespace
 
 fdlMstFmrEdit::fdlMstFmrEdit(QWidget *parent) : Form(QStringLiteral("fdlMstFmrEdit"), 9600, 7500, parent)
@@ -83,16 +74,16 @@ fdlMstFmrEdit::fdlMstFmrEdit(QWidget *parent) : Form(QStringLiteral("fdlMstFmrEd
     cmdSave = ctl<QPushButton>(QStringLiteral("Command1(1)"));
     for (int i = 0; i < 14; ++i)
         setFieldLimit(txtDATA[i], kLimits[i].length, kLimits[i].mode);
-    for (int i : {0, 12, 13}) {
-        QLineEdit *field = txtDATA[i];
-        entry().setLeaveCheck(field, [field] {
-            if (field->text().isEmpty() || IsNumeric(Value(field->text())))
-                return true;
-            ShowMsg(QStringLiteral("数値を入力してください。"), Msg::Exclamation);
+    for (int i : {0, 12, 13})
+        entry().setNumberCheck(txtDATA[i], QStringLiteral("数値を入力してください。"));
+    // Enter in the code field looks the farmer up (only while looking for a code).
+    MasterEdit::onCodeEnter(this, txtDATA[0], [this] { return mMode != 2; }, [this](const Value &code) {
+        if (!GetData(code))
             return false;
-        });
-    }
-    txtDATA[0]->installEventFilter(this);
+        setMode(2);
+        cmdClose->setFocus();
+        return true;
+    });
     onClick(cmdClose, [this] { closeOrEndProgram(this); }, false);
     onClick(cmdSave, [this] {
         const Value id(txtDATA[0]->text());
@@ -108,9 +99,9 @@ void fdlMstFmrEdit::setMode(qint16 mode)
 {
     mMode = mode;
     const bool editing = mode == 2;
-    setEditable(txtDATA[0], !editing);
+    MasterEdit::setEditable(txtDATA[0], !editing);
     for (int i = 1; i < 14; ++i)
-        setEditable(txtDATA[i], editing);
+        MasterEdit::setEditable(txtDATA[i], editing);
     cmdSave->setEnabled(editing);
     cmdClose->setText(editing ? QStringLiteral("ｷｬﾝｾﾙ") : QStringLiteral("閉じる"));
 }
@@ -129,26 +120,6 @@ void fdlMstFmrEdit::onActivate()
     GetData(gFMR_ID);
     setMode(2);
     txtDATA[1]->setFocus();
-}
-
-bool fdlMstFmrEdit::eventFilter(QObject *watched, QEvent *event)
-{
-    // Enter in the code field looks the farmer up (only while looking for a code).
-    if (watched == txtDATA[0] && event->type() == QEvent::KeyPress && mMode != 2) {
-        auto *k = static_cast<QKeyEvent *>(event);
-        if ((k->key() == Qt::Key_Return || k->key() == Qt::Key_Enter) && !(k->modifiers() & Qt::ShiftModifier)) {
-            bool handled = false;
-            trap([&] {
-                if (GetData(Value(txtDATA[0]->text()))) {
-                    setMode(2);
-                    cmdClose->setFocus();
-                    handled = true;
-                }
-            });
-            return handled;
-        }
-    }
-    return Form::eventFilter(watched, event);
 }
 
 bool fdlMstFmrEdit::GetData(const Value &id)

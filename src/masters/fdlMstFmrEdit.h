@@ -23,7 +23,6 @@ public:
 protected:
     void onLoad() override;
     void onActivate() override;
-    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     QVector<QLineEdit *> txtDATA;
