@@ -221,14 +221,6 @@ void OldDateOf(benchmark::State &state)
     state.counters["error_share"] = double(errors) / double(state.iterations());
 }
 
-QString adminProgram()
-{
-    const QString named = qEnvironmentVariable("TILLORA_ADMIN");
-    if (!named.isEmpty())
-        return named;
-    return QDir(QCoreApplication::applicationDirPath()).absoluteFilePath(QStringLiteral("../bin/tillora-admin"));
-}
-
 // `tillora-admin oldcal --root <the engine's tree> 1990-01-01 2035-12-31`,
 // its output into a file: the whole command, process start included.
 void OldCalCommand(benchmark::State &state, Kind kind)

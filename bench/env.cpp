@@ -5,6 +5,7 @@
 #include "store/Setup.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -173,6 +174,14 @@ int makeRoot(const QString &dir)
         std::fprintf(stderr, "%s\n", e.what());
         return 1;
     }
+}
+
+QString adminProgram()
+{
+    const QString named = qEnvironmentVariable("TILLORA_ADMIN");
+    if (!named.isEmpty())
+        return named;
+    return QDir(QCoreApplication::applicationDirPath()).absoluteFilePath(QStringLiteral("../bin/tillora-admin"));
 }
 
 }

@@ -65,9 +65,13 @@ template <class F> void guarded(benchmark::State &state, F &&body)
     }
 }
 
+// The companion program beside the benchmarks (or named by TILLORA_ADMIN).
+QString adminProgram();
+
 // Registration of each file's benchmarks for one engine.
 void registerStoreBenchmarks(Kind kind);
 void registerDiaryBenchmarks(Kind kind);
+void registerPrintBenchmarks(Kind kind);
 // Those that use no data database.
 void registerEngineFreeBenchmarks();
 

@@ -19,6 +19,8 @@
 int runOldCal(const QStringList &args);
 // shoot.cpp: a screen rendered offscreen into a PNG.
 int runShoot(QStringList args);
+// admin_print.cpp: the price tag sheets of a day into a PDF file.
+int runPrintPtag(const QStringList &args);
 
 namespace {
 
@@ -40,6 +42,9 @@ int usage()
         "      FROM から TO（yyyy-mm-dd）までの旧暦・六曜・旧年・干支を 1 日 1 行で表示する。\n"
         "  tillora-admin shoot [--root DIR] SCREEN out.png [--size WxH] [--date yyyy-mm-dd]\n"
         "      画面を表示せずに描き、PNG に保存する。\n"
+        "  tillora-admin print-ptag [--root DIR] --date yyyy-mm-dd [--skip N] [--frame] --pdf out.pdf\n"
+        "      その日の出荷の値札を、値札印刷と同じ配置・余白で PDF に保存する（--skip: 先頭の空き枚数、\n"
+        "      --frame: 枠線も印刷）。\n"
         "  tillora-admin init-server [--root DIR]\n"
         "      設定で MySQL/MariaDB を指すデータ・マスタに、データベース、表、初期データを作成する。\n"
         "DIR を省くと、このプログラムのフォルダの親を使う。"));
@@ -142,10 +147,11 @@ int runCtrl(const Args &a)
 int main(int argc, char **argv)
 {
     prepareProcess();
-    // Rendering a screen needs the widgets, offscreen; the rest needs no display.
-    const bool shoot = argc > 1 && qstrcmp(argv[1], "shoot") == 0;
+    // Rendering a screen or a page needs the widgets and fonts, offscreen;
+    // the rest needs no display.
+    const bool drawing = argc > 1 && (qstrcmp(argv[1], "shoot") == 0 || qstrcmp(argv[1], "print-ptag") == 0);
     std::unique_ptr<QCoreApplication> application;
-    if (shoot) {
+    if (drawing) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
         application = std::make_unique<QApplication>(argc, argv);
     } else {
@@ -173,6 +179,8 @@ int main(int argc, char **argv)
             rc = runCtrl(a);
         } else if (a.command == QLatin1String("shoot")) {
             rc = runShoot(a.rest);
+        } else if (a.command == QLatin1String("print-ptag")) {
+            rc = runPrintPtag(a.rest);
         } else if (a.command == QLatin1String("oldcal")) {
             rc = runOldCal(a.rest);
         } else if (a.command == QLatin1String("init-server")) {

@@ -55,13 +55,17 @@ const QImage &logo() { return gLogo; }
 
 const QImage &plasticMark()
 {
-    // 6.0 by 5.1 mm at 600 dots to the inch.
+    // 6.0 by 5.1 mm at 600 dots to the inch, in two colours: a PDF keeps it
+    // sharp as it is, where a picture of many colours would be stored with
+    // lossy compression.
     static const QImage mark = [] {
-        QImage img(142, 120, QImage::Format_ARGB32);
-        img.fill(Qt::transparent);
+        QImage img(142, 120, QImage::Format_RGB32);
+        img.fill(Qt::white);
         QPainter p(&img);
         Pictures::drawPlasticMark(p, QRectF(0, 0, img.width(), img.height()));
-        return img;
+        p.end();
+        return img.convertToFormat(QImage::Format_Mono, {QColor(Qt::black).rgba(), QColor(Qt::white).rgba()},
+                                   Qt::ThresholdDither);
     }();
     return mark;
 }

@@ -8,7 +8,6 @@
 #include "print/PrintTarget.h"
 #include "store/Database.h"
 
-#include <QCoreApplication>
 #include <QPainter>
 
 #include <qrencode.h>
@@ -211,9 +210,9 @@ void DrawQr(PrintTarget &target, const QString &text, double x, double y, double
     int status = encoder()(codes.constData(), qint32(codes.size()), version, level, matrix.data());
     if (status == Qr::Made && matrix.empty())
         status = Qr::BadVersion;
-    // Keep the window alive during a long sheet, but let no click start
-    // another drawing in the middle of this one.
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    // No events are let through here: a timer or a resize run in the middle
+    // of a page would draw into the page being drawn (a sheet of 24 labels
+    // takes milliseconds, so the window never looks stuck).
     if (status != Qr::Made) {
         printAtOrigin(target, statusText(status));
         return;

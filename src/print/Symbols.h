@@ -74,7 +74,7 @@ public:
     // The box the symbol is drawn in, in twips, and about the pixels of its
     // picture to a twip (the picture gives each module a whole number of them).
     static constexpr double BoxTwips = 4725;
-    static constexpr double PixelsPerTwip = 0.2;
+    static constexpr double PixelsPerTwip = 0.08;
 
     const QString &lastText() const { return mLastText; }
     const QImage &picture() const { return mPicture; }

@@ -13,6 +13,7 @@
 #include "print/modPrinter.h"
 #include "store/Database.h"
 #include "support/GuiDriver.h"
+#include "support/PrintProbe.h"
 #include "support/MsgRecorder.h"
 #include "support/TestRoot.h"
 
@@ -74,18 +75,9 @@ void seedTestReport()
     gINI->EXEC(QStringLiteral("INSERT INTO S_REP (REP_ID, TOP_MGN, LEFT_MGN, PAPER_BIN) VALUES (90, 1134, 567, 0)"));
 }
 
-bool dark(const QImage &img, int x, int y) { return img.valid(x, y) && qGray(img.pixel(x, y)) < 128; }
-
-// Bounding box of the dark pixels in an area.
-QRect ink(const QImage &img, const QRect &area)
-{
-    QRect r;
-    for (int y = area.top(); y <= area.bottom(); ++y)
-        for (int x = area.left(); x <= area.right(); ++x)
-            if (dark(img, x, y))
-                r |= QRect(x, y, 1, 1);
-    return r;
-}
+using Probe::dark;
+using Probe::ink;
+using Probe::run;
 
 // A target that measures by rule: a text is size x 20 x heightRate high and
 // half a size wide a character; it records what it prints.
@@ -106,14 +98,6 @@ public:
 private:
     double mRate;
 };
-
-QString run(const QString &program, const QStringList &args)
-{
-    QProcess p;
-    p.start(program, args);
-    p.waitForFinished(30000);
-    return QString::fromUtf8(p.readAllStandardOutput());
-}
 
 fdlPreview *asPreview(Form &f) { return qobject_cast<fdlPreview *>(&f); }
 

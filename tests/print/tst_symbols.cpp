@@ -12,6 +12,7 @@
 #include "shipping/ShopBarcode.h"
 #include "store/Database.h"
 #include "support/GuiDriver.h"
+#include "support/PrintProbe.h"
 #include "support/TestRoot.h"
 
 #include <QApplication>
@@ -27,46 +28,6 @@
 #include <memory>
 
 namespace {
-
-// A target that keeps what was drawn on it. Text is half an em wide a
-// character and an em high.
-class Recorder : public PrintTarget {
-public:
-    struct Shape {
-        QRectF box;
-        QColor color;
-        LineShape shape;
-        int style;
-    };
-    struct Text {
-        QString text;
-        double x, y, size;
-    };
-    struct Picture {
-        QRectF box;
-        qint64 key;
-    };
-    QVector<Shape> shapes;
-    QVector<Text> texts;
-    QVector<Picture> pictures;
-
-    double TextWidth(const QString &t) const override { return t.size() * fontSize() * 10; }
-    double TextHeight(const QString &) const override { return fontSize() * 20; }
-    void Print(const QString &t) override
-    {
-        texts.append({t, CurrentX, CurrentY, fontSize()});
-        CurrentX = 0;
-        CurrentY += TextHeight(t);
-    }
-    void Line(double x1, double y1, double x2, double y2, const QColor &color, LineShape shape) override
-    {
-        shapes.append({QRectF(QPointF(x1, y1), QPointF(x2, y2)), color, shape, DrawStyle});
-    }
-    void PaintPicture(const QImage &p, double x, double y, double w, double h) override
-    {
-        pictures.append({QRectF(x, y, w, h), p.cacheKey()});
-    }
-};
 
 // Counts the encoder's calls for as long as it lives.
 struct EncoderCalls {
@@ -109,39 +70,9 @@ void drawPdf(const QString &file, QSizeF twips, const Drawing &draw)
     draw(t);
 }
 
-// What zbarimg reads in a PNG file, sorted; "!..." when it cannot run.
-QStringList zbar(const QString &png)
-{
-    QProcess p;
-    p.start(QStringLiteral("zbarimg"), {QStringLiteral("--raw"), QStringLiteral("-q"), QStringLiteral("--nodbus"), png});
-    if (!p.waitForFinished(120000))
-        return {QStringLiteral("!zbarimg did not finish")};
-    QStringList found = QString::fromUtf8(p.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    found.sort();
-    return found;
-}
-
-QString rasterise(const QString &pdf, int dpi)
-{
-    const QString prefix = pdf + QStringLiteral(".page");
-    const int rc = QProcess::execute(QStringLiteral("pdftoppm"), {QStringLiteral("-r"), QString::number(dpi),
-                                                                  QStringLiteral("-png"), QStringLiteral("-singlefile"),
-                                                                  pdf, prefix});
-    return rc == 0 ? prefix + QStringLiteral(".png") : QString();
-}
-
-// The encodings of the pictures in a PDF ("image", "jpeg" ...), by pdfimages.
-QStringList pictureEncodings(const QString &pdf)
-{
-    QProcess p;
-    p.start(QStringLiteral("pdfimages"), {QStringLiteral("-list"), pdf});
-    p.waitForFinished(60000);
-    QStringList encodings;
-    const QStringList lines = QString::fromUtf8(p.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    for (const QString &line : lines.mid(2))
-        encodings << line.simplified().section(QLatin1Char(' '), 8, 8);
-    return encodings;
-}
+using Probe::pictureEncodings;
+using Probe::zbar;
+QString rasterise(const QString &pdf, int dpi) { return Probe::rasterise(pdf, dpi); }
 
 QString ean(const QString &twelve) { return GetEanCheck(twelve); }
 
@@ -490,16 +421,16 @@ private slots:
 
         // the picture is the symbol over the whole box, with ten modules of
         // quiet zone on the right and at the bottom; each of the 61 + 10
-        // modules across is 13 pixels, so none comes out wider than another
+        // modules across is 5 pixels, so none comes out wider than another
         const QImage &pic = cache.picture();
-        QCOMPARE(pic.size(), QSize(13 * 71, 13 * 71));
+        QCOMPARE(pic.size(), QSize(5 * 71, 5 * 71));
         QCOMPARE(QColor(pic.pixel(2, 2)), QColor(Qt::black));
-        QCOMPARE(QColor(pic.pixel(923 - 2, 923 - 2)), QColor(Qt::white));
+        QCOMPARE(QColor(pic.pixel(355 - 2, 355 - 2)), QColor(Qt::white));
         // the finder pattern: seven dark modules, then a light one, in whole modules
-        QCOMPARE(QColor(pic.pixel(7 * 13 - 1, 0)), QColor(Qt::black));
-        QCOMPARE(QColor(pic.pixel(7 * 13, 0)), QColor(Qt::white));
-        QCOMPARE(QColor(pic.pixel(13 + 12, 13)), QColor(Qt::white));
-        QCOMPARE(QColor(pic.pixel(12, 13)), QColor(Qt::black));
+        QCOMPARE(QColor(pic.pixel(7 * 5 - 1, 0)), QColor(Qt::black));
+        QCOMPARE(QColor(pic.pixel(7 * 5, 0)), QColor(Qt::white));
+        QCOMPARE(QColor(pic.pixel(5 + 4, 5)), QColor(Qt::white));
+        QCOMPARE(QColor(pic.pixel(4, 5)), QColor(Qt::black));
         const QString png = file(QStringLiteral("cache.png"));
         QVERIFY(pic.save(png));
         QCOMPARE(zbar(png), QStringList{text});
@@ -512,7 +443,7 @@ private slots:
         // a label without a text: a blank picture, no symbol
         DrawQrCached(page, cache, QString(), 0, 0, 850, 1, 3);
         QCOMPARE(calls.count, 3);
-        QImage blank(30 * 31, 30 * 31, QImage::Format_RGB32);
+        QImage blank(12 * 31, 12 * 31, QImage::Format_RGB32);
         blank.fill(Qt::white);
         QCOMPARE(cache.picture().convertToFormat(QImage::Format_RGB32), blank);
     }

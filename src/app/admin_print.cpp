@@ -1,0 +1,72 @@
+// tillora-admin print-ptag: the price tag sheets of a day written to a PDF
+// file without a window, by the same drawing routine as the preview and the
+// printer, with the margins kept for the report on this computer.
+
+#include "core/AppError.h"
+#include "core/Globals.h"
+#include "print/PriceTag.h"
+#include "print/PriceTagSheet.h"
+#include "print/modPrinter.h"
+#include "store/Database.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStringList>
+
+#include <cstdio>
+
+namespace {
+void say(std::FILE *to, const QString &s) { std::fputs((s + QLatin1Char('\n')).toUtf8().constData(), to); }
+}
+
+int runPrintPtag(const QStringList &args)
+{
+    QString date, skip, pdf;
+    bool frame = false, unknown = false;
+    for (int i = 0; i < args.size(); ++i) {
+        const QString &s = args[i];
+        if (s == QLatin1String("--date") && i + 1 < args.size())
+            date = args[++i];
+        else if (s == QLatin1String("--skip") && i + 1 < args.size())
+            skip = args[++i];
+        else if (s == QLatin1String("--pdf") && i + 1 < args.size())
+            pdf = args[++i];
+        else if (s == QLatin1String("--frame"))
+            frame = true;
+        else
+            unknown = true;
+    }
+    QDateTime day;
+    if (unknown || date.isEmpty() || pdf.isEmpty() || !DateUtil::parse(date, day)) {
+        say(stderr, QStringLiteral("使い方: tillora-admin print-ptag [--root DIR] --date yyyy-mm-dd [--skip N] [--frame] "
+                                   "--pdf out.pdf"));
+        return 2;
+    }
+    OpenIni();
+    OpenDb();
+    OpenMst();
+    OpenWork();
+    gSHOP_ID = Value(1);
+    gREP_ID = kPriceTagReport;
+    PriceTagSheet::registerReport();
+    PriceTagSheet::reset();
+    PriceTagSheet::setFrame(frame);
+    try {
+        PriceTagSheet::loadShopLogo();
+    } catch (const AppError &e) {
+        say(stderr, e.description()); // the tags are made without the logo
+    }
+    const TagTotals totals = loadPriceTagDay(day, skipValue(skip));
+    const QString dayText = day.toString(QStringLiteral("yyyy/MM/dd"));
+    if (totals.pages == 0) {
+        say(stdout, QStringLiteral("%1 の値札はありません（0ﾍﾟｰｼﾞ）。PDFは作りません。").arg(dayText));
+        return 0;
+    }
+    SaveReportPdf(kPriceTagReport, pdf, 1, totals.pages);
+    say(stdout, QStringLiteral("%1: %2ﾍﾟｰｼﾞ %3枚 → %4")
+                    .arg(dayText)
+                    .arg(totals.pages)
+                    .arg(totals.labels)
+                    .arg(QDir::toNativeSeparators(QFileInfo(pdf).absoluteFilePath())));
+    return 0;
+}
