@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, starts a private MariaDB server on
-# 127.0.0.1, runs every test on SQLite and on MariaDB, and stops the server.
+# 127.0.0.1 and a private print server, runs every test on SQLite and on
+# MariaDB, and stops the servers.
 set -euo pipefail
 cd "$(dirname "$0")"
 ./scripts/deps.sh test
@@ -13,8 +14,13 @@ chmod 700 "$XDG_RUNTIME_DIR"
 
 # shellcheck source=scripts/mariadb.sh
 . ./scripts/mariadb.sh
+# shellcheck source=scripts/cups.sh
+. ./scripts/cups.sh
+stop_servers() { cups_stop; mariadb_stop; }
+trap stop_servers EXIT
 mariadb_start "$PWD/build/mariadb-test"
-trap mariadb_stop EXIT
 export TILLORA_TEST_MYSQL="127.0.0.1:${MARIADB_PORT}:tillora:tillora"
+# A print server of the tests' own, seen only by the printer tests.
+cups_start "$PWD/build/cups-test"
 
 ctest --test-dir build --output-on-failure -j "$(nproc)" "$@"
