@@ -2,7 +2,7 @@
 # Installs the Debian packages that the program (and, with "test", the tests)
 # needs, when they are missing. Safe to run again.
 set -euo pipefail
-pkgs=(cmake ninja-build g++ pkg-config qt6-base-dev libqt6sql6-sqlite libqt6sql6-mysql libqrencode-dev fonts-noto-cjk)
+pkgs=(cmake ninja-build g++ pkg-config qt6-base-dev libqt6sql6-sqlite libqt6sql6-mysql libqrencode-dev fonts-noto-cjk qt6-translations-l10n)
 if [ "${1:-}" = "test" ]; then
   pkgs+=(mariadb-server mariadb-client poppler-utils zbar-tools libbenchmark-dev cups-daemon cups-client)
 fi

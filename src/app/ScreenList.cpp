@@ -11,6 +11,9 @@
 
 #include <QApplication>
 #include <QFont>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QTranslator>
 #include <QStyleFactory>
 
 // Each module registers its own screens.
@@ -41,6 +44,13 @@ void registerAllScreens()
 
 void setupLook(QApplication &app)
 {
+    // Qt's own dialogs and menus (file and folder choosers, a text box's
+    // menu) in Japanese, from the system's translations.
+    static QTranslator qtJapanese;
+    if (qtJapanese.load(QLocale(QLocale::Japanese, QLocale::Japan), QStringLiteral("qtbase"), QStringLiteral("_"),
+                        QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        app.installTranslator(&qtJapanese);
+    QLocale::setDefault(QLocale(QLocale::Japanese, QLocale::Japan));
     app.setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QFont f(QStringLiteral("Noto Sans CJK JP"));
     f.setPointSize(9);

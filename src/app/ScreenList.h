@@ -1,6 +1,6 @@
 #pragma once
 // Registers every screen of the program by name, and sets the one look of
-// all screens (style and font).
+// all screens (style and font, Qt's own texts in Japanese).
 
 class QApplication;
 

@@ -16,8 +16,13 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QFileDialog>
+#include <QLabel>
+#include <QMenu>
 #include <QTableView>
 #include <QtTest/QTest>
+
+#include <memory>
 
 namespace {
 
@@ -306,6 +311,24 @@ private slots:
         Gui::type(f.txt[0], QStringLiteral("123456"));
         QCOMPARE(f.txt[0]->text(), QStringLiteral("1234"));
         QVERIFY(!f.txt[0]->testAttribute(Qt::WA_InputMethodEnabled));
+    }
+
+    // Qt's own dialogs speak Japanese: the file chooser and a text box's menu.
+    void qtsOwnTextsAreJapanese()
+    {
+        QFileDialog chooser;
+        chooser.setOption(QFileDialog::DontUseNativeDialog);
+        auto *lookIn = chooser.findChild<QLabel *>(QStringLiteral("lookInLabel"));
+        QVERIFY(lookIn);
+        QVERIFY2(!lookIn->text().contains(QStringLiteral("Look")), qPrintable(lookIn->text()));
+        QLineEdit box;
+        std::unique_ptr<QMenu> menu(box.createStandardContextMenu());
+        QStringList captions;
+        for (QAction *a : menu->actions())
+            if (!a->isSeparator())
+                captions << a->text();
+        QVERIFY(!captions.isEmpty());
+        QVERIFY2(!captions.join(QLatin1Char(' ')).contains(QStringLiteral("Paste")), qPrintable(captions.join(' ')));
     }
 };
 
