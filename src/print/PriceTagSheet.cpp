@@ -26,7 +26,6 @@ bool gFrame = false;
 // Places on a label, in twips from its inner corner (3 mm and 1 mm in).
 constexpr double InsetX = 170.1, InsetY = 56.7;
 
-
 } // namespace
 
 void reset()
@@ -125,8 +124,12 @@ void PrintPriceTagPage(PrintTarget &target, double left, double top, int page)
     if (range.first > range.last)
         return;
     double offsetLeft = 0, offsetTop = 0;
-    // Each page is a job of its own in the print queue, named after the page.
+    // Each page is a job of its own in the print queue, named after the page;
+    // the title is the program's again afterwards, also when the page fails.
     SetAppTitle(QStringLiteral("農産物値札 ") + QString::number(page) + QStringLiteral("ﾍﾟｰｼﾞ"));
+    struct TitleBack {
+        ~TitleBack() { SetAppTitle(QStringLiteral("Tillora")); }
+    } titleBack;
     if (auto *printer = dynamic_cast<PageTarget *>(&target)) {
         GetPrintOffset(*printer, offsetLeft, offsetTop);
         SetPageSetup(*printer);
@@ -136,7 +139,6 @@ void PrintPriceTagPage(PrintTarget &target, double left, double top, int page)
         DrawPriceTag(target, left - offsetLeft + at.x(), top - offsetTop + at.y(), gLABEL_LIST[i]);
     }
     target.EndDoc();
-    SetAppTitle(QStringLiteral("Tillora"));
 }
 
 void PrintPriceTagPages(PrintTarget &target, double left, double top, int firstPage, int lastPage)
