@@ -8,11 +8,11 @@
 
 #include "env.h"
 
-#include "core/Globals.h"
-#include "diary/CalMonth.h"
-#include "diary/DiaryDay.h"
-#include "diary/modOldCal.h"
-#include "pesticide/ChemiStock.h"
+#include "base/Globals.h"
+#include "rules/diary/CalMonth.h"
+#include "rules/diary/DiaryDay.h"
+#include "rules/diary/modOldCal.h"
+#include "rules/pesticide/ChemiStock.h"
 #include "store/Database.h"
 
 #include <QApplication>

@@ -5,10 +5,10 @@
 
 #include "env.h"
 
-#include "core/Globals.h"
-#include "print/PriceTag.h"
-#include "print/PriceTagSheet.h"
-#include "print/modPrinter.h"
+#include "base/Globals.h"
+#include "rules/print/PriceTag.h"
+#include "rules/print/PriceTagSheet.h"
+#include "rules/print/modPrinter.h"
 #include "store/Database.h"
 
 #include <QDir>

@@ -8,7 +8,7 @@
 
 #include "env.h"
 
-#include "core/Globals.h"
+#include "base/Globals.h"
 #include "store/Database.h"
 #include "store/JetSql.h"
 

@@ -1,6 +1,6 @@
 #include "env.h"
 
-#include "core/Globals.h"
+#include "base/Globals.h"
 #include "store/Database.h"
 #include "store/Setup.h"
 

@@ -5,7 +5,7 @@
 
 #include "generate.h"
 
-#include "core/AppError.h"
+#include "base/AppError.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,7 +1,7 @@
 #include "generate.h"
 
-#include "core/AppError.h"
-#include "core/Value.h"
+#include "base/AppError.h"
+#include "base/Value.h"
 #include "store/Schema.h"
 
 #include <QDate>

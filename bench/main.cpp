@@ -7,8 +7,8 @@
 
 #include "env.h"
 
-#include "app/ScreenList.h"
-#include "core/Globals.h"
+#include "screens/ScreenList.h"
+#include "base/Globals.h"
 
 #include <QApplication>
 

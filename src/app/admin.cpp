@@ -2,9 +2,9 @@
 // It shares the store with the program, so a statement behaves here as it
 // does behind a screen.
 
-#include "core/AppError.h"
-#include "core/Globals.h"
-#include "core/Msg.h"
+#include "base/AppError.h"
+#include "base/Globals.h"
+#include "base/Msg.h"
 #include "store/Database.h"
 #include "store/Setup.h"
 

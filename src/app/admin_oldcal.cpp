@@ -4,9 +4,9 @@
 // A day whose old date can't be computed (the subscript error) reads
 // "ERROR" with the six-day name and the old year left empty.
 
-#include "core/AppError.h"
-#include "core/Value.h"
-#include "diary/modOldCal.h"
+#include "base/AppError.h"
+#include "base/Value.h"
+#include "rules/diary/modOldCal.h"
 #include "store/Database.h"
 
 #include <QDate>

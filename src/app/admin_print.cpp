@@ -2,11 +2,11 @@
 // file without a window, by the same drawing routine as the preview and the
 // printer, with the margins kept for the report on this computer.
 
-#include "core/AppError.h"
-#include "core/Globals.h"
-#include "print/PriceTag.h"
-#include "print/PriceTagSheet.h"
-#include "print/modPrinter.h"
+#include "base/AppError.h"
+#include "base/Globals.h"
+#include "rules/print/PriceTag.h"
+#include "rules/print/PriceTagSheet.h"
+#include "rules/print/modPrinter.h"
 #include "store/Database.h"
 
 #include <QDir>

@@ -1,12 +1,12 @@
 // The program.
 
-#include "ScreenList.h"
-#include "core/AppError.h"
-#include "core/Form.h"
-#include "core/Globals.h"
-#include "core/MsgBox.h"
-#include "core/Screens.h"
-#include "core/modMain.h"
+#include "screens/ScreenList.h"
+#include "base/AppError.h"
+#include "ui/Form.h"
+#include "base/Globals.h"
+#include "ui/MsgBox.h"
+#include "ui/Screens.h"
+#include "screens/main/modMain.h"
 #include "store/Database.h"
 
 #include <QApplication>

@@ -2,11 +2,11 @@
 // root and writes it as a PNG, so that a screen can be looked at without a
 // display.
 
-#include "ScreenList.h"
-#include "core/AppError.h"
-#include "core/Form.h"
-#include "core/Globals.h"
-#include "core/Screens.h"
+#include "screens/ScreenList.h"
+#include "base/AppError.h"
+#include "ui/Form.h"
+#include "base/Globals.h"
+#include "ui/Screens.h"
 #include "store/Database.h"
 
 #include <QAbstractButton>

@@ -1,9 +1,9 @@
-#include "Database.h"
+#include "store/Database.h"
 
-#include "core/AppError.h"
-#include "core/Globals.h"
-#include "core/Helpers.h"
-#include "core/Msg.h"
+#include "base/AppError.h"
+#include "base/Globals.h"
+#include "base/Helpers.h"
+#include "base/Msg.h"
 
 #include <QFileInfo>
 

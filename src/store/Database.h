@@ -7,7 +7,7 @@
 // Screens hand them SQL in the program's dialect; each object keeps its
 // connection open from creation to destruction.
 
-#include "Recordset.h"
+#include "store/Recordset.h"
 
 #include <QString>
 

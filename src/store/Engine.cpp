@@ -1,7 +1,7 @@
-#include "Engine.h"
+#include "store/Engine.h"
 
-#include "JetSql.h"
-#include "core/AppError.h"
+#include "store/JetSql.h"
+#include "base/AppError.h"
 
 #include <QFile>
 #include <QFileInfo>

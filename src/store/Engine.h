@@ -3,8 +3,8 @@
 // program's statements arrive in its own dialect and pass the engine's one
 // translation point; results come back as rows of typed values.
 
-#include "Schema.h"
-#include "core/Value.h"
+#include "store/Schema.h"
+#include "base/Value.h"
 
 #include <QSqlDatabase>
 #include <QString>

@@ -1,7 +1,7 @@
-#include "JetSql.h"
+#include "store/JetSql.h"
 
-#include "core/AppError.h"
-#include "core/Value.h"
+#include "base/AppError.h"
+#include "base/Value.h"
 
 #include <QDate>
 #include <QRegularExpression>

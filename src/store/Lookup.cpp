@@ -1,8 +1,8 @@
-#include "Lookup.h"
+#include "store/Lookup.h"
 
-#include "Database.h"
-#include "core/AppError.h"
-#include "core/Msg.h"
+#include "store/Database.h"
+#include "base/AppError.h"
+#include "base/Msg.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #pragma once
 // Names by id, the new slip number, and who owns a slip.
 
-#include "core/Value.h"
+#include "base/Value.h"
 
 #include <QString>
 

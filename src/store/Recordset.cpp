@@ -1,7 +1,7 @@
-#include "Recordset.h"
+#include "store/Recordset.h"
 
-#include "JetSql.h"
-#include "core/AppError.h"
+#include "store/JetSql.h"
+#include "base/AppError.h"
 
 #include <QRegularExpression>
 

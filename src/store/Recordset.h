@@ -7,7 +7,7 @@
 // as the original engine did: text that is no number into a number column is
 // a type mismatch, an empty text too.
 
-#include "Engine.h"
+#include "store/Engine.h"
 
 #include <QString>
 #include <QVector>

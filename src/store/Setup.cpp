@@ -1,7 +1,7 @@
-#include "Setup.h"
+#include "store/Setup.h"
 
-#include "Database.h"
-#include "core/AppError.h"
+#include "store/Database.h"
+#include "base/AppError.h"
 
 #include <QDir>
 #include <QFile>

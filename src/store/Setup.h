@@ -4,8 +4,8 @@
 // built into the programs). Used by `tillora-admin init`, the tests and the
 // benchmark's generator.
 
-#include "Engine.h"
-#include "Schema.h"
+#include "store/Engine.h"
+#include "store/Schema.h"
 
 #include <QString>
 #include <QStringList>

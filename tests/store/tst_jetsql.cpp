@@ -1,7 +1,7 @@
 // The translation of the program's SQL dialect, as text. The same forms run
 // against real engines in tst_store.
 
-#include "core/AppError.h"
+#include "base/AppError.h"
 #include "store/JetSql.h"
 
 #include <QtTest/QTest>

@@ -2,9 +2,9 @@
 // Null/Empty distinctions, saves by the row's own type, file names completed
 // from the program's folder, and what a bad connection does.
 
-#include "core/AppError.h"
-#include "core/Globals.h"
-#include "core/Helpers.h"
+#include "base/AppError.h"
+#include "base/Globals.h"
+#include "base/Helpers.h"
 #include "store/Database.h"
 #include "store/Setup.h"
 #include "support/MsgRecorder.h"

@@ -3,9 +3,9 @@
 // writes through recordsets, the stamps, and bad input. Each test runs on
 // SQLite and on MariaDB.
 
-#include "core/AppError.h"
-#include "core/Globals.h"
-#include "core/Helpers.h"
+#include "base/AppError.h"
+#include "base/Globals.h"
+#include "base/Helpers.h"
 #include "store/Database.h"
 #include "store/Lookup.h"
 #include "support/MsgRecorder.h"

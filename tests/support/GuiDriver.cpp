@@ -1,6 +1,6 @@
 #include "GuiDriver.h"
 
-#include "app/ScreenList.h"
+#include "screens/ScreenList.h"
 
 #include <QAbstractItemView>
 #include <QApplication>

@@ -4,8 +4,8 @@
 // buttons, and drives the modal screens that open, from scripts by screen
 // name. Messages are answered by a MsgRecorder.
 
-#include "core/Form.h"
-#include "core/Globals.h"
+#include "ui/Form.h"
+#include "base/Globals.h"
 
 #include <QAbstractButton>
 #include <QComboBox>

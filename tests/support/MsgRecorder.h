@@ -2,7 +2,7 @@
 // Records every ShowMsg and answers from a script; installs itself for its
 // lifetime. Without a scripted answer the first button answers.
 
-#include "core/Msg.h"
+#include "base/Msg.h"
 
 #include <QQueue>
 #include <QString>

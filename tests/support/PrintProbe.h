@@ -3,7 +3,7 @@
 // the ink of a picture, and the outside readers (poppler's tools, zbarimg)
 // that check a PDF as a shop's computer would.
 
-#include "print/PrintTarget.h"
+#include "rules/print/PrintTarget.h"
 
 #include <QColor>
 #include <QImage>

@@ -1,6 +1,6 @@
 #include "support/TagDay.h"
 
-#include "core/Globals.h"
+#include "base/Globals.h"
 #include "store/Database.h"
 
 namespace {

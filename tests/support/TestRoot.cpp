@@ -1,7 +1,7 @@
 #include "TestRoot.h"
 
-#include "core/AppError.h"
-#include "core/Globals.h"
+#include "base/AppError.h"
+#include "base/Globals.h"
 #include "store/Database.h"
 #include "store/Setup.h"
 

@@ -7,8 +7,8 @@
 // A test binary built with TILLORA_TEST_MAIN runs all its tests once per
 // engine: on SQLite, and on MariaDB when the server is named.
 
-#include "core/Globals.h"
-#include "core/Value.h"
+#include "base/Globals.h"
+#include "base/Value.h"
 
 #include <QObject>
 #include <QString>

@@ -1,0 +1,3 @@
+# The rules of books.
+list(APPEND TILLORA_RULES_SOURCES
+  rules/books/Ledger.cpp)

@@ -1,0 +1,3 @@
+# The rules of common.
+list(APPEND TILLORA_RULES_SOURCES
+  rules/common/Pictures.cpp)

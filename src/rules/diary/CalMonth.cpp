@@ -1,0 +1,229 @@
+#include "rules/diary/CalMonth.h"
+
+#include "rules/common/Pictures.h"
+#include "store/Database.h"
+
+#include <QPainter>
+
+namespace CalMonth {
+
+namespace {
+
+constexpr double kTwipsPerPixel = 15.0;
+double px(double twips) { return twips / kTwipsPerPixel; }
+
+QString dayText(const QDate &d) { return d.toString(QStringLiteral("yyyy/MM/dd")); }
+
+// Colours as the program gives them: the red of the Sundays, the blue of the
+// Saturdays, the pale yellow of today, the green of the temperature bar.
+const QColor kRed(255, 0, 0);
+const QColor kBlue(0, 0, 255);
+const QColor kToday(255, 255, 127);
+const QColor kBar(0, 255, 0);
+// The canvas's own colour: a warm paper tone, on which the header's white
+// shadow shows.
+const QColor kPaper(0xF6, 0xF3, 0xEA);
+
+QColor columnColour(int col)
+{
+    if (col == 0)
+        return kRed;
+    if (col == 6)
+        return kBlue;
+    return Qt::black;
+}
+
+QFont pointFont(const QFont &base, double points)
+{
+    QFont f = base;
+    f.setPointSizeF(std::max(0.5, points));
+    return f;
+}
+
+} // namespace
+
+Geometry geometry(const QDate &monthFirst, int canvasW, int canvasH)
+{
+    Geometry g;
+    g.canvasW = canvasW;
+    g.canvasH = canvasH;
+    g.firstCol = monthFirst.dayOfWeek() % 7;
+    g.days = monthFirst.daysInMonth();
+    g.rows = (g.firstCol + g.days - 1) / 7 + 1;
+    g.headerH = canvasH / 10;
+    g.cellH = (canvasH - g.headerH) / g.rows;
+    g.cellW = canvasW / 7;
+    return g;
+}
+
+int dayAt(const Geometry &g, int x, int y)
+{
+    if (y < g.headerH || g.cellW <= 0 || g.cellH <= 0 || x < 0)
+        return 0;
+    const int col = x / g.cellW;
+    const int row = (y - g.headerH) / g.cellH;
+    const int day = row * 7 + col - g.firstCol + 1;
+    return (day >= 1 && day <= g.days) ? day : 0;
+}
+
+Options loadOptions()
+{
+    Options o;
+    for (int i = 0; i < 5; ++i) {
+        const Value v = gINI->GetCtrl(QStringLiteral("CAL_OPT%1").arg(i));
+        o.on[i] = hasValue(v) && IsNumeric(v) && v.toDouble() != 0;
+    }
+    return o;
+}
+
+void saveOption(int index, bool on)
+{
+    int type = 0;
+    gINI->SaveCtrl(QStringLiteral("CAL_OPT%1").arg(index), Value(on ? 1 : 0), type);
+}
+
+QVector<Cell> collect(const Geometry &g, const QDate &monthFirst, const QDate &today, const Value &fmrId,
+                      const Options &options, const Value &plantId)
+{
+    const QString farmer = Nz(fmrId, Value(0)).toText();
+    const bool currentMonth = monthFirst.toString(QStringLiteral("yyyyMM")) == today.toString(QStringLiteral("yyyyMM"));
+    const int todayNo = currentMonth ? today.day() : 0;
+    QString plantTerm;
+    if (hasValue(plantId) && plantId.toLong() != 0)
+        plantTerm = QStringLiteral(" AND PLANT_ID=") + plantId.toText();
+
+    // The farmer's days, searched forward day by day. Only the month's days
+    // are read: the forward search over all of them finds the same rows,
+    // and the redraw stays as quick after ten years as in the first.
+    RecordsetPtr rs = gDB->GetStaticRst(QStringLiteral("SELECT D_DIARY.* FROM D_DIARY WHERE FMR_ID=") + farmer +
+                                        QStringLiteral(" AND WORK_DATE>=#") + dayText(monthFirst) +
+                                        QStringLiteral("# AND WORK_DATE<=#") +
+                                        dayText(monthFirst.addDays(monthFirst.daysInMonth() - 1)) +
+                                        QStringLiteral("# ORDER BY WORK_DATE"));
+    QVector<Cell> cells;
+    for (int n = 0; n < 42; ++n) {
+        const int col = n % 7, row = n / 7;
+        const int day = n - g.firstCol + 1;
+        if (day < 1 || day > g.days)
+            continue;
+        Cell c;
+        c.day = day;
+        c.x = col * g.cellW;
+        c.y = row * g.cellH + g.headerH;
+        c.today = day == todayNo;
+        const QString date = dayText(monthFirst.addDays(day - 1));
+        rs->Find(QStringLiteral("WORK_DATE=#") + date + QLatin1Char('#'));
+        if (rs->eof()) {
+            if (rs->RecordCount() > 0)
+                rs->MoveFirst();
+        } else {
+            c.hasRow = true;
+            c.wthId = rs->Fields(QStringLiteral("WTH_ID"));
+            c.loTmp = rs->Fields(QStringLiteral("LO_TMP"));
+            c.hiTmp = rs->Fields(QStringLiteral("HI_TMP"));
+            c.oneMsg = rs->Fields(QStringLiteral("ONE_MSG"));
+        }
+        if (options.on[2])
+            c.money = gDB->DCount(QStringLiteral("*"), QStringLiteral("D_LEDGE"),
+                                  QStringLiteral(" FMR_ID = ") + farmer + QStringLiteral(" AND LEDGE_DATE=#") + date +
+                                      QStringLiteral("#") +
+                                      QStringLiteral(" AND ((D_ACC_ID IN(1000,1010))  OR (C_ACC_ID IN(1000,1010)))"))
+                          .toLong() > 0;
+        if (options.on[3])
+            c.chemi = gDB->DCount(QStringLiteral("*"), QStringLiteral("D_DIARY_DTL"),
+                                  QStringLiteral(" FMR_ID = ") + farmer + QStringLiteral(" AND WORK_DATE=#") + date +
+                                      QStringLiteral("#") + QStringLiteral(" AND CHEMI_ID>0") + plantTerm)
+                          .toLong() > 0;
+        if (options.on[4])
+            c.ship = gDB->DCount(QStringLiteral("*"), QStringLiteral("D_SHIP"),
+                                 QStringLiteral(" FMR_ID = ") + farmer + QStringLiteral(" AND SHIP_DATE=#") + date +
+                                     QStringLiteral("#") + plantTerm)
+                         .toLong() > 0;
+        cells.append(c);
+    }
+    return cells;
+}
+
+void paint(QPainter &p, const Geometry &g, const QVector<Cell> &cells, const Options &options)
+{
+    p.save();
+    p.fillRect(QRectF(0, 0, px(g.canvasW), px(g.canvasH)), kPaper);
+    const double s = g.cellH / 4.0; // mark size, twips
+    const QFont base = p.font();
+    for (const Cell &c : cells) {
+        const double x = c.x, y = c.y;
+        if (c.today)
+            p.fillRect(QRectF(px(x + 40), px(y + 40), px(g.cellW - 80), px(g.cellH - 80)), kToday);
+        if (c.hasRow && options.on[0]) {
+            // 40 degrees at the top of the cell, -10 at the bottom
+            auto level = [&](const Value &t) { return y + g.cellH * (40 - Nz(t, Value(0)).toDouble()) / 50; };
+            const double top = level(c.hiTmp), bottom = level(c.loTmp);
+            p.fillRect(QRectF(px(x), px(std::min(top, bottom)), px(g.cellW), px(std::fabs(bottom - top))), kBar);
+        }
+        if (c.hasRow && options.on[1] && !c.wthId.isNull() && IsNumeric(c.wthId)) {
+            const int w = c.wthId.toLong();
+            if (w >= 1 && w <= 10)
+                Pictures::drawWeather(p, QRectF(px(x), px(y), px(s), px(s)), w);
+        }
+        if (c.hasRow && !c.oneMsg.isNull()) {
+            // The line of the day, character by character, at most two lines.
+            p.setFont(pointFont(base, s / 20));
+            p.setPen(Qt::black);
+            const QFontMetricsF fm(p.font());
+            const QString text = c.oneMsg.toText();
+            int line = 0;
+            QString current;
+            double lineTop = y + g.cellH / 2.0;
+            for (const QChar ch : text) {
+                if (px(x) + fm.horizontalAdvance(current + ch) > px(x + g.cellW)) {
+                    if (++line >= 2)
+                        break;
+                    current.clear();
+                    lineTop = y + g.cellH / 2.0 + s;
+                }
+                p.drawText(QPointF(px(x) + fm.horizontalAdvance(current), px(lineTop) + fm.ascent()), QString(ch));
+                current += ch;
+            }
+        }
+        if (c.money && options.on[2])
+            Pictures::drawMark(p, QRectF(px(x), px(y + s), px(s), px(s)), 1);
+        if (c.chemi && options.on[3])
+            Pictures::drawMark(p, QRectF(px(x + g.cellW - s), px(y), px(s), px(s)), 2);
+        if (c.ship && options.on[4])
+            Pictures::drawMark(p, QRectF(px(x + g.cellW - s), px(y + s), px(s), px(s)), 3);
+        // the day number, centred at the top
+        p.setFont(pointFont(base, (g.cellH / 2.0) / 20));
+        p.setPen(columnColour((c.x / std::max(1, g.cellW)) % 7));
+        const QFontMetricsF fm(p.font());
+        const QString num = QString::number(c.day);
+        // The top of the figures at the top of the cell (the font's own
+        // leading above the figures is left out).
+        p.drawText(QPointF(px(x) + (px(g.cellW) - fm.horizontalAdvance(num)) / 2, px(y) + fm.capHeight() * 1.15),
+                   num);
+    }
+    // the header: weekday letters with a white shadow, and the column lines
+    const QString letters = QStringLiteral("日月火水木金土");
+    p.setFont(pointFont(base, g.headerH / 20.0));
+    const QFontMetricsF fm(p.font());
+    for (int col = 0; col < 7; ++col) {
+        const QString l = letters.mid(col, 1);
+        const double lx = px(col * g.cellW) + (px(g.cellW) - fm.horizontalAdvance(l)) / 2;
+        const double ly = (px(g.headerH) - fm.height()) / 2 + fm.ascent();
+        p.setPen(Qt::white);
+        p.drawText(QPointF(lx + px(20), ly + px(20)), l);
+        p.setPen(columnColour(col));
+        p.drawText(QPointF(lx, ly), l);
+        if (col > 0) {
+            p.setPen(QPen(Qt::black, 0));
+            p.drawLine(QPointF(px(col * g.cellW), 0), QPointF(px(col * g.cellW), px(g.canvasH)));
+        }
+    }
+    p.setPen(QPen(Qt::black, 0));
+    for (int row = 0; row < g.rows; ++row) {
+        const double y = px(row * g.cellH + g.headerH);
+        p.drawLine(QPointF(0, y), QPointF(px(g.canvasW), y));
+    }
+    p.restore();
+}
+
+}

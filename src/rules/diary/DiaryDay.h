@@ -1,0 +1,55 @@
+#pragma once
+// One farmer's one day of the diary, held in memory from opening to saving:
+// the day record, the work lines, and (in gLEDGE_ROWS) the slips of the day.
+// A save replaces the day as a whole, step by step, each step standing by
+// itself: slips, pesticide cost slips, the day, the lines, the stock recount.
+
+#include "base/Value.h"
+
+#include <QDateTime>
+#include <QVector>
+
+struct DiaryDayRec {
+    Value FMR_ID, WORK_DATE, WTH_ID, LO_TMP, HI_TMP, ONE_MSG, NOTES1, NOTES2, IDATE, UDATE, LAST_TM, HOLD_TM;
+};
+
+struct DiaryDtlRec {
+    Value FMR_ID, WORK_DATE, DTL_NO, PLANT_ID, WORK_KBN, WORK_NM, NOTES, CHEMI_ID, CHEMI_NM, REG_NO, PURPOSE, QTY,
+        UNIT_ID, SHIP_ID, SCHD_ID, LEDGE_ID;
+};
+
+class DiaryDay {
+public:
+    DiaryDayRec day;
+    QVector<DiaryDtlRec> dtl; // never empty: element 0 may be a blank slot
+
+    DiaryDay() { clear(); }
+    void clear();
+
+    // Reads the day from the tables; takes the hold stamp on the day's row.
+    void load(const Value &fmrId, const QDateTime &workDate);
+    // Writes the day: the steps in their order (see the header comment).
+    void save();
+
+    // A new line: into the blank slot, else at the end. Returns its index.
+    int addDetail(const Value &plantId);
+    // Removes a line, and the slip its pesticide cost made from gLEDGE_ROWS.
+    // Returns true when gLEDGE_ROWS changed.
+    bool removeDetail(int index);
+    // The first line with that number, or -1.
+    int findDetail(const Value &dtlNo) const;
+
+    // The steps of the save, one by one.
+    void SaveLedgeData();
+    void SaveUseChemi();
+    void saveDay();
+    void saveDetails();
+
+private:
+    QString farmer() const;
+    QString sqlDay() const;
+};
+
+// The text of the pesticide side of a use slip: the quantity as "0.0" and the
+// unit's name behind it.
+QString useQuantityText(const Value &qty, const Value &unitId);

@@ -1,0 +1,6 @@
+# The rules of diary.
+list(APPEND TILLORA_RULES_SOURCES
+  rules/diary/BookPage.cpp
+  rules/diary/CalMonth.cpp
+  rules/diary/DiaryDay.cpp
+  rules/diary/modOldCal.cpp)

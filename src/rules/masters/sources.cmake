@@ -1,0 +1,3 @@
+# The rules of masters.
+list(APPEND TILLORA_RULES_SOURCES
+  rules/masters/PrdMaster.cpp)

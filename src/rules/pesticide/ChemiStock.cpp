@@ -1,0 +1,100 @@
+#include "rules/pesticide/ChemiStock.h"
+
+#include "base/Helpers.h"
+#include "store/Database.h"
+
+namespace {
+QString sqlDay(const QDateTime &d) { return DateUtil::sqlText(d); }
+}
+
+void ResetUnusedChemi(const Value &fmrId)
+{
+    const QString farmer = fmrId.toText();
+    RecordsetPtr rs = gDB->GetFwdOnlyRst(
+        QStringLiteral("SELECT D_CHEMI.CHEMI_ID FROM D_CHEMI LEFT JOIN D_DIARY_DTL ON D_CHEMI.CHEMI_ID = "
+                       "D_DIARY_DTL.CHEMI_ID WHERE D_DIARY_DTL.FMR_ID IS NULL AND D_CHEMI.FMR_ID=") +
+        farmer);
+    for (; !rs->eof(); rs->MoveNext())
+        gDB->EXEC(QStringLiteral("UPDATE D_CHEMI SET  D_CHEMI.USED_QTY=0,  D_CHEMI.REST_QTY=D_CHEMI.PUR_QTY  WHERE "
+                                 "D_CHEMI.FMR_ID=") +
+                  farmer + QStringLiteral(" AND D_CHEMI.CHEMI_ID=") + rs->Fields(0).toText());
+}
+
+void RecountChemiUse(const Value &fmrId, const QDateTime &workDate)
+{
+    const QString farmer = fmrId.toText();
+    // 1. the lots named on this day's lines
+    RecordsetPtr rs = gDB->GetFwdOnlyRst(
+        QStringLiteral("SELECT  D_DIARY_DTL.CHEMI_ID  FROM D_DIARY_DTL  WHERE D_DIARY_DTL.FMR_ID=") + farmer +
+        QStringLiteral(" AND D_DIARY_DTL.WORK_DATE=#") + sqlDay(workDate) + QStringLiteral("#"));
+    QStringList ids;
+    for (; !rs->eof(); rs->MoveNext())
+        ids << Nz(rs->Fields(0), Value(0)).toText();
+    if (ids.isEmpty())
+        return;
+    // 2. their uses over all days
+    rs = gDB->GetFwdOnlyRst(
+        QStringLiteral("SELECT  D_DIARY_DTL.CHEMI_ID,  D_CHEMI.PUR_UNIT AS PUR_UNIT_ID,  D_DIARY_DTL.UNIT_ID AS "
+                       "DTL_UNIT_ID,  D_DIARY_DTL.QTY FROM D_DIARY_DTL  INNER JOIN D_CHEMI  ON D_DIARY_DTL.CHEMI_ID = "
+                       "D_CHEMI.CHEMI_ID AND D_DIARY_DTL.FMR_ID = D_CHEMI.FMR_ID WHERE D_DIARY_DTL.FMR_ID=") +
+        farmer + QStringLiteral(" AND D_DIARY_DTL.CHEMI_ID IN(") + ids.join(QLatin1Char(',')) + QStringLiteral(")"));
+    // 3. into the scratch table of the work database (the scratch work is
+    // one transaction, the updates of the lots another)
+    inTransaction(gWORK.get(), [&] {
+        if (!rs->eof()) {
+            gWORK->EXEC(QStringLiteral("DELETE W_CHEMI_USE.* FROM W_CHEMI_USE"));
+            RecordsetPtr w = gWORK->GetDynamicRst(QStringLiteral("SELECT W_CHEMI_USE.* FROM W_CHEMI_USE"));
+            for (; !rs->eof(); rs->MoveNext()) {
+                w->AddNew();
+                w->SetField(QStringLiteral("CHEMI_ID"), rs->Fields(QStringLiteral("CHEMI_ID")));
+                w->SetField(QStringLiteral("QTY"), rs->Fields(QStringLiteral("QTY")));
+                w->SetField(QStringLiteral("PUR_UNIT_ID"), rs->Fields(QStringLiteral("PUR_UNIT_ID")));
+                w->SetField(QStringLiteral("DTL_UNIT_ID"), rs->Fields(QStringLiteral("DTL_UNIT_ID")));
+                w->Update();
+            }
+            w->Close();
+        }
+        // 4. the rate of each use, from the unit table
+        gWORK->EXEC(QStringLiteral("UPDATE W_CHEMI_USE INNER JOIN L_CHEMI_UNIT ON (W_CHEMI_USE.PUR_UNIT_ID = "
+                                   "L_CHEMI_UNIT.ID) AND (W_CHEMI_USE.DTL_UNIT_ID = L_CHEMI_UNIT.CHG_ID)  SET "
+                                   "W_CHEMI_USE.RT = 1/ L_CHEMI_UNIT.RT"));
+        gWORK->EXEC(QStringLiteral("UPDATE W_CHEMI_USE INNER JOIN L_CHEMI_UNIT ON (W_CHEMI_USE.PUR_UNIT_ID = "
+                                   "L_CHEMI_UNIT.CHG_ID) AND (W_CHEMI_USE.DTL_UNIT_ID = L_CHEMI_UNIT.ID) SET "
+                                   "W_CHEMI_USE.RT = L_CHEMI_UNIT.RT"));
+        gWORK->EXEC(QStringLiteral("UPDATE W_CHEMI_USE  SET W_CHEMI_USE.RT=1 WHERE "
+                                   "W_CHEMI_USE.PUR_UNIT_ID=W_CHEMI_USE.DTL_UNIT_ID"));
+        gWORK->EXEC(QStringLiteral("UPDATE W_CHEMI_USE  SET W_CHEMI_USE.USE_QTY=W_CHEMI_USE.QTY * W_CHEMI_USE.RT"));
+    });
+    // 5. the sums into the lots
+    rs = gWORK->GetFwdOnlyRst(QStringLiteral("SELECT  W_CHEMI_USE.CHEMI_ID,  SUM(W_CHEMI_USE.USE_QTY) AS USE_QTY FROM "
+                                             "W_CHEMI_USE GROUP BY W_CHEMI_USE.CHEMI_ID"));
+    inTransaction(gDB.get(), [&] {
+        for (; !rs->eof(); rs->MoveNext())
+            gDB->EXEC(QStringLiteral("UPDATE D_CHEMI SET  USED_QTY=") + Nz(rs->Fields(1), Value(0)).toText() +
+                      QStringLiteral(" WHERE D_CHEMI.CHEMI_ID=") + rs->Fields(0).toText());
+        // 6. what is left, for every lot
+        gDB->EXEC(QStringLiteral("UPDATE D_CHEMI SET  REST_QTY=PUR_QTY-USED_QTY"));
+    });
+}
+
+Currency CalChemiAmt(const Value &fmrId, const Value &chemiId, const Value &qty, const Value &unitId)
+{
+    const qint32 chemi = chemiId.toLong();
+    const Currency q = qty.toCurrency();
+    const qint32 unit = unitId.toLong(); // a missing unit is the Null error
+    RecordsetPtr rs = gDB->GetFwdOnlyRst(QStringLiteral("SELECT D_CHEMI.PUR_QTY, D_CHEMI.PUR_UNIT,D_CHEMI.PUR_AMT FROM "
+                                                        "D_CHEMI") +
+                                         QStringLiteral(" WHERE FMR_ID=") + fmrId.toText() +
+                                         QStringLiteral(" AND CHEMI_ID=") + QString::number(chemi));
+    double purQty = 0;
+    qint32 purUnit = 0;
+    Currency purAmt;
+    if (!rs->eof()) {
+        purQty = Nz(rs->Fields(0), Value(0)).toDouble();
+        purUnit = Nz(rs->Fields(1), Value(0)).toLong();
+        purAmt = Nz(rs->Fields(2), Value(0)).toCurrency();
+    }
+    const double rate = GetUnitRate(purUnit, unit);
+    const Currency price = purQty == 0 ? Currency() : Currency::fromDouble(purAmt.toDouble() / purQty);
+    return RoundEx(Value((price * q).toDouble() * rate), 3, 0);
+}

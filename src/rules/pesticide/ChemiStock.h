@@ -1,0 +1,23 @@
+#pragma once
+// Stock figures and use costs of the pesticide lots.
+
+#include "base/Currency.h"
+#include "base/Value.h"
+
+#include <QDateTime>
+
+// Lots of the farmer that no diary line uses get their whole quantity back:
+// USED_QTY 0 and REST_QTY = PUR_QTY. The only road that clears a lot whose
+// last use was removed.
+void ResetUnusedChemi(const Value &fmrId);
+
+// Recounts USED_QTY of the lots named on the farmer's lines of that day, over
+// all their days, converting each use into the purchase unit through the
+// unit table; then REST_QTY = PUR_QTY - USED_QTY for every lot.
+void RecountChemiUse(const Value &fmrId, const QDateTime &workDate);
+
+// The cost of a use of qty in unitId of the farmer's lot: the price of a
+// purchase unit times the quantity, converted by the fixed unit rates,
+// rounded half up to a whole amount. Raises the overflow of the mg-to-kg
+// pair and the Null error for a missing unit.
+Currency CalChemiAmt(const Value &fmrId, const Value &chemiId, const Value &qty, const Value &unitId);

@@ -1,0 +1,3 @@
+# The rules of planting.
+list(APPEND TILLORA_RULES_SOURCES
+  rules/planting/PlantData.cpp)

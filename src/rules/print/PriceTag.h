@@ -1,0 +1,113 @@
+#pragma once
+// Price tags apart from their screens: the rows read from a day's (or a
+// period's) shipments, the flat list of labels of a run, the sheet
+// arithmetic, and the CSV lines written for outside label printers.
+#include "base/Currency.h"
+#include "base/Value.h"
+#include "store/Recordset.h"
+
+#include <QDateTime>
+#include <QPointF>
+#include <QString>
+#include <QVector>
+
+struct PriceTagLabel {
+    QString Code;   // the shop's 13-digit code; a label without one prints nothing
+    QString QrText; // the trace address, empty when the shop has no web address
+    QString FmrNm;
+    QString Tel;
+    QString PrdNm;
+    Currency Price;
+    // Fields kept for the export's fixed columns; always empty or 0.
+    QString Label2, Label3;
+    Currency Price2;
+    qint16 Opt1 = 0;
+    QString Label4;
+    qint16 Opt2 = 0;
+    QDateTime LabelDate;
+    QString Label5;
+    QString Locate; // place of origin
+    bool Plas = false;
+
+    bool isBlank() const { return Code.isEmpty(); }
+};
+
+struct PriceTagRow {
+    bool Flag = false;
+    qint16 RepId = 10;
+    qint32 Extra1 = 0;
+    qint32 FmrId = 0;
+    qint32 PrdId = 0;
+    QString PrdNm;
+    qint16 Extra2 = 0;
+    qint32 Qty = 0;
+    PriceTagLabel Label;
+};
+
+struct PriceTagSet {
+    qint16 Skip = 0; // labels left blank at the start of the first sheet
+    QVector<PriceTagRow> Rows;
+};
+
+// Only element 0 is used.
+extern QVector<PriceTagSet> gPTAG_ROWS;
+// The labels of a run, skipped places included (as blank labels).
+extern QVector<PriceTagLabel> gLABEL_LIST;
+
+namespace PriceTag {
+constexpr int PerSheet = 24;
+constexpr int PerColumn = 8;
+constexpr double Width = 3742.2;  // 66.0 mm
+constexpr double Height = 1922.13; // 33.9 mm
+}
+
+// Builds gPTAG_ROWS[0].Rows from a set of D_SHIP rows, in their order.
+void SetPriceTagRows(Recordset &rs);
+// Expands the rows into gLABEL_LIST: the skipped places, then each row's
+// label once for every unit shipped (rows without a code give none).
+void SetLabelList();
+
+// Labels and sheets of a run: the skipped places count, rows of 0 add none.
+struct TagTotals {
+    int labels = 0;
+    int pages = 0;
+};
+TagTotals tagTotals(int skip, const QVector<PriceTagRow> &rows);
+int pagesFor(int labels);
+
+// The labels of one sheet: the first and last index into gLABEL_LIST, or
+// first > last when the sheet is empty.
+struct SheetRange {
+    int first = 0;
+    int last = -1;
+};
+SheetRange sheetRange(int page, int listSize);
+// Where label i of its sheet stands (top left, twips), from the sheet's corner.
+QPointF labelOrigin(int index);
+
+// The shipments of one day for the tag sheet ("" farmer filter: all).
+QString dayRowsSql(const QDateTime &day, const QString &farmerTerm = QString());
+
+// The skip typed in the sheet dialog: its leading number, taken as 0 when it
+// is no number or below 0, and at most 999.
+qint16 skipValue(const QString &text);
+// Reads the shipments of a day (of one farmer when farmer holds an id) into
+// gPTAG_ROWS, one set with the skip, and gives the sheet's totals.
+TagTotals loadPriceTagDay(const QDateTime &day, qint16 skip, const Value &farmer = Value());
+
+// ---- export -------------------------------------------------------------
+
+// The period the export dialog opens with.
+struct ExportPeriod {
+    QDateTime first, last;
+};
+ExportPeriod exportPeriod(const QDateTime &today, const QDateTime &lastExport, const QDateTime &latestShipment);
+// The shipments of a period for the export.
+QString periodRowsSql(const QDateTime &first, const QDateTime &last, const Value &farmer, const Value &shop);
+// "yymmdd-yymmdd-farmer-shop.csv"
+QString exportFileName(const QDateTime &first, const QDateTime &last, const Value &farmer, const Value &shop);
+// One line of the file, without its line end.
+QString csvLine(const PriceTagRow &row);
+// Writes the rows to the file in the system code page with CR LF line ends,
+// replacing a file that is there. False (with the reason) when it can't be written.
+bool writeCsv(const QString &path, const QVector<PriceTagRow> &rows, QString *error = nullptr);

@@ -1,0 +1,9 @@
+# The rules of print.
+list(APPEND TILLORA_RULES_SOURCES
+  rules/print/PageTarget.cpp
+  rules/print/PainterTarget.cpp
+  rules/print/PriceTag.cpp
+  rules/print/PriceTagSheet.cpp
+  rules/print/PrintTarget.cpp
+  rules/print/Symbols.cpp
+  rules/print/modPrinter.cpp)

@@ -1,0 +1,4 @@
+# The rules of shipping.
+list(APPEND TILLORA_RULES_SOURCES
+  rules/shipping/ShipData.cpp
+  rules/shipping/ShopBarcode.cpp)

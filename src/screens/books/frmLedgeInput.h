@@ -1,0 +1,53 @@
+#pragma once
+// The slip entry ("伝票入力"): adds, changes, shows and deletes one slip of
+// D_LEDGE, opened from the slip list with gMODE and gROW_IDX. It works on a
+// copy of the row and writes it only when 登録 (or 削除) is pressed.
+
+#include "ui/Form.h"
+#include "base/Globals.h"
+
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+class frmLedgeInput : public Form {
+    Q_OBJECT
+public:
+    explicit frmLedgeInput(QWidget *parent = nullptr);
+
+    void InitForm();
+    void SetCmb(int index);
+    void SetCmbOpt(int index);
+    void SetMode();
+    void DispData();
+    bool ChkData();
+    bool SaveData();
+    // Kept as a stub: nothing calls it.
+    void SaveCreditCashData();
+
+    const LedgeRow &record() const { return mRec; }
+    // The sub-account kind remembered for the debit (0) or credit (1) side.
+    int optKind(int side) const { return mOptKbn[side]; }
+
+protected:
+    void onLoad() override;
+    void onResize() override;
+    void onActivate() override;
+    void onUnload() override;
+
+private:
+    bool txtLeave(int index);
+    bool cmbLeave(int index);
+    // Reads OPT_KBN of the side's account; a new kind refills the side's
+    // sub-account list, and the list is usable only for a kind other than 0.
+    void accountKind(int side);
+
+    LedgeRow mRec;
+    int mOptKbn[2] = {0, 0};
+    bool mChanged = false;
+    QVector<QLineEdit *> txtDATA;
+    QVector<QComboBox *> cmbDATA;
+    QLabel *lblDATA = nullptr;
+    QVector<QPushButton *> cmdMENU;
+};

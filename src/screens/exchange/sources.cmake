@@ -1,0 +1,5 @@
+# The screens of exchange.
+list(APPEND TILLORA_SCREENS_SOURCES
+  screens/exchange/ExchangeScreens.cpp
+  screens/exchange/fdlExpPriceTag.cpp
+  screens/exchange/fdlUploadTraceData.cpp)

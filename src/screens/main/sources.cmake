@@ -1,0 +1,5 @@
+# The screens of main.
+list(APPEND TILLORA_SCREENS_SOURCES
+  screens/main/MainScreens.cpp
+  screens/main/fmnMain.cpp
+  screens/main/modMain.cpp)

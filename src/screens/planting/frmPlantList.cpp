@@ -1,0 +1,197 @@
+#include "screens/planting/frmPlantList.h"
+
+#include "rules/planting/PlantData.h"
+#include "screens/planting/PlantScreens.h"
+#include "screens/planting/frmPlantInput.h"
+
+#include "ui/Entry.h"
+#include "base/Globals.h"
+#include "base/Msg.h"
+#include "store/SqlText.h"
+#include "store/Database.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTreeWidget>
+
+namespace {
+
+const CtlSpec kControls[] = {
+    {"lblTITLE", CtlKind::Label, "作付一覧", 300, 150, 4000, 540},
+    {"fraCOND", CtlKind::Frame, "検索条件", 300, 800, 11800, 960},
+    {"lblCAP(0)", CtlKind::Label, "年", 100, 400, 500, 390, "fraCOND"},
+    {"txtCOND(0)", CtlKind::Text, "", 700, 400, 900, 390, "fraCOND"},
+    {"lblCAP(1)", CtlKind::Label, "作物", 1800, 400, 800, 390, "fraCOND"},
+    {"cmbCOND(0)", CtlKind::ComboEdit, "", 2700, 400, 2700, 390, "fraCOND"},
+    {"lblCAP(2)", CtlKind::Label, "区分", 5600, 400, 800, 390, "fraCOND"},
+    {"cmbCOND(1)", CtlKind::ComboEdit, "", 6500, 400, 2100, 390, "fraCOND"},
+    {"cmdFIND", CtlKind::Button, "検索", 10100, 340, 1500, 500, "fraCOND"},
+    {"ListView1", CtlKind::ListView, "ID|作付名|作付日|収穫月|品種|耕作面積", 300, 1900, 11800, 6400},
+    {"cmdMENU(1)", CtlKind::Button, "追加", 3200, 8500, 1400, 540},
+    {"cmdMENU(2)", CtlKind::Button, "修正", 4700, 8500, 1400, 540},
+    {"cmdMENU(3)", CtlKind::Button, "参照", 6200, 8500, 1400, 540},
+    {"cmdMENU(4)", CtlKind::Button, "削除", 7700, 8500, 1400, 540},
+    {"cmdMENU(5)", CtlKind::Button, "複写", 9200, 8500, 1400, 540},
+    {"cmdMENU(6)", CtlKind::Button, "印刷", 10700, 8500, 1400, 540},
+    {"cmdMENU(0)", CtlKind::Button, "閉じる", 300, 8500, 1600, 540},
+};
+
+// Widths of the columns (ID, 作付名, 作付日, 収穫月, 品種, 耕作面積) in twips at the design size.
+const int kColumnWidths[6] = {1000, 3600, 1600, 1300, 2600, 1400};
+
+
+} // namespace
+
+frmPlantList::frmPlantList(QWidget *parent) : Form(QStringLiteral("frmPlantList"), 12400, 9200, parent)
+{
+    setWindowTitle(QStringLiteral("作付一覧"));
+    setSizable(true);
+    buildControls(kControls, int(std::size(kControls)));
+    txtCOND = ctl<QLineEdit>(QStringLiteral("txtCOND(0)"));
+    cmbCOND = array<QComboBox>(QStringLiteral("cmbCOND"), 2);
+    ListView1 = ctl<QTreeWidget>(QStringLiteral("ListView1"));
+    cmdMENU = array<QPushButton>(QStringLiteral("cmdMENU"), 7);
+
+    setFieldLimit(txtCOND, 4, ImeMode::None);
+    // The year goes into the statement as a number.
+    entry().setLeaveCheck(txtCOND, [this] {
+        if (txtCOND->text().isEmpty() || IsNumeric(Value(txtCOND->text())))
+            return true;
+        ShowMsg(QStringLiteral("数値を指定してください。"), Msg::Exclamation);
+        return false;
+    });
+    for (QComboBox *c : cmbCOND)
+        entry().setLeaveCheck(c, [c] { return PlantUi::settleComboText(c, true); });
+
+    ListView1->header()->setStretchLastSection(false);
+    ListView1->headerItem()->setTextAlignment(0, Qt::AlignRight | Qt::AlignVCenter);
+    ListView1->headerItem()->setTextAlignment(5, Qt::AlignRight | Qt::AlignVCenter);
+
+    onClick(ctl<QPushButton>(QStringLiteral("cmdFIND")), [this] {
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+        struct Restore {
+            ~Restore() { QApplication::restoreOverrideCursor(); }
+        } restore;
+        SetList();
+    });
+    onClick(cmdMENU[0], [this] { close(); }, false);
+    onClick(cmdMENU[1], [this] { openEntry(1, false); });
+    onClick(cmdMENU[2], [this] { openEntry(2, true); });
+    onClick(cmdMENU[3], [this] { openEntry(3, true); });
+    onClick(cmdMENU[4], [this] { openEntry(4, true); });
+    onClick(cmdMENU[5], [this] { openEntry(1, true); });
+    // No list is printed.
+    cmdMENU[6]->setEnabled(false);
+}
+
+void frmPlantList::onLoad()
+{
+    SetDefSize();
+    applyWindowState();
+}
+
+void frmPlantList::onResize()
+{
+    // A new size starts the list over with its first filters.
+    SetSize();
+    InitForm();
+    SetList();
+}
+
+void frmPlantList::InitForm()
+{
+    const QDateTime base = gBASE_DATE.isValid() ? gBASE_DATE : DateUtil::today();
+    txtCOND->setText(QString::number(base.date().year()));
+    SetCmb(0);
+    SetCmb(1);
+    InitList();
+}
+
+void frmPlantList::InitList()
+{
+    ListView1->clear();
+    for (int i = 0; i < 6; ++i)
+        ListView1->setColumnWidth(i, int(kColumnWidths[i] * rateX() / TwipsPerPixel));
+}
+
+void frmPlantList::SetCmb(int index)
+{
+    QComboBox *c = cmbCOND[index];
+    c->clear();
+    addEmptyItem(c);
+    if (index == 0) {
+        RecordsetPtr rs =
+            gWORK->GetFwdOnlyRst(QStringLiteral("SELECT L_CROP.CROP_NM1 FROM L_CROP ORDER BY L_CROP.CROP_NM1"));
+        for (; !rs->eof(); rs->MoveNext()) {
+            const QString nm = Nz(rs->Fields(QStringLiteral("CROP_NM1")), Value(QString())).toText();
+            addItem(c, nm, Value(nm));
+        }
+    } else {
+        RecordsetPtr rs = gWORK->GetFwdOnlyRst(
+            QStringLiteral("SELECT L_KBN.ID, L_KBN.NM FROM L_KBN WHERE KBN=11 ORDER BY L_KBN.ID"));
+        for (; !rs->eof(); rs->MoveNext())
+            addItem(c, Nz(rs->Fields(QStringLiteral("NM")), Value(QString())).toText(),
+                    Nz(rs->Fields(QStringLiteral("ID")), Value(0)));
+    }
+    c->setCurrentIndex(-1);
+}
+
+void frmPlantList::SetList()
+{
+    const QString year = txtCOND->text();
+    const QString crop = cmbCOND[0]->currentIndex() > 0 ? cmbCOND[0]->itemText(cmbCOND[0]->currentIndex()) : QString();
+    const Value kind = cmbCOND[1]->currentIndex() > 0 ? currentItemData(cmbCOND[1]) : Value::null();
+    if (!year.isEmpty() && !IsNumeric(Value(year))) {
+        ShowMsg(QStringLiteral("数値を指定してください。"), Msg::Exclamation);
+        return;
+    }
+    RecordsetPtr rs = gDB->GetFwdOnlyRst(Plant::listSql(year, crop, kind));
+    ListView1->clear();
+    Plant::loadRows(*rs);
+    rs->Close();
+    QList<QTreeWidgetItem *> items;
+    for (const PlantRow &r : gPLANT_ROWS) {
+        auto *item = new QTreeWidgetItem;
+        item->setText(0, textOf(r.PLANT_ID));
+        item->setText(1, textOf(r.PLANT_NM));
+        item->setText(2, Sql::dayText(r.PLANT_DATE));
+        item->setText(3, Plant::harvestListText(r.HARVEST_SCHD_YM));
+        item->setText(4, textOf(r.CROP_NM1));
+        item->setText(5, textOf(r.AREA));
+        item->setTextAlignment(0, Qt::AlignRight | Qt::AlignVCenter);
+        item->setTextAlignment(5, Qt::AlignRight | Qt::AlignVCenter);
+        items << item;
+    }
+    ListView1->addTopLevelItems(items);
+    if (items.isEmpty())
+        return;
+    // The planting saved last; else the first row, so that a row is always
+    // at hand while the list has any.
+    const int row = std::max(0, Plant::rowOfPlant(gLAST_PLANT_ID));
+    QTreeWidgetItem *item = ListView1->topLevelItem(row);
+    ListView1->setCurrentItem(item);
+    item->setSelected(true);
+    ListView1->scrollToItem(item);
+}
+
+int frmPlantList::selectedRow() const
+{
+    const QList<QTreeWidgetItem *> sel = ListView1->selectedItems();
+    if (sel.isEmpty())
+        return -1;
+    return ListView1->indexOfTopLevelItem(sel.first());
+}
+
+void frmPlantList::openEntry(int mode, bool needsRow)
+{
+    const int row = needsRow ? selectedRow() : -1;
+    if (needsRow && row < 0)
+        return;
+    gMODE = mode;
+    gROW_IDX = row;
+    openModal(new frmPlantInput);
+}

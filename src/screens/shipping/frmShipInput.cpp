@@ -1,0 +1,322 @@
+#include "screens/shipping/frmShipInput.h"
+
+#include "ui/Entry.h"
+#include "base/Globals.h"
+#include "base/Msg.h"
+#include "store/SqlText.h"
+#include "rules/diary/BookPage.h"
+#include "screens/diary/frmDairyCal.h"
+#include "screens/shipping/frmShipList.h"
+#include "store/Database.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QRadioButton>
+
+namespace {
+
+// In the order of entry: what is known at dispatch, then the shop's report.
+const CtlSpec kControls[] = {
+    {"lblTITLE", CtlKind::Label, "出荷入力", 300, 120, 4000, 540},
+    {"lblCAP(0)", CtlKind::Label, "出荷ID", 4500, 180, 900, 420},
+    {"lblDATA(0)", CtlKind::Data, "", 5450, 160, 1200, 420},
+    {"lblCAP(1)", CtlKind::Label, "出荷日", 300, 800, 1000, 420},
+    {"txtDATA(0)", CtlKind::Text, "", 1350, 780, 1600, 420},
+    {"lblCAP(2)", CtlKind::Label, "生産者", 3200, 800, 900, 420},
+    {"cmbDATA(0)", CtlKind::Combo, "", 4150, 780, 2500, 420},
+    {"fraPLANT", CtlKind::Frame, "作付", 300, 1400, 6350, 5000},
+    {"List1", CtlKind::List, "", 150, 350, 2800, 4450, "fraPLANT"},
+    {"lblCAP(3)", CtlKind::Label, "品種", 3050, 400, 900, 420, "fraPLANT"},
+    {"lblDATA(1)", CtlKind::Data, "", 4000, 380, 2200, 420, "fraPLANT"},
+    {"lblCAP(4)", CtlKind::Label, "品名", 3050, 950, 900, 420, "fraPLANT"},
+    {"lblDATA(2)", CtlKind::Data, "", 4000, 930, 2200, 420, "fraPLANT"},
+    {"lblCAP(5)", CtlKind::Label, "作付日", 3050, 1500, 900, 420, "fraPLANT"},
+    {"lblDATA(3)", CtlKind::Data, "", 4000, 1480, 2200, 420, "fraPLANT"},
+    {"lblCAP(6)", CtlKind::Label, "面積", 3050, 2050, 900, 420, "fraPLANT"},
+    {"lblDATA(4)", CtlKind::Data, "", 4000, 2030, 1700, 420, "fraPLANT"},
+    {"lblCAP(7)", CtlKind::Label, "㌃", 5750, 2050, 400, 420, "fraPLANT"},
+    {"lblCAP(8)", CtlKind::Label, "出荷予定", 3050, 2600, 900, 420, "fraPLANT"},
+    {"lblDATA(5)", CtlKind::Data, "", 4000, 2580, 2200, 420, "fraPLANT"},
+    {"lblCAP(9)", CtlKind::Label, "～", 3050, 3130, 900, 420, "fraPLANT"},
+    {"lblDATA(6)", CtlKind::Data, "", 4000, 3110, 2200, 420, "fraPLANT"},
+    {"fraSHOP", CtlKind::Frame, "出荷先・商品", 6850, 780, 5250, 3200},
+    {"lblCAP(10)", CtlKind::Label, "販売店", 100, 380, 1100, 420, "fraSHOP"},
+    {"cmbDATA(1)", CtlKind::Combo, "", 1250, 360, 3800, 420, "fraSHOP"},
+    {"lblCAP(11)", CtlKind::Label, "入金", 100, 880, 1100, 420, "fraSHOP"},
+    {"Option1(0)", CtlKind::Option, "現金", 1250, 880, 1200, 420, "fraSHOP"},
+    {"Option1(1)", CtlKind::Option, "売掛", 2550, 880, 1200, 420, "fraSHOP"},
+    {"lblCAP(12)", CtlKind::Label, "商品コード", 100, 1380, 1100, 420, "fraSHOP"},
+    {"txtDATA(2)", CtlKind::Text, "", 1250, 1360, 1500, 420, "fraSHOP"},
+    {"lblCAP(13)", CtlKind::Label, "品名", 100, 1880, 1100, 420, "fraSHOP"},
+    {"txtDATA(3)", CtlKind::Text, "", 1250, 1860, 3800, 420, "fraSHOP"},
+    {"lblCAP(14)", CtlKind::Label, "生産地", 100, 2380, 1100, 420, "fraSHOP"},
+    {"txtDATA(1)", CtlKind::Text, "", 1250, 2360, 3800, 420, "fraSHOP"},
+    {"Check1", CtlKind::Check, "ﾌﾟﾗｽﾁｯｸ包装", 1250, 2800, 3000, 380, "fraSHOP"},
+    {"fraAMT", CtlKind::Frame, "数量・金額", 6850, 4100, 5250, 2550},
+    {"lblCAP(15)", CtlKind::Label, "売価", 100, 380, 1100, 420, "fraAMT"},
+    {"txtDATA(4)", CtlKind::Text, "", 1250, 360, 1300, 420, "fraAMT"},
+    {"lblCAP(16)", CtlKind::Label, "出荷数", 2650, 380, 1000, 420, "fraAMT"},
+    {"txtDATA(5)", CtlKind::Text, "", 3700, 360, 1300, 420, "fraAMT"},
+    {"lblCAP(17)", CtlKind::Label, "返品数", 100, 900, 1100, 420, "fraAMT"},
+    {"txtDATA(6)", CtlKind::Text, "", 1250, 880, 1300, 420, "fraAMT"},
+    {"lblCAP(18)", CtlKind::Label, "売上数", 2650, 900, 1000, 420, "fraAMT"},
+    {"txtDATA(7)", CtlKind::Text, "", 3700, 880, 1300, 420, "fraAMT"},
+    {"lblCAP(19)", CtlKind::Label, "値引額", 100, 1420, 1100, 420, "fraAMT"},
+    {"txtDATA(8)", CtlKind::Text, "", 1250, 1400, 1300, 420, "fraAMT"},
+    {"lblCAP(20)", CtlKind::Label, "金額", 2650, 1420, 1000, 420, "fraAMT"},
+    {"lblDATA(7)", CtlKind::Data, "", 3700, 1400, 1300, 420, "fraAMT"},
+    {"lblCAP(21)", CtlKind::Label, "手数料率", 100, 1940, 1100, 420, "fraAMT"},
+    {"txtDATA(9)", CtlKind::Text, "", 1250, 1920, 1000, 420, "fraAMT"},
+    {"lblCAP(22)", CtlKind::Label, "%", 2270, 1940, 300, 420, "fraAMT"},
+    {"lblCAP(23)", CtlKind::Label, "手数料", 2650, 1940, 1000, 420, "fraAMT"},
+    {"txtDATA(10)", CtlKind::Text, "", 3700, 1920, 1300, 420, "fraAMT"},
+    {"lblCAP(24)", CtlKind::Label, "備考", 300, 6650, 1000, 420},
+    {"txtDATA(11)", CtlKind::Text, "", 1350, 6630, 5300, 420},
+    {"MonthView1", CtlKind::Calendar, "", 0, 0, 3900, 2700},
+    {"cmdMENU(0)", CtlKind::Button, "ｷｬﾝｾﾙ", 300, 8300, 1800, 620},
+    {"cmdMENU(1)", CtlKind::Button, "登録", 10300, 8300, 1800, 620},
+};
+
+const struct {
+    int length;
+    ImeMode mode;
+} kLimits[12] = {{10, ImeMode::Disabled}, {50, ImeMode::Hiragana}, {8, ImeMode::Off},     {50, ImeMode::Hiragana},
+                 {8, ImeMode::Disabled},  {8, ImeMode::Disabled},  {8, ImeMode::Disabled}, {8, ImeMode::Disabled},
+                 {8, ImeMode::Disabled},  {8, ImeMode::Disabled},  {8, ImeMode::Disabled}, {50, ImeMode::Hiragana}};
+
+} // namespace
+
+frmShipInput::frmShipInput(QWidget *parent) : Form(QStringLiteral("frmShipInput"), 12400, 9200, parent)
+{
+    setWindowTitle(QStringLiteral("出荷入力"));
+    setSizable(true);
+    setTrapStyle(TrapStyle::Description);
+    buildControls(kControls, int(std::size(kControls)));
+    txtDATA = array<QLineEdit>(QStringLiteral("txtDATA"), 12);
+    cmbDATA = array<QComboBox>(QStringLiteral("cmbDATA"), 2);
+    lblDATA = array<QLabel>(QStringLiteral("lblDATA"), 8);
+    Option1 = array<QRadioButton>(QStringLiteral("Option1"), 2);
+    cmdMENU = array<QPushButton>(QStringLiteral("cmdMENU"), 2);
+    List1 = ctl<QListWidget>(QStringLiteral("List1"));
+    Check1 = ctl<QCheckBox>(QStringLiteral("Check1"));
+    lblDATA[7]->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    entry().registerDateField(txtDATA[0], 0);
+    for (int i = 0; i < 12; ++i) {
+        setFieldLimit(txtDATA[i], kLimits[i].length, kLimits[i].mode);
+        if (i >= 4 && i <= 10)
+            txtDATA[i]->setAlignment(Qt::AlignRight);
+        connect(txtDATA[i], &QLineEdit::textChanged, this, [this] { mChanged = true; });
+        QLineEdit *box = txtDATA[i];
+        entry().setLeaveCheck(box, [this, box, i] {
+            if (mChanged) {
+                Ship::leaveBox(mRow, i, box->text());
+                DispData();
+            }
+            return true;
+        });
+    }
+    entry().setLeaveCheck(cmbDATA[0], [this] {
+        mRow.FMR_ID = cmbDATA[0]->currentIndex() >= 0 ? currentItemData(cmbDATA[0]) : Value::null();
+        DispData();
+        return true;
+    });
+    entry().setLeaveCheck(cmbDATA[1], [this] {
+        mRow.SHOP_ID = cmbDATA[1]->currentIndex() >= 0 ? currentItemData(cmbDATA[1]) : Value::null();
+        // a new shop brings its own cash or receivable choice back
+        mRow.ACC_ID = Nz(gMST->DLookup(QStringLiteral("ACC_ID"), QStringLiteral("M_SHOP"),
+                                       QStringLiteral("SHOP_ID=") + Nz(mRow.SHOP_ID, Value(0)).toText()),
+                         Value(0));
+        DispData();
+        return true;
+    });
+    connect(List1, &QListWidget::itemClicked, this, [this] {
+        trap([this] {
+            if (List1->currentRow() >= 0) {
+                mRow.PLANT_ID = itemData(List1, List1->currentRow());
+                DispPlantData();
+            }
+        });
+    });
+    // The product of the planting, whatever was typed before.
+    entry().setLeaveCheck(List1, [this] {
+        if (gMODE != 1 && gMODE != 2)
+            return true;
+        const QString where = QStringLiteral("PLANT_ID=") + Nz(mRow.PLANT_ID, Value(0)).toText();
+        mRow.PRD_ID = Value(textOf(gDB->DLookup(QStringLiteral("PRD_ID"), QStringLiteral("D_PLANT"), where)));
+        mRow.PRD_NM = Value(textOf(gDB->DLookup(QStringLiteral("PRD_NM"), QStringLiteral("D_PLANT"), where)));
+        txtDATA[2]->setText(mRow.PRD_ID.toText());
+        txtDATA[3]->setText(mRow.PRD_NM.toText());
+        mChanged = false;
+        return true;
+    });
+    onClick(Option1[0], [this] { mRow.ACC_ID = Value(1000); });
+    onClick(Option1[1], [this] { mRow.ACC_ID = Value(1040); });
+    onClick(Check1, [this] { mRow.PLAS = Value(Check1->isChecked()); });
+    onClick(cmdMENU[0], [this] { close(); }, false);
+    onClick(cmdMENU[1], [this] {
+        if (!ChkData())
+            return;
+        SaveData();
+        if (auto *list = qobject_cast<frmShipList *>(Form::find(QStringLiteral("frmShipList")))) {
+            list->SetList1();
+            list->SetList2();
+        }
+        if (auto *cal = qobject_cast<frmDairyCal *>(Form::find(QStringLiteral("frmDairyCal"))))
+            cal->DispData();
+        close();
+    });
+}
+
+void frmShipInput::onLoad()
+{
+    SetDefSize();
+    applyWindowState();
+}
+
+void frmShipInput::onResize()
+{
+    SetSize();
+    InitForm();
+    SetMode();
+}
+
+void frmShipInput::onUnload() { gDB->ReleaseData(QStringLiteral("D_SHIP"), QString()); }
+
+void frmShipInput::InitForm()
+{
+    mRow = ShipRow();
+    for (int i = 0; i < cmbDATA.size(); ++i)
+        SetCmb(i);
+}
+
+void frmShipInput::SetCmb(int index)
+{
+    QComboBox *c = cmbDATA[index];
+    c->clear();
+    addEmptyItem(c);
+    const QString sql = index == 0
+                            ? QStringLiteral("SELECT  M_FMR.FMR_ID,  M_FMR.FMR_NM  FROM M_FMR  WHERE CHK_FLG<>0 ORDER BY FMR_ID")
+                            : QStringLiteral("SELECT  M_SHOP.SHOP_ID,  M_SHOP.SHOP_NM  FROM M_SHOP  WHERE CHK_FLG<>0 ORDER BY "
+                                             "M_SHOP.SHOP_ID");
+    RecordsetPtr rs = gMST->GetFwdOnlyRst(sql);
+    for (; !rs->eof(); rs->MoveNext())
+        addItem(c, textOf(rs->Fields(1)), rs->Fields(0));
+    c->setCurrentIndex(-1);
+}
+
+void frmShipInput::SetList()
+{
+    List1->clear();
+    // The plantings open on the shipment date; a date that is none offers none.
+    if (!hasValue(mRow.SHIP_DATE) || !IsDate(mRow.SHIP_DATE))
+        return;
+    const QString day = mRow.SHIP_DATE.toDate().toString(QStringLiteral("yyyy/MM/dd"));
+    RecordsetPtr rs = gDB->GetFwdOnlyRst(
+        QStringLiteral("SELECT  D_PLANT.PLANT_ID,  D_PLANT.PLANT_NM  FROM D_PLANT  WHERE FMR_ID=") +
+        Nz(gFMR_ID, Value(0)).toText() + QStringLiteral(" AND START_DATE<=#") + day + QStringLiteral("#") +
+        QStringLiteral(" AND ((END_DATE IS NULL) OR (END_DATE>=#") + day + QStringLiteral("#))") +
+        QStringLiteral(" ORDER BY PLANT_DATE"));
+    for (; !rs->eof(); rs->MoveNext())
+        addItem(List1, textOf(rs->Fields(1)), rs->Fields(0));
+}
+
+void frmShipInput::SetMode()
+{
+    mRow = ShipRow();
+    if (gROW_IDX >= 0 && gROW_IDX < gSHIP_ROWS.size())
+        mRow = gSHIP_ROWS[gROW_IDX];
+    if (gMODE == 1)
+        mRow = Ship::newShipment(); // a copy starts as blank as a new one
+    const bool editing = gMODE == 1 || gMODE == 2;
+    cmdMENU[0]->setText(gMODE == 3 ? QStringLiteral("閉じる") : QStringLiteral("ｷｬﾝｾﾙ"));
+    cmdMENU[1]->setText(gMODE == 4 ? QStringLiteral("削除") : QStringLiteral("登録"));
+    cmdMENU[1]->setVisible(gMODE != 3);
+    // The tab order follows the stage: dispatch in mode 1, the report in mode 2.
+    if (gMODE == 1) {
+        for (int i = 6; i <= 10; ++i)
+            txtDATA[i]->setFocusPolicy(Qt::ClickFocus);
+    } else if (gMODE == 2) {
+        for (int i : {0, 1, 2, 3, 4, 5, 7})
+            txtDATA[i]->setFocusPolicy(Qt::ClickFocus);
+        List1->setFocusPolicy(Qt::ClickFocus);
+        Check1->setFocusPolicy(Qt::ClickFocus);
+    }
+    if (!editing) {
+        lockRecordFields(this);
+        List1->setEnabled(false);
+        for (QRadioButton *o : Option1)
+            o->setEnabled(false);
+    }
+    DispData();
+    if (gMODE == 2)
+        txtDATA[6]->setFocus(Qt::TabFocusReason);
+}
+
+void frmShipInput::DispData()
+{
+    Ship::computeSalesAmount(mRow); // a stored amount is never trusted
+    txtDATA[0]->setText(Sql::dayText(mRow.SHIP_DATE));
+    Value ShipRow::*const boxes[12] = {nullptr,           &ShipRow::LOCATE,    &ShipRow::PRD_ID,  &ShipRow::PRD_NM,
+                                       &ShipRow::SHOP_PRC, &ShipRow::SHIP_QTY, &ShipRow::RTN_QTY, &ShipRow::SALES_QTY,
+                                       &ShipRow::DSC_AMT,  &ShipRow::FEE_RT,   &ShipRow::FEE_AMT, &ShipRow::NOTES};
+    for (int i = 1; i < 12; ++i)
+        txtDATA[i]->setText(textOf(mRow.*boxes[i]));
+    SetList();
+    if (gMODE != 1)
+        lblDATA[0]->setText(textOf(mRow.SHIP_ID));
+    lblDATA[7]->setText(hasValue(mRow.SALES_AMT) ? BookPage::amountText(mRow.SALES_AMT.toCurrency()) : QString());
+    auto select = [](auto *w, const Value &v) {
+        if (hasValue(v))
+            selectItemData(w, v);
+        else
+            w->setCurrentRow(-1);
+    };
+    select(List1, mRow.PLANT_ID);
+    for (int i = 0; i < 2; ++i) {
+        const Value &v = i == 0 ? mRow.FMR_ID : mRow.SHOP_ID;
+        if (hasValue(v))
+            selectItemData(cmbDATA[i], v);
+        else
+            cmbDATA[i]->setCurrentIndex(-1);
+    }
+    Check1->setChecked(hasValue(mRow.PLAS) && mRow.PLAS.toBool());
+    if (isNumber(mRow.ACC_ID, 1000))
+        Option1[0]->setChecked(true);
+    else if (isNumber(mRow.ACC_ID, 1040))
+        Option1[1]->setChecked(true);
+    DispPlantData();
+    mChanged = false;
+}
+
+void frmShipInput::DispPlantData()
+{
+    for (int i = 1; i <= 6; ++i)
+        lblDATA[i]->clear();
+    if (!hasValue(mRow.PLANT_ID) || !IsNumeric(mRow.PLANT_ID) || mRow.PLANT_ID.toDouble() == 0)
+        return;
+    RecordsetPtr rs = gDB->GetFwdOnlyRst(QStringLiteral("SELECT D_PLANT.* FROM D_PLANT WHERE PLANT_ID=") +
+                                         mRow.PLANT_ID.toText());
+    if (rs->eof())
+        return;
+    lblDATA[1]->setText(textOf(rs->Fields(QStringLiteral("CROP_NM1"))));
+    lblDATA[2]->setText(textOf(rs->Fields(QStringLiteral("CROP_NM2"))));
+    lblDATA[3]->setText(Sql::dayText(rs->Fields(QStringLiteral("PLANT_DATE"))));
+    lblDATA[4]->setText(textOf(rs->Fields(QStringLiteral("AREA"))));
+    lblDATA[5]->setText(Sql::dayText(rs->Fields(QStringLiteral("SHIP_SCHD_DATE1"))));
+    lblDATA[6]->setText(Sql::dayText(rs->Fields(QStringLiteral("SHIP_SCHD_DATE2"))));
+}
+
+bool frmShipInput::ChkData()
+{
+    const QString message = Ship::check(mRow, gMODE);
+    if (message.isEmpty())
+        return true;
+    ShowMsg(message, Msg::Exclamation);
+    return false;
+}
+
+void frmShipInput::SaveData() { Ship::post(mRow, gMODE); }

@@ -1,0 +1,227 @@
+#include "screens/shipping/frmShipList.h"
+
+#include "ui/Entry.h"
+#include "base/Globals.h"
+#include "ui/Screens.h"
+#include "rules/diary/BookPage.h"
+#include "rules/shipping/ShipData.h"
+#include "store/Database.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTreeWidget>
+
+namespace {
+
+const CtlSpec kControls[] = {
+    {"lblTITLE", CtlKind::Label, "出荷一覧", 300, 120, 4000, 540},
+    {"fraCOND", CtlKind::Frame, "検索条件", 300, 750, 11800, 1150},
+    {"lblCAP(0)", CtlKind::Label, "年", 100, 430, 500, 420, "fraCOND"},
+    {"txtCOND(0)", CtlKind::Text, "", 650, 410, 900, 420, "fraCOND"},
+    {"Option1(0)", CtlKind::Option, "出荷前", 1800, 430, 1200, 420, "fraCOND"},
+    {"Option1(1)", CtlKind::Option, "出荷中", 3000, 430, 1200, 420, "fraCOND"},
+    {"Option1(2)", CtlKind::Option, "完了", 4200, 430, 1000, 420, "fraCOND"},
+    {"Option1(3)", CtlKind::Option, "全て", 5200, 430, 1000, 420, "fraCOND"},
+    {"lblCAP(1)", CtlKind::Label, "出荷日", 6300, 430, 900, 420, "fraCOND"},
+    {"txtCOND(1)", CtlKind::Text, "", 7250, 410, 1500, 420, "fraCOND"},
+    {"lblCAP(2)", CtlKind::Label, "～", 8750, 430, 350, 420, "fraCOND"},
+    {"txtCOND(2)", CtlKind::Text, "", 9150, 410, 1500, 420, "fraCOND"},
+    {"cmdFIND", CtlKind::Button, "検索", 10750, 380, 950, 500, "fraCOND"},
+    {"lblCAP(3)", CtlKind::Label, "作付", 300, 2000, 2900, 360},
+    {"List1", CtlKind::List, "", 300, 2380, 2900, 5300},
+    {"ListView1", CtlKind::ListView, "ID|月日|売価|出荷数|売上数|値引額|売上額|手数料", 3350, 2380, 8750, 4700},
+    {"lblCAP(4)", CtlKind::Label, "合　計", 3350, 7200, 900, 420},
+    {"lblSUM(0)", CtlKind::Data, "", 4300, 7180, 1500, 420},
+    {"lblSUM(1)", CtlKind::Data, "", 5850, 7180, 1500, 420},
+    {"lblSUM(2)", CtlKind::Data, "", 7400, 7180, 1500, 420},
+    {"lblSUM(3)", CtlKind::Data, "", 8950, 7180, 1500, 420},
+    {"lblSUM(4)", CtlKind::Data, "", 10500, 7180, 1600, 420},
+    {"MonthView1", CtlKind::Calendar, "", 0, 0, 3900, 2700},
+    {"cmdMENU(0)", CtlKind::Button, "閉じる", 300, 8300, 1500, 620},
+    {"cmdMENU(1)", CtlKind::Button, "追加", 3550, 8300, 1350, 620},
+    {"cmdMENU(2)", CtlKind::Button, "修正", 4950, 8300, 1350, 620},
+    {"cmdMENU(3)", CtlKind::Button, "参照", 6350, 8300, 1350, 620},
+    {"cmdMENU(4)", CtlKind::Button, "削除", 7750, 8300, 1350, 620},
+    {"cmdMENU(5)", CtlKind::Button, "複写", 9150, 8300, 1350, 620},
+    {"cmdMENU(6)", CtlKind::Button, "印刷", 10750, 8300, 1350, 620},
+};
+
+QString amount(const Value &v) { return hasValue(v) && IsNumeric(v) ? BookPage::amountText(v.toCurrency()) : textOf(v); }
+
+const QString kFrom = QStringLiteral(" FROM D_SHIP INNER JOIN D_PLANT ON D_SHIP.PLANT_ID=D_PLANT.PLANT_ID");
+
+} // namespace
+
+frmShipList::frmShipList(QWidget *parent) : Form(QStringLiteral("frmShipList"), 12400, 9200, parent)
+{
+    setWindowTitle(QStringLiteral("出荷一覧"));
+    setSizable(true);
+    buildControls(kControls, int(std::size(kControls)));
+    txtCOND = array<QLineEdit>(QStringLiteral("txtCOND"), 3);
+    Option1 = array<QRadioButton>(QStringLiteral("Option1"), 4);
+    lblSUM = array<QLabel>(QStringLiteral("lblSUM"), 5);
+    cmdMENU = array<QPushButton>(QStringLiteral("cmdMENU"), 7);
+    List1 = ctl<QListWidget>(QStringLiteral("List1"));
+    ListView1 = ctl<QTreeWidget>(QStringLiteral("ListView1"));
+    ctl<QLabel>(QStringLiteral("lblCAP(3)"))->setAlignment(Qt::AlignLeft | Qt::AlignBottom);
+    for (QLabel *l : lblSUM)
+        l->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    setFieldLimit(txtCOND[0], 4, ImeMode::Disabled);
+    setFieldLimit(txtCOND[1], 10, ImeMode::Disabled);
+    setFieldLimit(txtCOND[2], 10, ImeMode::Disabled);
+    entry().registerDateField(txtCOND[1], 1);
+    entry().registerDateField(txtCOND[2], 2);
+
+    auto busy = [this](const std::function<void()> &work) {
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+        trap(work);
+        QApplication::restoreOverrideCursor();
+    };
+    onClick(ctl<QPushButton>(QStringLiteral("cmdFIND")), [this, busy] {
+        busy([this] {
+            SetList1();
+            SetList2();
+        });
+    });
+    connect(List1, &QListWidget::itemClicked, this, [this, busy] { busy([this] { SetList2(); }); });
+    onClick(cmdMENU[0], [this] { close(); }, false);
+    onClick(cmdMENU[1], [this] { openInput(1, false); });
+    onClick(cmdMENU[2], [this] { openInput(2, true); });
+    onClick(cmdMENU[3], [this] { openInput(3, true); });
+    onClick(cmdMENU[4], [this] { openInput(4, true); });
+    onClick(cmdMENU[5], [this] { openInput(1, true); });
+    cmdMENU[6]->setEnabled(false); // no list is printed
+}
+
+void frmShipList::onLoad()
+{
+    SetDefSize();
+    applyWindowState();
+}
+
+void frmShipList::onResize()
+{
+    SetSize();
+    InitForm();
+    SetList1();
+    SetList2();
+}
+
+void frmShipList::InitForm()
+{
+    const QDate base = gBASE_DATE.isValid() ? gBASE_DATE.date() : QDate::currentDate();
+    txtCOND[0]->setText(QString::number(base.year()));
+    txtCOND[1]->setText(base.toString(QStringLiteral("yyyy/MM/dd")));
+    txtCOND[2]->setText(base.addMonths(1).addDays(-1).toString(QStringLiteral("yyyy/MM/dd")));
+    Option1[3]->setChecked(true);
+    InitList();
+}
+
+void frmShipList::InitList()
+{
+    ListView1->clear();
+    const int widths[8] = {600, 800, 1000, 1000, 1000, 1000, 1300, 1000};
+    for (int i = 0; i < 8; ++i) {
+        ListView1->setColumnWidth(i, int(widths[i] * rateX() / TwipsPerPixel));
+        ListView1->headerItem()->setTextAlignment(i, (i >= 2 ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+    }
+}
+
+QString frmShipList::plantCriteria() const
+{
+    // Index 1 is the first planting: choosing it shows all, as choosing none does.
+    if (List1->currentRow() > 1)
+        return QStringLiteral(" D_SHIP.PLANT_ID=") + textOf(itemData(List1, List1->currentRow()));
+    QStringList ids;
+    for (int i = 0; i < List1->count(); ++i)
+        ids << Nz(itemData(List1, i), Value(0)).toText();
+    return QStringLiteral(" D_SHIP.PLANT_ID IN(") + ids.join(QLatin1Char(',')) + QStringLiteral(")");
+}
+
+void frmShipList::SetList1()
+{
+    QStringList terms;
+    if (!txtCOND[0]->text().isEmpty())
+        terms << QStringLiteral(" D_PLANT.YYYY=") + txtCOND[0]->text();
+    if (Option1[0]->isChecked())
+        terms << QStringLiteral(" D_SHIP.SHIP_ID IS NULL");
+    else if (Option1[1]->isChecked())
+        terms << QStringLiteral(" D_SHIP.SHIP_ID IS NOT NULL AND D_PLANT.END_DATE IS NULL");
+    else if (Option1[2]->isChecked())
+        terms << QStringLiteral(" D_SHIP.SHIP_ID IS NOT NULL AND D_PLANT.END_DATE IS NOT NULL");
+    QString sql = QStringLiteral("SELECT DISTINCT  D_PLANT.PLANT_ID,  D_PLANT.PLANT_NM  FROM D_PLANT  LEFT JOIN D_SHIP ") +
+                  QStringLiteral(" ON (D_PLANT.PLANT_ID = D_SHIP.PLANT_ID) ") +
+                  QStringLiteral(" AND (D_PLANT.FMR_ID = D_SHIP.FMR_ID)");
+    if (!terms.isEmpty())
+        sql += QStringLiteral(" WHERE ") + terms.join(QStringLiteral(" AND "));
+    sql += QStringLiteral(" ORDER BY D_PLANT.PLANT_ID");
+    RecordsetPtr rs = gDB->GetFwdOnlyRst(sql);
+    ListView1->clear();
+    List1->clear();
+    addItem(List1, QString(), Value(0));
+    for (; !rs->eof(); rs->MoveNext())
+        addItem(List1, textOf(rs->Fields(1)), rs->Fields(0));
+    if (List1->count() > 1) {
+        for (int i = 0; i < List1->count(); ++i)
+            if (hasValue(gLAST_PLANT_ID) && isNumber(itemData(List1, i), Nz(gLAST_PLANT_ID, Value(0)).toDouble())) {
+                List1->setCurrentRow(i);
+                break;
+            }
+    }
+}
+
+void frmShipList::SetList2()
+{
+    QStringList terms;
+    if (!txtCOND[0]->text().isEmpty())
+        terms << QStringLiteral(" D_PLANT.YYYY=") + txtCOND[0]->text();
+    terms << plantCriteria();
+    if (!txtCOND[1]->text().isEmpty())
+        terms << QStringLiteral(" D_SHIP.SHIP_DATE>=#") + txtCOND[1]->text() + QStringLiteral("#");
+    if (!txtCOND[2]->text().isEmpty())
+        terms << QStringLiteral(" D_SHIP.SHIP_DATE<=#") + txtCOND[2]->text() + QStringLiteral("#");
+    const QString where = QStringLiteral(" WHERE ") + terms.join(QStringLiteral(" AND "));
+    RecordsetPtr rs = gDB->GetStaticRst(QStringLiteral("SELECT ") + QStringLiteral(" D_SHIP.* ") + kFrom + where +
+                                        QStringLiteral(" ORDER BY D_SHIP.SHIP_DATE,D_SHIP.PLANT_ID,D_SHIP.SHIP_ID"));
+    ListView1->clear();
+    if (LoadShipRows(*rs) > 0) {
+        for (const ShipRow &r : gSHIP_ROWS) {
+            auto *item = new QTreeWidgetItem(ListView1);
+            item->setText(0, textOf(r.SHIP_ID));
+            item->setText(1, hasValue(r.SHIP_DATE) ? r.SHIP_DATE.toDate().toString(QStringLiteral("MM/dd")) : QString());
+            const Value *cols[6] = {&r.SHOP_PRC, &r.SHIP_QTY, &r.SALES_QTY, &r.DSC_AMT, &r.SALES_AMT, &r.FEE_AMT};
+            for (int c = 0; c < 6; ++c) {
+                item->setText(c + 2, amount(*cols[c]));
+                item->setTextAlignment(c + 2, Qt::AlignRight | Qt::AlignVCenter);
+            }
+            if (hasValue(gLAST_SHIP_ID) && isNumber(r.SHIP_ID, Nz(gLAST_SHIP_ID, Value(0)).toDouble()))
+                ListView1->setCurrentItem(item);
+        }
+    }
+    RecordsetPtr sums = gDB->GetFwdOnlyRst(QStringLiteral("SELECT ") + QStringLiteral(" SUM(D_SHIP.SHIP_QTY), ") +
+                                           QStringLiteral(" SUM(D_SHIP.SALES_QTY), ") +
+                                           QStringLiteral(" SUM(D_SHIP.DSC_AMT), ") +
+                                           QStringLiteral(" SUM(D_SHIP.SALES_AMT), ") +
+                                           QStringLiteral(" SUM(D_SHIP.FEE_AMT) ") + kFrom + where);
+    for (int i = 0; i < 5; ++i)
+        lblSUM[i]->setText(sums->eof() ? QStringLiteral("0")
+                                       : BookPage::amountText(Nz(sums->Fields(i), Value(0)).toCurrency()));
+}
+
+void frmShipList::openInput(int mode, bool needsRow)
+{
+    int row = -1;
+    if (needsRow) {
+        QTreeWidgetItem *item = ListView1->currentItem();
+        if (!item || gSHIP_ROWS.isEmpty())
+            return;
+        row = ListView1->indexOfTopLevelItem(item);
+    }
+    gMODE = mode;
+    gROW_IDX = row;
+    openScreen(QStringLiteral("frmShipInput"));
+}

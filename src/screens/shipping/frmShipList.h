@@ -1,0 +1,38 @@
+#pragma once
+// The way into shipments ("出荷一覧"): plantings by status on the left, the
+// chosen planting's shipments on the right, and their totals.
+
+#include "ui/Form.h"
+
+class QLabel;
+class QLineEdit;
+class QListWidget;
+class QPushButton;
+class QRadioButton;
+class QTreeWidget;
+
+class frmShipList : public Form {
+    Q_OBJECT
+public:
+    explicit frmShipList(QWidget *parent = nullptr);
+
+    void InitForm();
+    void InitList();
+    void SetList1();
+    void SetList2();
+
+protected:
+    void onLoad() override;
+    void onResize() override;
+
+private:
+    void openInput(int mode, bool needsRow);
+    QString plantCriteria() const;
+
+    QVector<QLineEdit *> txtCOND;
+    QVector<QRadioButton *> Option1;
+    QVector<QLabel *> lblSUM;
+    QVector<QPushButton *> cmdMENU;
+    QListWidget *List1;
+    QTreeWidget *ListView1;
+};

@@ -1,0 +1,110 @@
+#pragma once
+// The conventions of data entry, the same on every screen:
+//  * Enter moves on like Tab (on a button it presses the button);
+//  * a text box selects its whole text when it gets the focus;
+//  * a drop-down list opens when it gets the focus;
+//  * a date field completes "2024" to "2024/" and "2024/01" to "2024/01/" as
+//    typed, and shows the screen's pop-up calendar MonthView1 in the add and
+//    change modes; a day clicked there fills the field named by the
+//    calendar's tag and moves on;
+//  * a field may have a leave check: when it fails (having shown its own
+//    message) the focus stays in the field;
+//  * fields have fixed length limits and input-method modes;
+//  * in view and delete modes the record's fields are locked.
+
+#include "base/Value.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+
+#include <functional>
+
+class Form;
+class QCalendarWidget;
+class QComboBox;
+class QLineEdit;
+class QListWidget;
+class QWidget;
+
+enum class ImeMode { None, Disabled, Hiragana, Katakana, FullWidthAlpha, Off };
+
+class EntryConventions : public QObject {
+    Q_OBJECT
+public:
+    explicit EntryConventions(Form *form);
+
+    // Installs the conventions on a control of the screen.
+    void attach(QWidget *control);
+
+    // A date field of the screen; index is the field's index in its array.
+    void registerDateField(QLineEdit *field, int index);
+    // A year-and-month field.
+    void registerYmField(QLineEdit *field);
+    // The check run when the field is left; false keeps the focus there.
+    void setLeaveCheck(QWidget *field, std::function<bool()> check);
+    // A number field: a text left in it that isn't numeric shows message
+    // with the exclamation mark and keeps the focus; an empty one passes.
+    void setNumberCheck(QLineEdit *field, const QString &message);
+    // Runs a pending leave check now; false when a field refuses to be left.
+    bool settleLeaveChecks();
+
+    QCalendarWidget *monthView() const;
+
+signals:
+    // A field was left with its check passed (or without a check).
+    void fieldLeft(QWidget *field);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void onFocusIn(QWidget *w);
+    void onFocusOut(QWidget *w);
+    bool runLeaveCheck(QWidget *w);
+    void runPendingChecks();
+    void showMonthView(QLineEdit *field, int index);
+    void hideMonthView();
+    void onMonthViewClicked(const QDate &date);
+
+    Form *mForm;
+    QHash<QWidget *, std::function<bool()>> mChecks;
+    QHash<QWidget *, int> mDateFields;
+    QList<QPointer<QWidget>> mPending; // left, checks not run yet, in order
+    QPointer<QWidget> mFailed;    // check failed, focus given back
+    bool mRestoring = false;
+    bool mSeenFocus = false;
+    QPointer<QWidget> mEntered; // the control the focus last entered
+};
+
+// Completes a date as it is typed: four digits get "/", seven characters
+// with the first "/" at position 5 get "/"; the caret goes to the end.
+void FmtDateText(QLineEdit *field);
+// The same for year and month: four digits get "/".
+void FmtYmText(QLineEdit *field);
+
+// Moves the focus on from a control, as the Tab key does.
+void sendTab(QWidget *from);
+
+// Maximum length and input-method mode of a text box.
+void setFieldLimit(QLineEdit *field, int maxLength, ImeMode mode);
+// Shows a stored text in a limited field. The limit holds for typing only:
+// a stored text longer than it is shown whole (and so saved back whole).
+void showFieldText(QLineEdit *field, const QString &text);
+
+// Item data in lists: the key of each entry is its item data. The empty
+// first item carries 0.
+void addEmptyItem(QComboBox *combo);
+void addItem(QComboBox *combo, const QString &text, const Value &data);
+Value itemData(const QComboBox *combo, int index);
+Value currentItemData(const QComboBox *combo); // Null when nothing is selected
+// Walks the list from the start and selects the entry whose data equals
+// value; with none, nothing is selected.
+void selectItemData(QComboBox *combo, const Value &value);
+void addItem(QListWidget *list, const QString &text, const Value &data);
+Value itemData(const QListWidget *list, int row);
+void selectItemData(QListWidget *list, const Value &value);
+
+// Modes 3 and 4: every control whose name begins with "txt", "cmb" or "Che"
+// leaves the tab order and is locked, taking the locked background.
+void lockRecordFields(Form *form);

@@ -1,0 +1,2 @@
+tillora_test(tst_values base/tst_values.cpp)
+tillora_test(tst_helpers base/tst_helpers.cpp)

@@ -1,0 +1,776 @@
+// The book screens: the list's criteria and the ledger's opening balance,
+// raise and lower without a window; then the slip list, the account ledger
+// and the slip entry driven as a user drives them, with the rows checked in
+// the data database after each save; and the trial balance dialog.
+
+#include "rules/books/Ledger.h"
+#include "screens/books/fdlPrintAccRep.h"
+#include "screens/books/frmLedgeInput.h"
+#include "screens/books/frmLedgeList.h"
+#include "ui/Form.h"
+#include "base/Globals.h"
+#include "base/Helpers.h"
+#include "ui/Screens.h"
+#include "screens/diary/frmDairyCal.h"
+#include "store/Database.h"
+#include "support/GuiDriver.h"
+#include "support/MsgRecorder.h"
+#include "support/TestRoot.h"
+
+#include <QApplication>
+#include <QCalendarWidget>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTreeWidget>
+#include <QtTest/QTest>
+
+namespace {
+
+void slip(int farmer, int id, const char *date, int debit, int credit, int amt, const char *ctr = "")
+{
+    const QString day = date ? QStringLiteral("#%1#").arg(QString::fromLatin1(date)) : QStringLiteral("NULL");
+    gDB->EXEC(QStringLiteral("INSERT INTO D_LEDGE (FMR_ID, LEDGE_ID, LEDGE_DATE, D_ACC_ID, C_ACC_ID, AMT, CTR_NM) "
+                             "VALUES (%1, %2, %3, %4, %5, %6, '%7')")
+                  .arg(farmer)
+                  .arg(id)
+                  .arg(day)
+                  .arg(debit)
+                  .arg(credit)
+                  .arg(amt)
+                  .arg(QString::fromUtf8(ctr).replace(QLatin1Char('\''), QStringLiteral("''"))));
+}
+
+// Farmer 1: a sale of last year, sales and costs in April and May 2024, a
+// slip with cash on both sides, an undated opening capital; farmer 2: a sale
+// in April.
+void seedSlips()
+{
+    slip(1, 1, "2023/12/20", 1000, 4000, 1000, "道の駅");
+    slip(1, 2, "2024/4/15", 1000, 4000, 2000, "直売所");
+    slip(1, 3, "2024/5/2", 4110, 1000, 300, "種苗店");
+    slip(1, 4, "2024/5/10", 1000, 4000, 5000, "道の駅");
+    slip(1, 5, "2024/5/20", 1000, 1000, 700);
+    slip(1, 6, nullptr, 1000, 3000, 10000);
+    slip(1, 7, "2024/5/25", 2000, 1000, 400, "O'Neil 商店");
+    slip(2, 1, "2024/4/1", 1000, 4000, 9000);
+}
+
+Value slipField(int farmer, int id, const char *column)
+{
+    return gDB->DLookup(QString::fromLatin1(column), QStringLiteral("D_LEDGE"),
+                        QStringLiteral("FMR_ID=%1 AND LEDGE_ID=%2").arg(farmer).arg(id));
+}
+
+// Columns of a stored slip as one text: dates "yyyy/mm/dd", Null "-".
+QString slipText(int farmer, int id, const char *columns)
+{
+    QStringList out;
+    for (const QString &c : QString::fromLatin1(columns).split(QLatin1Char(' '))) {
+        const Value v = slipField(farmer, id, c.toLatin1().constData());
+        out << (v.isNull() ? QStringLiteral("-") : v.isDateType() ? Ledger::dateText(v) : v.toText());
+    }
+    return out.join(QLatin1Char('|'));
+}
+
+int slipCount(const QString &criteria = QString())
+{
+    return gDB->DCount(QStringLiteral("*"), QStringLiteral("D_LEDGE"), criteria).toLong();
+}
+
+QStringList column(QTreeWidget *list, int col)
+{
+    QStringList out;
+    for (int i = 0; i < list->topLevelItemCount(); ++i)
+        out << list->topLevelItem(i)->text(col);
+    return out;
+}
+
+QStringList heads(QTreeWidget *list)
+{
+    QStringList out;
+    for (int i = 0; i < list->columnCount(); ++i)
+        out << list->headerItem()->text(i);
+    return out;
+}
+
+QLineEdit *txt(Form &f, int i) { return f.ctl<QLineEdit>(QStringLiteral("txtDATA(%1)").arg(i)); }
+QComboBox *cmb(Form &f, int i) { return f.ctl<QComboBox>(QStringLiteral("cmbDATA(%1)").arg(i)); }
+QPushButton *btn(Form &f, int i) { return f.ctl<QPushButton>(QStringLiteral("cmdMENU(%1)").arg(i)); }
+
+void typeAndLeave(QLineEdit *field, const QString &text)
+{
+    Gui::closePopups();
+    Gui::type(field, text);
+    Gui::leave(field);
+    Gui::closePopups();
+}
+
+void focusCombo(QComboBox *combo)
+{
+    Gui::closePopups();
+    if (!combo->hasFocus())
+        combo->setFocus(Qt::TabFocusReason);
+    Gui::settle();
+    Gui::closePopups();
+}
+
+// Picks an entry of an entry screen's list by its text and moves on.
+void chooseText(QComboBox *combo, const QString &text)
+{
+    const int i = combo->findText(text, Qt::MatchExactly);
+    QVERIFY2(i >= 0, qPrintable(text));
+    focusCombo(combo);
+    combo->setCurrentIndex(i);
+    emit combo->activated(i);
+    Gui::settle();
+    Gui::leave(combo);
+    Gui::closePopups();
+}
+
+QString itemsOf(QComboBox *c)
+{
+    QStringList out;
+    for (int i = 0; i < c->count(); ++i)
+        out << c->itemText(i);
+    return out.join(QLatin1Char('|'));
+}
+
+// The list as the calendar opens it, for farmer 1 and a month.
+struct ListRig {
+    MsgRecorder msgs;
+    Gui::Modals modals;
+    frmLedgeList list;
+    QTreeWidget *view;
+    explicit ListRig(const QDateTime &base = DateUtil::make(2024, 5, 1))
+    {
+        gFMR_ID = Value(1);
+        gBASE_DATE = base;
+        Gui::show(&list);
+        view = list.ctl<QTreeWidget>("ListView1");
+    }
+    QLineEdit *cond(int i) { return list.ctl<QLineEdit>(QStringLiteral("txtCOND(%1)").arg(i)); }
+    QString sum(int i) { return list.ctl<QLabel>(QStringLiteral("lblSUM(%1)").arg(i))->text(); }
+    QString sums()
+    {
+        QStringList out;
+        for (int i = 0; i < 5; ++i)
+            out << sum(i);
+        return out.join(QLatin1Char('|'));
+    }
+    void press(int button) { Gui::click(list.ctl<QPushButton>(QStringLiteral("cmdMENU(%1)").arg(button))); }
+    void find() { Gui::click(list.ctl<QPushButton>("cmdFIND")); }
+    void ledger() { Gui::click(list.ctl<QRadioButton>("Option1(1)")); Gui::closePopups(); }
+    void account(const QString &name)
+    {
+        auto *c = list.ctl<QComboBox>("cmbCOND(0)");
+        Gui::choose(c, c->findText(name, Qt::MatchExactly));
+        Gui::closePopups();
+    }
+    void selectLine(int line)
+    {
+        view->clearSelection();
+        view->setCurrentItem(view->topLevelItem(line - 1));
+        view->topLevelItem(line - 1)->setSelected(true);
+    }
+};
+
+} // namespace
+
+class TestLedger : public QObject {
+    Q_OBJECT
+private slots:
+    void init()
+    {
+        gFMR_ID = Value(1);
+        gUSE_TYPE = 1;
+        gMODE = 0;
+        gLAST_LEDGE_ID = Value();
+        gLEDGE_ROWS.clear();
+    }
+
+    // ---------------------------------------------------------------- rules
+
+    void criteriaOfTheList()
+    {
+        Ledger::Filter f;
+        f.fmrId = Value(1);
+        QCOMPARE(Ledger::listCriteria(f), QStringLiteral(" D_LEDGE.FMR_ID=1"));
+        // the empty first entry of the accounts is no account
+        f.accId = Value(0);
+        QCOMPARE(Ledger::listCriteria(f), QStringLiteral(" D_LEDGE.FMR_ID=1"));
+        f.accId = Value(1000);
+        f.ctr = QStringLiteral("O'Neil");
+        f.from = QStringLiteral("2024/05/01");
+        f.to = QStringLiteral("2024/05/31");
+        f.year = QStringLiteral("2024");
+        QCOMPARE(Ledger::listCriteria(f),
+                 QStringLiteral(" D_LEDGE.FMR_ID=1 AND ((D_LEDGE.D_ACC_ID=1000) OR (D_LEDGE.C_ACC_ID=1000)) AND  "
+                                "D_LEDGE.CTR_NM LIKE '%O''Neil%' AND  D_LEDGE.LEDGE_DATE>=#2024/05/01# AND  "
+                                "D_LEDGE.LEDGE_DATE<=#2024/05/31# AND  D_LEDGE.LEDGE_DATE>=#2024/01/01#"));
+        QCOMPARE(Ledger::listSql(QStringLiteral(" X")),
+                 QStringLiteral("SELECT D_LEDGE.* FROM D_LEDGE WHERE  X ORDER BY D_LEDGE.LEDGE_DATE, D_LEDGE.LEDGE_ID"));
+        // the opening balance: no farmer, no account, before the start date
+        QCOMPARE(Ledger::openingCriteria(f, Value(1)),
+                 QStringLiteral(" D_LEDGE.CTR_NM LIKE '%O''Neil%' AND  D_LEDGE.LEDGE_DATE<#2024/05/01#"));
+        QCOMPARE(Ledger::openingCriteria(f, Value(2)),
+                 QStringLiteral(" D_LEDGE.CTR_NM LIKE '%O''Neil%' AND  D_LEDGE.LEDGE_DATE<#2024/05/01# AND  "
+                                "D_LEDGE.LEDGE_DATE>=#2024/01/01#"));
+        // without a start date only undated slips; an empty year goes out as it is
+        f.ctr.clear();
+        f.from.clear();
+        f.year.clear();
+        QCOMPARE(Ledger::openingCriteria(f, Value::null()),
+                 QStringLiteral(" D_LEDGE.LEDGE_DATE IS NULL AND  D_LEDGE.LEDGE_DATE>=#/01/01#"));
+    }
+
+    void raiseAndLowerBySide()
+    {
+        auto r = [](int d, int c, const Value &amt) {
+            LedgeRow row = blankLedgeRow();
+            row[LedgeCol::D_ACC_ID] = d ? Value(d) : Value::null();
+            row[LedgeCol::C_ACC_ID] = Value(c);
+            row[LedgeCol::AMT] = amt;
+            return row;
+        };
+        const QVector<LedgeRow> rows = {r(1000, 4000, Value(500)), r(4110, 1000, Value(200)),
+                                        r(1000, 1000, Value(70)), r(0, 1000, Value::null())};
+        // a debit account: debits raise; a slip on both sides lowers once; no amount counts 0
+        const Ledger::Page cash = Ledger::compute(Value(1000), Value(1), rows, Currency::fromInt(1000));
+        QStringList got;
+        for (const Ledger::Line &l : cash.lines)
+            got << QStringLiteral("%1:%2/%3/%4").arg(textOf(l.other), l.first.toString(), l.second.toString(),
+                                                     l.balance.toString());
+        QCOMPARE(got.join(QLatin1Char(' ')), QStringLiteral("4000:500/0/1500 4110:0/200/1300 1000:0/70/1230 :0/0/1230"));
+        QCOMPARE(cash.closing, Currency::fromInt(1230));
+        // a credit account raises by its credits, also on both sides
+        QVERIFY(Ledger::raises(Value(2), Value(1000), rows[2]));
+        QVERIFY(!Ledger::raises(Value(2), Value(4000), rows[1]));
+        // an empty DC_KBN is a debit account
+        QVERIFY(Ledger::raises(Value::null(), Value(1000), rows[0]));
+    }
+
+    void openingBalanceOverAllFarmers()
+    {
+        TestRoot root;
+        seedSlips();
+        Ledger::Filter f;
+        f.fmrId = Value(1);
+        f.from = QStringLiteral("2024/05/01");
+        f.year = QStringLiteral("2024");
+        auto opening = [&f](int acc) {
+            f.accId = Value(acc);
+            const Ledger::AccountKinds k = Ledger::accountKinds(f.accId);
+            return Ledger::openingBalance(f.accId, k.dcKbn, Ledger::openingCriteria(f, k.pgKbn)).toString();
+        };
+        // cash carries on: every farmer's cash before May, the undated not
+        QCOMPARE(opening(1000), QStringLiteral("12000"));
+        // sales start again on 1 January, credits less debits
+        QCOMPARE(opening(4000), QStringLiteral("11000"));
+        // a year before the start date reaches back to its own 1 January
+        f.year = QStringLiteral("2023");
+        QCOMPARE(opening(4000), QStringLiteral("12000"));
+        f.ctr = QStringLiteral("道の");
+        QCOMPARE(opening(4000), QStringLiteral("1000"));
+        // without a start date, only the undated slips
+        f.ctr.clear();
+        f.from.clear();
+        QCOMPARE(opening(1000), QStringLiteral("10000"));
+        QCOMPARE(opening(9999), QStringLiteral("0"));
+    }
+
+    void saveFindsTheSlipByNumberAlone()
+    {
+        TestRoot root;
+        setCompNameForTests(QStringLiteral("PC-9"));
+        slip(1, 5, "2024/5/1", 1000, 4000, 100);
+        slip(2, 5, "2024/5/1", 1000, 4000, 200);
+        slip(2, 8, "2024/5/1", 1000, 4000, 300);
+        // a new slip of farmer 2 takes farmer 2's next number
+        LedgeRow r = blankLedgeRow();
+        r[LedgeCol::AMT] = Value(Currency::fromInt(50));
+        r[LedgeCol::D_OPT_KBN] = Value(2);
+        QVERIFY(Ledger::saveSlip(1, r, Value(2), GetCompName()));
+        QCOMPARE(slipText(2, 9, "AMT D_OPT_KBN LEDGE_DATE LAST_TM HOLD_TM UDATE"), QStringLiteral("50|2|-|PC-9|-|-"));
+        QVERIFY(!slipField(2, 9, "IDATE").isNull());
+        // a change of farmer 2's slip 5 lands on the first row of number 5
+        r[LedgeCol::FMR_ID] = Value(2);
+        r[LedgeCol::LEDGE_ID] = Value(5);
+        r[LedgeCol::AMT] = Value(Currency::fromInt(999));
+        QVERIFY(Ledger::saveSlip(2, r, Value(2), GetCompName()));
+        QCOMPARE(slipText(1, 5, "AMT"), QStringLiteral("999"));
+        QCOMPARE(slipText(2, 5, "AMT"), QStringLiteral("200"));
+        // gone: nothing written
+        r[LedgeCol::LEDGE_ID] = Value(77);
+        QVERIFY(!Ledger::saveSlip(2, r, Value(2), GetCompName()));
+        QVERIFY(!Ledger::saveSlip(4, r, Value(2), GetCompName()));
+        QCOMPARE(slipCount(), 4);
+        setCompNameForTests(QString());
+    }
+
+    // ---------------------------------------------------------------- list
+
+    void slipListOfTheMonth()
+    {
+        TestRoot root;
+        seedSlips();
+        ListRig rig;
+        QCOMPARE(rig.list.windowTitle(), QStringLiteral("伝票一覧"));
+        QCOMPARE(rig.cond(1)->text(), QStringLiteral("2024/05/01"));
+        QCOMPARE(rig.cond(2)->text(), QStringLiteral("2024/05/31"));
+        QCOMPARE(rig.cond(3)->text(), QStringLiteral("2024"));
+        QCOMPARE(heads(rig.view), (QStringList{"ID", "日付", "借方", "貸方", "相手先", "備考", "金額"}));
+        QCOMPARE(rig.view->columnWidth(0), 0);
+        QCOMPARE(column(rig.view, 0), (QStringList{"3", "4", "5", "7"}));
+        const QTreeWidgetItem *first = rig.view->topLevelItem(0);
+        QCOMPARE(first->text(1) + first->text(2) + first->text(3) + first->text(4),
+                 QStringLiteral("2024/05/02種苗費現金種苗店"));
+        QCOMPARE(column(rig.view, 6), (QStringList{"300", "5,000", "700", "400"}));
+        QCOMPARE(rig.sum(0), QStringLiteral("4"));
+        QCOMPARE(rig.sum(4), QStringLiteral("6,400"));
+        QVERIFY(!rig.list.ctl<QLabel>("lblSUM(1)")->isVisible());
+        QVERIFY(rig.list.ctl<QLabel>("lblSUM_CAP(2)")->isVisible());
+        QCOMPARE(rig.list.selectedLine(), 1);
+        QVERIFY(!rig.list.ctl<QPushButton>("cmdMENU(6)")->isEnabled());
+
+        // by name, quotes and all
+        Gui::type(rig.cond(0), QStringLiteral("O'Neil"));
+        rig.find();
+        QCOMPARE(column(rig.view, 0), QStringList{"7"});
+        // no dates and no year: every slip of the farmer, undated first
+        Gui::type(rig.cond(0), QString());
+        for (int i = 1; i <= 3; ++i)
+            Gui::type(rig.cond(i), QString());
+        rig.find();
+        QCOMPARE(column(rig.view, 0), (QStringList{"6", "1", "2", "3", "4", "5", "7"}));
+        QCOMPARE(rig.view->topLevelItem(0)->text(1), QString());
+        // an account on either side
+        rig.account(QStringLiteral("売上"));
+        rig.find();
+        QCOMPARE(column(rig.view, 0), (QStringList{"1", "2", "4"}));
+        QVERIFY(rig.msgs.messages.isEmpty());
+
+        // a month with nothing: empty sum, and the row buttons do nothing
+        Gui::type(rig.cond(1), QStringLiteral("20300101"));
+        rig.find();
+        QCOMPARE(rig.view->topLevelItemCount(), 0);
+        QCOMPARE(rig.sum(0) + QLatin1Char('|') + rig.sum(4), QStringLiteral("0|"));
+        for (int b = 2; b <= 5; ++b)
+            rig.press(b);
+        QVERIFY(rig.modals.opened.isEmpty());
+    }
+
+    void accountLedger()
+    {
+        TestRoot root;
+        seedSlips();
+        ListRig rig;
+        rig.ledger();
+        QCOMPARE(rig.list.windowTitle(), QStringLiteral("元帳一覧"));
+        QCOMPARE(heads(rig.view), (QStringList{"ID", "日付", "科目", "相手先", "備考", "借方", "貸方", "残高"}));
+        // no account: an empty list and empty totals, not zero
+        QCOMPARE(rig.view->topLevelItemCount(), 0);
+        QCOMPARE(rig.sums(), QStringLiteral("||||"));
+        QVERIFY(rig.list.ctl<QLabel>("lblSUM(2)")->isVisible());
+        QVERIFY(!rig.list.ctl<QLabel>("lblSUM_CAP(2)")->isVisible());
+
+        // cash in May: opened with every farmer's cash before May
+        rig.account(QStringLiteral("現金"));
+        rig.find();
+        QCOMPARE(column(rig.view, 0), (QStringList{"3", "4", "5", "7"}));
+        QCOMPARE(column(rig.view, 2), (QStringList{"種苗費", "売上", "現金", "買掛金"}));
+        QCOMPARE(column(rig.view, 5), (QStringList{"0", "5,000", "0", "0"}));
+        QCOMPARE(column(rig.view, 6), (QStringList{"300", "0", "700", "400"}));
+        QCOMPARE(column(rig.view, 7), (QStringList{"11,700", "16,700", "16,000", "15,600"}));
+        QCOMPARE(rig.sums(), QStringLiteral("4|12,000|5,000|1,400|15,600"));
+
+        // sales: a credit shows under 借方, the year starts on 1 January
+        rig.account(QStringLiteral("売上"));
+        rig.find();
+        QCOMPARE(column(rig.view, 0), QStringList{"4"});
+        QCOMPARE(column(rig.view, 5), QStringList{"5,000"});
+        QCOMPARE(rig.sums(), QStringLiteral("1|11,000|5,000|0|16,000"));
+        // no start date: the opening is of the undated slips only
+        Gui::type(rig.cond(1), QString());
+        rig.find();
+        QCOMPARE(rig.sum(1), QStringLiteral("0"));
+        QCOMPARE(column(rig.view, 0), (QStringList{"2", "4"}));
+        // an empty year goes into the statement of an account that starts
+        // each year as "#/01/01#": the file database refuses it, the server
+        // matches no slip with it
+        Gui::type(rig.cond(3), QString());
+        rig.find();
+        if (root.engine() == TestEngine::Sqlite) {
+            QCOMPARE(rig.msgs.count(), 1);
+            QVERIFY(rig.msgs.lastPrompt().contains(QStringLiteral("#/01/01#")));
+        } else {
+            QVERIFY(rig.msgs.messages.isEmpty());
+            QCOMPARE(rig.sum(1), QStringLiteral("0"));
+        }
+
+        // back to the slips: the account stays a filter
+        rig.msgs.clear();
+        Gui::click(rig.list.ctl<QRadioButton>("Option1(0)"));
+        Gui::closePopups();
+        QCOMPARE(rig.list.view(), 0);
+        QCOMPARE(rig.list.windowTitle(), QStringLiteral("伝票一覧"));
+        QCOMPARE(column(rig.view, 0), (QStringList{"1", "2", "4"}));
+        QVERIFY(rig.msgs.messages.isEmpty());
+    }
+
+    void oddFilterTextNeverBreaksTheList()
+    {
+        TestRoot root;
+        seedSlips();
+        ListRig rig;
+        rig.ledger();
+        rig.account(QStringLiteral("現金"));
+        const QStringList odd = {QStringLiteral("'"), QStringLiteral("a#b"), QStringLiteral("50%"),
+                                 QStringLiteral("_"), QStringLiteral("\\"), QStringLiteral("\";--"),
+                                 QStringLiteral("１２３"), QString(50, QChar(0x3042))};
+        for (int field = 0; field < 4; ++field) {
+            for (const QString &text : odd) {
+                rig.msgs.clear();
+                Gui::type(rig.cond(field), text);
+                rig.find();
+                // a refusal is one message of the store, with its number and the stop sign
+                QVERIFY2(rig.msgs.count() <= 1, qPrintable(text));
+                if (rig.msgs.count() == 1) {
+                    QVERIFY2(rig.msgs.lastPrompt().startsWith(QLatin1Char('(')), qPrintable(rig.msgs.lastPrompt()));
+                    QCOMPARE(rig.msgs.messages[0].buttons, 16);
+                }
+                // a date that is no date is always refused
+                if (field == 1 || field == 2)
+                    QCOMPARE(rig.msgs.count(), 1);
+                QVERIFY(rig.list.isVisible());
+            }
+            Gui::type(rig.cond(field), field == 3 ? QStringLiteral("2024") : QString());
+        }
+        // names are matched as typed, quotes included
+        Gui::type(rig.cond(0), QStringLiteral("'Neil"));
+        rig.find();
+        QCOMPARE(column(rig.view, 0), QStringList{"7"});
+    }
+
+    void lockedSlipsAreRefused()
+    {
+        TestRoot root;
+        seedSlips();
+        gDB->EXEC("INSERT INTO D_DIARY_DTL (FMR_ID, WORK_DATE, DTL_NO, WORK_KBN, LEDGE_ID) VALUES (1, #2024/5/2#, 1, 9, 3)");
+        gDB->EXEC("INSERT INTO D_CHEMI (FMR_ID, CHEMI_ID, CHEMI_NM, LEDGE_ID) VALUES (1, 1, 'ダコニール', 4)");
+        gDB->EXEC("INSERT INTO D_SHIP (FMR_ID, SHIP_ID, SHIP_DATE, LEDGE_ID_F) VALUES (1, 1, #2024/5/20#, 5)");
+        // another farmer's line under number 7 locks nothing
+        gDB->EXEC("INSERT INTO D_CHEMI (FMR_ID, CHEMI_ID, CHEMI_NM, LEDGE_ID) VALUES (2, 2, 'よその薬', 7)");
+        ListRig rig;
+        const struct {
+            int line;
+            const char *change, *remove;
+        } locked[] = {
+            {1, "この伝票は修正できません。日誌詳細から修正してください。", "この伝票は削除できません。日誌詳細から削除してください。"},
+            {2, "この伝票は修正できません。農薬入力から修正してください。", "この伝票は削除できません。農薬入力から削除してください。"},
+            {3, "この伝票は修正できません。出荷入力から修正してください。", "この伝票は削除できません。出荷入力から削除してください。"},
+        };
+        for (const auto &l : locked) {
+            rig.selectLine(l.line);
+            rig.press(2);
+            QCOMPARE(rig.msgs.lastPrompt(), QString::fromUtf8(l.change));
+            QCOMPARE(rig.msgs.messages.last().buttons, 48);
+            rig.press(4);
+            QCOMPARE(rig.msgs.lastPrompt(), QString::fromUtf8(l.remove));
+            // viewing and copying are never locked
+            rig.press(3);
+            rig.press(5);
+        }
+        QCOMPARE(rig.msgs.count(), 6);
+        QCOMPARE(rig.modals.opened.size(), 6);
+        QCOMPARE(slipCount(), 8);
+        // slip 7 is free
+        rig.selectLine(4);
+        rig.press(2);
+        QCOMPARE(rig.msgs.count(), 6);
+        QCOMPARE(rig.modals.opened.size(), 7);
+    }
+
+    void calendarAndMenuOpenTheBookScreens()
+    {
+        TestRoot root;
+        MsgRecorder msgs;
+        Gui::Modals modals;
+        frmDairyCal cal;
+        Gui::show(&cal);
+        Gui::click(cal.ctl<QPushButton>("cmdMENU(4)"));
+        QCOMPARE(modals.opened, QStringList{QStringLiteral("frmLedgeList")});
+        QVERIFY(createScreen(QStringLiteral("fdlPrintAccRep")));
+        QVERIFY(msgs.messages.isEmpty());
+    }
+
+    // ---------------------------------------------------------------- entry
+
+    void anEmptyNewSlipIsSaved()
+    {
+        TestRoot root;
+        seedSlips();
+        const QDate today = QDate::currentDate();
+        ListRig rig(DateUtil::make(today.year(), today.month(), 1));
+        QCOMPARE(rig.view->topLevelItemCount(), 0);
+        rig.modals.on("frmLedgeInput", [&](Form &f) {
+            QCOMPARE(gMODE, 1);
+            QCOMPARE(gROW_IDX, -1);
+            QCOMPARE(f.windowTitle(), QStringLiteral("伝票入力"));
+            QCOMPARE(btn(f, 0)->text(), QStringLiteral("ｷｬﾝｾﾙ"));
+            QCOMPARE(btn(f, 1)->text(), QStringLiteral("登録"));
+            QCOMPARE(txt(f, 0)->text(), today.toString(QStringLiteral("yyyy/MM/dd")));
+            QCOMPARE(f.ctl<QLabel>("lblDATA(0)")->text(), QString());
+            QCOMPARE(cmb(f, 0)->currentText(), gMST->DLookup("FMR_NM", "M_FMR", "FMR_ID=1").toText());
+            QVERIFY(!cmb(f, 3)->isEnabled());
+            QVERIFY(!cmb(f, 4)->isEnabled());
+            Gui::click(btn(f, 1));
+            QVERIFY(!f.isVisible());
+        });
+        rig.press(1);
+        QVERIFY(rig.msgs.messages.isEmpty());
+        QCOMPARE(slipCount(), 9);
+        QCOMPARE(slipText(1, 8, "LEDGE_DATE D_ACC_ID C_ACC_ID AMT CTR_NM NOTES D_OPT_ID UDATE HOLD_TM"),
+                 today.toString(QStringLiteral("yyyy/MM/dd")) + QStringLiteral("|-|-|-|-|-|-|-|-"));
+        QCOMPARE(slipText(1, 8, "LAST_TM"), GetCompName());
+        QCOMPARE(gLAST_LEDGE_ID, Value(8));
+        // the list read again selects the new slip
+        QCOMPARE(column(rig.view, 0), QStringList{"8"});
+        QCOMPARE(rig.list.selectedLine(), 1);
+    }
+
+    void aSlipWithSubAccounts()
+    {
+        TestRoot root;
+        seedSlips();
+        gDB->EXEC("INSERT INTO D_PLANT (FMR_ID, PLANT_ID, PLANT_NM, YYYY) VALUES (1, 1, '春トマト', 2024)");
+        gDB->EXEC("INSERT INTO D_PLANT (FMR_ID, PLANT_ID, PLANT_NM, YYYY) VALUES (1, 2, '露地なす', 2024)");
+        gDB->EXEC("INSERT INTO D_PLANT (FMR_ID, PLANT_ID, PLANT_NM, YYYY) VALUES (2, 3, 'よそのなす', 2024)");
+        gDB->EXEC("INSERT INTO D_CHEMI (FMR_ID, CHEMI_ID, CHEMI_NM) VALUES (1, 1, 'ダコニール')");
+        gDB->EXEC("INSERT INTO D_CHEMI (FMR_ID, CHEMI_ID, CHEMI_NM, CHK_FLG) VALUES (1, 2, '使い切り', 0)");
+        ListRig rig;
+        rig.modals.on("frmLedgeInput", [&](Form &f) {
+            auto *in = static_cast<frmLedgeInput *>(&f);
+            typeAndLeave(txt(f, 0), QStringLiteral("20240512"));
+            QCOMPARE(txt(f, 0)->text(), QStringLiteral("2024/05/12"));
+            typeAndLeave(txt(f, 1), QStringLiteral("ホームセンター"));
+            // 種苗費 takes plantings of the farmer
+            chooseText(cmb(f, 1), QStringLiteral("種苗費"));
+            QVERIFY(cmb(f, 3)->isEnabled());
+            QCOMPARE(itemsOf(cmb(f, 3)), QStringLiteral("|春トマト|露地なす"));
+            chooseText(cmb(f, 3), QStringLiteral("露地なす"));
+            // 肥料費 is of the same kind: the list is not filled again
+            cmb(f, 3)->addItem(QStringLiteral("印"));
+            chooseText(cmb(f, 1), QStringLiteral("肥料費"));
+            QVERIFY(cmb(f, 3)->findText(QStringLiteral("印")) >= 0);
+            QCOMPARE(cmb(f, 3)->currentText(), QStringLiteral("露地なす"));
+            // 農薬 takes the pesticides still offered
+            chooseText(cmb(f, 1), QStringLiteral("農薬"));
+            QCOMPARE(in->optKind(0), 3);
+            QCOMPARE(itemsOf(cmb(f, 3)), QStringLiteral("|ダコニール"));
+            chooseText(cmb(f, 1), QStringLiteral("肥料費"));
+            QCOMPARE(itemsOf(cmb(f, 3)), QStringLiteral("|春トマト|露地なす"));
+            chooseText(cmb(f, 3), QStringLiteral("春トマト"));
+            typeAndLeave(txt(f, 2), QStringLiteral("元肥"));
+            // cash has no sub-accounts
+            chooseText(cmb(f, 2), QStringLiteral("現金"));
+            QVERIFY(!cmb(f, 4)->isEnabled());
+            typeAndLeave(txt(f, 3), QStringLiteral("支払"));
+            typeAndLeave(txt(f, 5), QStringLiteral("10袋"));
+            // an amount that is no number holds the field
+            typeAndLeave(txt(f, 4), QStringLiteral("千円"));
+            QCOMPARE(rig.msgs.lastPrompt(), QStringLiteral("数値を入力してください。"));
+            QCOMPARE(QApplication::focusWidget(), txt(f, 4));
+            typeAndLeave(txt(f, 4), QStringLiteral("１,２００"));
+            // an account typed that the list doesn't have holds its list
+            focusCombo(cmb(f, 2));
+            cmb(f, 2)->lineEdit()->setText(QStringLiteral("へそくり"));
+            Gui::leave(cmb(f, 2));
+            Gui::closePopups();
+            QCOMPARE(rig.msgs.lastPrompt(), QStringLiteral("一覧にある項目を選択してください。"));
+            QCOMPARE(QApplication::focusWidget(), cmb(f, 2));
+            cmb(f, 2)->lineEdit()->setText(QStringLiteral("現金"));
+            Gui::leave(cmb(f, 2));
+            Gui::closePopups();
+            Gui::click(btn(f, 1));
+            QVERIFY(!f.isVisible());
+        });
+        rig.press(1);
+        QCOMPARE(rig.msgs.count(), 2);
+        QCOMPARE(slipText(1, 8, "LEDGE_DATE CTR_NM D_ACC_ID D_OPT_ID D_OPT_NM C_ACC_ID C_OPT_ID C_OPT_NM NOTES AMT"),
+                 QStringLiteral("2024/05/12|ホームセンター|4130|1|元肥|1000|-|支払|10袋|1200"));
+        // the new slip is the selected line
+        QCOMPARE(rig.view->selectedItems().value(0)->text(0), QStringLiteral("8"));
+    }
+
+    void changeKeepsWhatIsNotTouched()
+    {
+        TestRoot root;
+        seedSlips();
+        gDB->EXEC("UPDATE D_LEDGE SET D_OPT_KBN=2, D_OPT_ID=1, D_OPT_NM='苗', NOTES='前の備考' WHERE FMR_ID=1 AND LEDGE_ID=3");
+        gDB->EXEC("INSERT INTO D_PLANT (FMR_ID, PLANT_ID, PLANT_NM, YYYY) VALUES (1, 1, '春トマト', 2024)");
+        ListRig rig;
+        rig.selectLine(1);
+        rig.modals.on("frmLedgeInput", [&](Form &f) {
+            QCOMPARE(gMODE, 2);
+            QCOMPARE(gROW_IDX, 0);
+            QCOMPARE(f.ctl<QLabel>("lblDATA(0)")->text(), QStringLiteral("3"));
+            QCOMPARE(txt(f, 0)->text(), QStringLiteral("2024/05/02"));
+            QCOMPARE(cmb(f, 1)->currentText(), QStringLiteral("種苗費"));
+            QCOMPARE(cmb(f, 3)->currentText(), QStringLiteral("春トマト"));
+            QCOMPARE(cmb(f, 2)->currentText(), QStringLiteral("現金"));
+            QCOMPARE(txt(f, 4)->text(), QStringLiteral("300"));
+            // the description is free text: the sub-account stays
+            typeAndLeave(txt(f, 2), QStringLiteral("ミニトマト苗"));
+            typeAndLeave(txt(f, 4), QStringLiteral("350"));
+            Gui::click(btn(f, 1));
+        });
+        rig.press(2);
+        QVERIFY(rig.msgs.messages.isEmpty());
+        QCOMPARE(slipText(1, 3, "D_OPT_KBN D_OPT_ID D_OPT_NM AMT NOTES CTR_NM IDATE HOLD_TM"),
+                 QStringLiteral("2|1|ミニトマト苗|350|前の備考|種苗店|-|-"));
+        QVERIFY(!slipField(1, 3, "UDATE").isNull());
+        QCOMPARE(rig.list.selectedLine(), 1);
+        QCOMPARE(rig.view->topLevelItem(0)->text(6), QStringLiteral("350"));
+
+        // a slip gone meanwhile: the message, nothing written, the entry stays
+        rig.selectLine(2);
+        rig.modals.on("frmLedgeInput", [&](Form &f) {
+            gDB->EXEC("DELETE FROM D_LEDGE WHERE LEDGE_ID=4");
+            typeAndLeave(txt(f, 1), QStringLiteral("消えた"));
+            Gui::click(btn(f, 1));
+            QVERIFY(f.isVisible());
+            Gui::click(btn(f, 0));
+        });
+        rig.press(2);
+        QCOMPARE(rig.msgs.count(), 1);
+        QCOMPARE(rig.msgs.lastPrompt(), QStringLiteral("該当データが存在しません。"));
+        QCOMPARE(rig.msgs.messages[0].buttons, 16);
+        QCOMPARE(slipCount(QStringLiteral("CTR_NM='消えた'")), 0);
+        // a date the store can't hold is its error, and the entry stays open
+        rig.msgs.clear();
+        rig.selectLine(1);
+        rig.modals.on("frmLedgeInput", [&](Form &f) {
+            typeAndLeave(txt(f, 0), QStringLiteral("20240230"));
+            Gui::click(btn(f, 1));
+            QVERIFY(f.isVisible());
+            Gui::click(btn(f, 0));
+        });
+        rig.press(2);
+        QCOMPARE(rig.msgs.count(), 1);
+        QCOMPARE(rig.msgs.messages[0].buttons, 16);
+        QCOMPARE(slipText(1, 3, "LEDGE_DATE"), QStringLiteral("2024/05/02"));
+    }
+
+    void copyOpensABlankSlipOfToday()
+    {
+        TestRoot root;
+        seedSlips();
+        gDB->EXEC("UPDATE D_LEDGE SET D_OPT_KBN=2, C_OPT_KBN=3, NOTES='元' WHERE FMR_ID=1 AND LEDGE_ID=4");
+        ListRig rig;
+        rig.selectLine(2);
+        rig.modals.on("frmLedgeInput", [&](Form &f) {
+            QCOMPARE(gMODE, 1);
+            QCOMPARE(gROW_IDX, 1);
+            QCOMPARE(txt(f, 0)->text(), QDate::currentDate().toString(QStringLiteral("yyyy/MM/dd")));
+            QCOMPARE(txt(f, 1)->text() + txt(f, 4)->text() + txt(f, 5)->text(), QString());
+            QCOMPARE(cmb(f, 1)->currentIndex(), 0);
+            QCOMPARE(f.ctl<QLabel>("lblDATA(0)")->text(), QString());
+            // a new size starts the entry over: what was typed is gone
+            Gui::type(txt(f, 1), QStringLiteral("途中まで"));
+            f.resize(f.width() + 120, f.height() + 60);
+            Gui::settle();
+            QCOMPARE(txt(f, 1)->text(), QString());
+            Gui::click(btn(f, 1));
+        });
+        rig.press(5);
+        QCOMPARE(slipText(1, 8, "D_ACC_ID C_ACC_ID AMT NOTES D_OPT_KBN C_OPT_KBN"), QStringLiteral("-|-|-|-|2|3"));
+        QCOMPARE(slipText(1, 4, "AMT NOTES"), QStringLiteral("5000|元"));
+    }
+
+    void viewAndDelete()
+    {
+        TestRoot root;
+        seedSlips();
+        gDB->EXEC(QStringLiteral("UPDATE D_LEDGE SET HOLD_TM='%1' WHERE LEDGE_ID=6").arg(GetCompName()));
+        ListRig rig;
+        rig.selectLine(3);
+        rig.modals.on("frmLedgeInput", [&](Form &f) {
+            QCOMPARE(gMODE, 3);
+            QCOMPARE(btn(f, 0)->text(), QStringLiteral("閉じる"));
+            QVERIFY(!btn(f, 1)->isVisible());
+            QVERIFY(txt(f, 1)->isReadOnly());
+            QVERIFY(!cmb(f, 1)->isEnabled());
+            Gui::focus(txt(f, 0));
+            QVERIFY(!f.ctl<QCalendarWidget>("MonthView1")->isVisible());
+            Gui::click(btn(f, 0));
+        });
+        rig.press(3);
+        // closing the entry frees this computer's holds
+        QCOMPARE(slipText(1, 6, "HOLD_TM LAST_TM"), QStringLiteral("-|") + GetCompName());
+
+        // delete: the slip shown locked, nothing gone until 削除 is pressed
+        gDB->EXEC("INSERT INTO D_PLANT (FMR_ID, PLANT_ID, PLANT_NM, YYYY) VALUES (1, 1, '春トマト', 2024)");
+        gDB->EXEC("UPDATE D_LEDGE SET D_OPT_ID=1 WHERE LEDGE_ID=3");
+        rig.find();
+        rig.selectLine(1);
+        rig.modals.on("frmLedgeInput", [&](Form &f) {
+            QCOMPARE(gMODE, 4);
+            QCOMPARE(btn(f, 0)->text(), QStringLiteral("ｷｬﾝｾﾙ"));
+            QCOMPARE(btn(f, 1)->text(), QStringLiteral("削除"));
+            QVERIFY(txt(f, 4)->isReadOnly());
+            // the sub-account of a locked slip stays locked
+            QCOMPARE(cmb(f, 3)->currentText(), QStringLiteral("春トマト"));
+            QVERIFY(!cmb(f, 3)->isEnabled());
+            QCOMPARE(slipCount(QStringLiteral("FMR_ID=1 AND LEDGE_ID=3")), 1);
+            Gui::click(btn(f, 1));
+        });
+        rig.press(4);
+        QVERIFY(rig.msgs.messages.isEmpty());
+        QCOMPARE(slipCount(QStringLiteral("FMR_ID=1 AND LEDGE_ID=3")), 0);
+        QCOMPARE(column(rig.view, 0), (QStringList{"4", "5", "7"}));
+        QCOMPARE(rig.list.selectedLine(), 1);
+        // cancelling a delete keeps the slip
+        rig.modals.on("frmLedgeInput", [&](Form &f) { Gui::click(btn(f, 0)); });
+        rig.press(4);
+        QCOMPARE(slipCount(QStringLiteral("FMR_ID=1 AND LEDGE_ID=4")), 1);
+    }
+
+    // ---------------------------------------------------------------- trial balance
+
+    void trialBalanceDialog()
+    {
+        TestRoot root;
+        QCOMPARE(accRepMonths(QDate(2024, 3, 15)), (QStringList{"2024/01", "2024/03"}));
+        QCOMPARE(accRepMonths(QDate(2025, 12, 31)), (QStringList{"2025/01", "2025/12"}));
+        MsgRecorder msgs;
+        Gui::Modals modals;
+        int ends = 0;
+        setEndProgramHook([&] { ++ends; });
+        {
+            fdlPrintAccRep dlg;
+            Gui::show(&dlg);
+            QCOMPARE(dlg.windowTitle(), QStringLiteral("試算表印刷"));
+            const QStringList months = accRepMonths(QDate::currentDate());
+            auto *from = dlg.ctl<QLineEdit>("txtCOND(0)");
+            QCOMPARE(from->text(), months[0]);
+            QCOMPARE(dlg.ctl<QLineEdit>("txtCOND(1)")->text(), months[1]);
+            QCOMPARE(dlg.ctl<QComboBox>("cmbCOND")->count(), 0);
+            // the preview of the price tag sheet
+            gREP_ID = 0;
+            Gui::click(dlg.ctl<QPushButton>("Command1(1)"));
+            QCOMPARE(modals.opened, QStringList{QStringLiteral("fdlPreview")});
+            QCOMPARE(gREP_ID, qint16(10));
+            QCOMPARE(gREP_PAGES, qint16(1));
+            // without the menu, cancel ends the program
+            Gui::click(dlg.ctl<QPushButton>("Command1(0)"));
+            QCOMPARE(ends, 1);
+        }
+        setEndProgramHook(nullptr);
+    }
+};
+
+TILLORA_GUI_TEST_MAIN(TestLedger)
+#include "tst_ledger.moc"

@@ -1,0 +1,236 @@
+// The settings and farmer dialogs: what they load, what a save writes, and
+// what they refuse.
+
+#include "ui/Form.h"
+#include "base/Globals.h"
+#include "ui/Screens.h"
+#include "screens/masters/fdlMstFmrEdit.h"
+#include "screens/masters/fdlSetConCtrl.h"
+#include "screens/masters/fdlSetLocalCtrl.h"
+#include "store/Database.h"
+#include "support/GuiDriver.h"
+#include "support/MsgRecorder.h"
+#include "support/TestRoot.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QtTest/QTest>
+
+namespace {
+// A dialog shown as the menu would show it (the menu being open, so that
+// cancelling only closes).
+struct WithMenu {
+    Form *menu;
+    WithMenu()
+    {
+        gUSE_TYPE = 1;
+        menu = createScreen(QStringLiteral("fmnMain"));
+        menu->load();
+    }
+    ~WithMenu() { delete menu; }
+};
+}
+
+class TestDialogs : public QObject {
+    Q_OBJECT
+private slots:
+    void init() { gFMR_ID = Value(1); }
+
+    void farmerDialogEditsTheCurrentFarmer()
+    {
+        TestRoot root;
+        WithMenu menu;
+        MsgRecorder rec;
+        fdlMstFmrEdit f;
+        Gui::show(&f);
+        QCOMPARE(f.windowTitle(), QStringLiteral("生産者情報編集"));
+        QCOMPARE(f.Mode(), qint16(2));
+        auto *code = f.ctl<QLineEdit>("txtDATA(0)");
+        auto *name = f.ctl<QLineEdit>("txtDATA(1)");
+        QCOMPARE(code->text(), QStringLiteral("1"));
+        QVERIFY(code->isReadOnly());
+        QCOMPARE(name->text(), gMST->DLookup("FMR_NM", "M_FMR", "FMR_ID=1").toText());
+        QCOMPARE(QApplication::focusWidget(), name);
+        QCOMPARE(f.ctl<QPushButton>("Command1(0)")->text(), QStringLiteral("ｷｬﾝｾﾙ"));
+        // fees must be numbers
+        auto *fee = f.ctl<QLineEdit>("txtDATA(12)");
+        Gui::type(fee, QStringLiteral("三百"));
+        Gui::leave(fee);
+        QCOMPARE(rec.lastPrompt(), QStringLiteral("数値を入力してください。"));
+        QCOMPARE(QApplication::focusWidget(), fee);
+        Gui::type(fee, QStringLiteral("440"));
+        Gui::leave(fee);
+        Gui::type(name, QStringLiteral("青葉 耕一"));
+        Gui::type(f.ctl<QLineEdit>("txtDATA(5)"), QString());
+        Gui::click(f.ctl<QPushButton>("Command1(1)"));
+        QVERIFY(!f.isVisible());
+        QCOMPARE(gMST->DLookup("FMR_NM", "M_FMR", "FMR_ID=1").toText(), QStringLiteral("青葉 耕一"));
+        QCOMPARE(gMST->DLookup("FEE_1", "M_FMR", "FMR_ID=1"), Value(Currency::fromInt(440)));
+        QVERIFY(gMST->DLookup("NOTES", "M_FMR", "FMR_ID=1").isNull());
+        QCOMPARE(rec.count(), 1);
+    }
+
+    void farmerDialogAddsAFarmerUnderTheCurrentCode()
+    {
+        TestRoot root;
+        WithMenu menu;
+        gFMR_ID = Value(4);
+        fdlMstFmrEdit f;
+        Gui::show(&f);
+        for (int i = 1; i < 14; ++i)
+            QVERIFY(f.ctl<QLineEdit>(QStringLiteral("txtDATA(%1)").arg(i))->text().isEmpty());
+        Gui::type(f.ctl<QLineEdit>("txtDATA(1)"), QStringLiteral("新 規子"));
+        Gui::click(f.ctl<QPushButton>("Command1(1)"));
+        QCOMPARE(gMST->DLookup("FMR_NM", "M_FMR", "FMR_ID=4").toText(), QStringLiteral("新 規子"));
+        // cancel with the menu open only closes
+        fdlMstFmrEdit again;
+        Gui::show(&again);
+        Gui::click(again.ctl<QPushButton>("Command1(0)"));
+        QVERIFY(!again.isVisible());
+        QVERIFY(gDB);
+    }
+
+    void oddTextIsStoredAsTyped()
+    {
+        TestRoot root;
+        WithMenu menu;
+        MsgRecorder rec;
+        fdlMstFmrEdit f;
+        Gui::show(&f);
+        Gui::type(f.ctl<QLineEdit>("txtDATA(1)"), QStringLiteral("O'Brien 農園; DROP TABLE M_FMR"));
+        Gui::type(f.ctl<QLineEdit>("txtDATA(5)"), QString(80, QChar(0x3042)));
+        Gui::type(f.ctl<QLineEdit>("txtDATA(13)"), QStringLiteral("１１００"));
+        Gui::leave(f.ctl<QLineEdit>("txtDATA(13)"));
+        Gui::click(f.ctl<QPushButton>("Command1(1)"));
+        QVERIFY(rec.messages.isEmpty());
+        QCOMPARE(gMST->DLookup("FMR_NM", "M_FMR", "FMR_ID=1").toText(), QStringLiteral("O'Brien 農園; DROP TABLE M_FMR"));
+        QCOMPARE(gMST->DLookup("NOTES", "M_FMR", "FMR_ID=1").toText(), QString(50, QChar(0x3042)));
+        QCOMPARE(gMST->DLookup("FEE_2", "M_FMR", "FMR_ID=1"), Value(Currency::fromInt(1100)));
+    }
+
+    void farmerDialogLooksUpACodeBeforeEditing()
+    {
+        TestRoot root;
+        fdlMstFmrEdit f;
+        f.load();
+        // before activation the dialog looks for a code
+        QCOMPARE(f.Mode(), qint16(0));
+        QVERIFY(!f.ctl<QPushButton>("Command1(1)")->isEnabled());
+        QCOMPARE(f.ctl<QPushButton>("Command1(0)")->text(), QStringLiteral("閉じる"));
+        QVERIFY(f.GetData(Value(1)));
+        QVERIFY(!f.GetData(Value(99)));
+        QVERIFY(!f.ctl<QLineEdit>("txtDATA(1)")->text().isEmpty()); // kept as they were
+    }
+
+    void localSettingsLoadAndSave()
+    {
+        TestRoot root;
+        WithMenu menu;
+        MsgRecorder rec;
+        fdlSetLocalCtrl f;
+        Gui::show(&f);
+        auto opt = f.array<QRadioButton>("Option1", 2);
+        auto txt = f.array<QLineEdit>("txtDATA", 3);
+        QVERIFY(opt[0]->isChecked());
+        QCOMPARE(txt[0]->text(), QStringLiteral("1"));
+        QCOMPARE(txt[1]->text(), QStringLiteral("1"));
+        QVERIFY(!f.ctl<QCheckBox>("Check1")->isChecked());
+        // codes must be numbers; an empty one is allowed
+        Gui::type(txt[1], QStringLiteral("x"));
+        Gui::leave(txt[1]);
+        QCOMPARE(rec.lastPrompt(), QStringLiteral("販売店ｺｰﾄﾞには数値を指定してください。"));
+        QCOMPARE(QApplication::focusWidget(), txt[1]);
+        Gui::type(txt[1], QStringLiteral("２"));
+        Gui::leave(txt[1]);
+        Gui::type(txt[0], QString());
+        Gui::leave(txt[0]);
+        setOpenDirHook([](const QString &title) {
+            return title == QStringLiteral("ﾊﾞｯｸｱｯﾌﾟﾌｫﾙﾀﾞを指定してください。") ? QStringLiteral("/srv/backup")
+                                                                                   : QString();
+        });
+        Gui::click(f.ctl<QPushButton>("Command1(2)"));
+        setOpenDirHook(nullptr);
+        QCOMPARE(txt[2]->text(), QStringLiteral("/srv/backup"));
+        opt[1]->setChecked(true);
+        f.ctl<QCheckBox>("Check1")->setChecked(true);
+        Gui::click(f.ctl<QPushButton>("Command1(1)"));
+        QVERIFY(!f.isVisible());
+        QCOMPARE(gINI->GetCtrl("USE_TYPE"), Value(2));
+        QCOMPARE(gINI->GetCtrl("DEF_FMR_ID"), Value::null());
+        QCOMPARE(gINI->GetCtrl("DEF_SHOP_ID"), Value(2));
+        QCOMPARE(gINI->GetCtrl("BACK_DIR"), Value("/srv/backup"));
+        QCOMPARE(gINI->GetCtrl("WINDOW_STA"), Value(true));
+        QCOMPARE(rec.count(), 1);
+    }
+
+    void localSettingsMakeTypedRows()
+    {
+        TestRoot root;
+        WithMenu menu;
+        gINI->EXEC("DELETE S_CTRL.* FROM S_CTRL WHERE CTRL_CD IN ('USE_TYPE','DEF_FMR_ID','DEF_SHOP_ID','BACK_DIR',"
+                   "'WINDOW_STA')");
+        fdlSetLocalCtrl f;
+        Gui::show(&f);
+        QVERIFY(!f.ctl<QRadioButton>("Option1(0)")->isChecked());
+        Gui::type(f.ctl<QLineEdit>("txtDATA(0)"), QStringLiteral("3"));
+        f.ctl<QRadioButton>("Option1(0)")->setChecked(true);
+        Gui::click(f.ctl<QPushButton>("Command1(1)"));
+        const char *keys[] = {"USE_TYPE", "DEF_FMR_ID", "DEF_SHOP_ID", "BACK_DIR", "WINDOW_STA"};
+        const int types[] = {4, 4, 4, 10, 1};
+        for (int i = 0; i < 5; ++i)
+            QCOMPARE(gINI->DLookup("CTRL_TYPE", "S_CTRL", QStringLiteral("CTRL_CD='%1'").arg(keys[i])).toLong(),
+                     types[i]);
+        QCOMPARE(gINI->GetCtrl("DEF_FMR_ID"), Value(3));
+        QCOMPARE(gINI->GetCtrl("USE_TYPE"), Value(1));
+        QCOMPARE(gINI->GetCtrl("WINDOW_STA"), Value(false));
+        QVERIFY(gINI->GetCtrl("BACK_DIR").isNull());
+    }
+
+    void connectionSettingsSaveAndReconnect()
+    {
+        TestRoot root;
+        WithMenu menu;
+        MsgRecorder rec;
+        fdlSetConCtrl f;
+        Gui::show(&f);
+        auto *type = f.ctl<QComboBox>("cmbTYPE(5)");
+        type->hidePopup();
+        const bool server = root.engine() == TestEngine::Mysql;
+        QCOMPARE(type->currentText(), server ? QStringLiteral("MYSQL") : QStringLiteral("MDB"));
+        QCOMPARE(f.ctl<QLineEdit>("Text1(4)")->echoMode(), QLineEdit::Password);
+        QCOMPARE(f.ctl<QLineEdit>("Text1(2)")->maxLength(), 50);
+        if (!server)
+            QCOMPARE(f.ctl<QLineEdit>("Text1(8)")->text(), QStringLiteral("..\\data\\MASTER.MDB"));
+        Gui::type(f.ctl<QLineEdit>("Text1(11)"), QStringLiteral("pw"));
+        Gui::click(f.ctl<QPushButton>("Command1(1)"));
+        QVERIFY(!f.isVisible());
+        QCOMPARE(gINI->GetCtrl("MST_DBPW").toText(), QStringLiteral("pw"));
+        QCOMPARE(gINI->GetCtrl("DB_TYPE").toText(), server ? QStringLiteral("1") : QStringLiteral("2"));
+        QVERIFY(gDB->isOpen() && gMST->isOpen());
+        QCOMPARE(gMST->DCount("*", "M_FMR").toLong(), 1);
+        QVERIFY(rec.messages.isEmpty());
+    }
+
+    void cancelAtStartUpEndsTheProgram()
+    {
+        TestRoot root;
+        int ends = 0;
+        setEndProgramHook([&] { ++ends; });
+        for (const char *name : {"fdlSetConCtrl", "fdlSetLocalCtrl", "fdlMstFmrEdit"}) {
+            TestRoot fresh;
+            Form *f = createScreen(QString::fromLatin1(name));
+            Gui::show(f);
+            Gui::click(f->ctl<QPushButton>("Command1(0)"));
+            delete f;
+        }
+        setEndProgramHook(nullptr);
+        QCOMPARE(ends, 3);
+    }
+};
+
+TILLORA_GUI_TEST_MAIN(TestDialogs)
+#include "tst_dialogs.moc"

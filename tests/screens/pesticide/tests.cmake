@@ -1,0 +1,1 @@
+tillora_gui_test(tst_pesticide screens/pesticide/tst_pesticide.cpp)

@@ -1,0 +1,739 @@
+// Plantings: the harvest month, the list's statement, the delete refusals
+// and the save without a window; then the list and the entry driven as a
+// user drives them, with the rows checked in the data database after each
+// save.
+
+#include "ui/Form.h"
+#include "base/Globals.h"
+#include "base/Helpers.h"
+#include "ui/Screens.h"
+#include "screens/diary/frmDairyCal.h"
+#include "rules/planting/PlantData.h"
+#include "screens/planting/frmPlantInput.h"
+#include "screens/planting/frmPlantList.h"
+#include "store/Database.h"
+#include "support/GuiDriver.h"
+#include "support/MsgRecorder.h"
+#include "support/TestRoot.h"
+
+#include <QApplication>
+#include <QCalendarWidget>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTreeWidget>
+#include <QtTest/QTest>
+
+namespace {
+
+// Three plantings of farmer 1 in 2024, one of 2023, one of farmer 2 in 2024.
+void seedPlantings()
+{
+    gDB->EXEC("INSERT INTO D_PLANT (FMR_ID, PLANT_ID, PLANT_NM, YYYY, HARVEST_SCHD_YM, CROP_NM, CROP_NM1, CROP_NM2, "
+              "PLANT_TYPE, FIELD_NM, AREA, PLANT_DATE, START_DATE, IMG_PATH1, IMG_PATH2, NOTES1) VALUES "
+              "(1, 1, '春トマト', 2024, '202407', 'トマト', '桃太郎', 'トマト', 2, '東の畑', 12.5, #2024/4/10#, "
+              "#2024/3/1#, 'C:\\img\\a.jpg', 'C:\\img\\b.jpg', 'ハウス２棟')");
+    gDB->EXEC("INSERT INTO D_PLANT (FMR_ID, PLANT_ID, PLANT_NM, YYYY, HARVEST_SCHD_YM, CROP_NM, CROP_NM1, CROP_NM2, "
+              "PLANT_TYPE, AREA, PLANT_DATE, START_DATE) VALUES "
+              "(1, 2, '露地なす', 2024, '202408', 'なす', '千両二号', 'なす', 1, 8, #2024/5/2#, #2024/5/1#)");
+    gDB->EXEC("INSERT INTO D_PLANT (FMR_ID, PLANT_ID, PLANT_NM, YYYY, HARVEST_SCHD_YM, CROP_NM, CROP_NM1, "
+              "PLANT_TYPE, PLANT_DATE, START_DATE) VALUES "
+              "(1, 3, '夏トマト', 2024, '202409', 'トマト', 'ミニトマト', 1, #2024/6/1#, #2024/6/1#)");
+    gDB->EXEC("INSERT INTO D_PLANT (FMR_ID, PLANT_ID, PLANT_NM, YYYY, HARVEST_SCHD_YM, CROP_NM, PLANT_DATE, "
+              "START_DATE) VALUES (1, 4, '去年のキャベツ', 2023, '202311', 'キャベツ', #2023/8/20#, #2023/8/1#)");
+    gDB->EXEC("INSERT INTO D_PLANT (FMR_ID, PLANT_ID, PLANT_NM, YYYY, HARVEST_SCHD_YM, CROP_NM, PLANT_DATE, "
+              "START_DATE) VALUES (2, 7, '隣の畑のなす', 2024, '202408', 'なす', #2024/5/5#, #2024/5/5#)");
+}
+
+Value plantField(int farmer, int id, const char *column)
+{
+    return gDB->DLookup(QString::fromLatin1(column), QStringLiteral("D_PLANT"),
+                        QStringLiteral("FMR_ID=%1 AND PLANT_ID=%2").arg(farmer).arg(id));
+}
+
+// Columns of a stored planting as one text: dates "yyyy/mm/dd", Null "-".
+QString rowText(int farmer, int id, const char *columns)
+{
+    QStringList out;
+    for (const QString &c : QString::fromLatin1(columns).split(QLatin1Char(' '))) {
+        const Value v = plantField(farmer, id, c.toLatin1().constData());
+        out << (v.isNull() ? QStringLiteral("-")
+                : (IsDate(v) && !IsNumeric(v)) ? DateUtil::format(v.toDate(), QStringLiteral("yyyy/MM/dd"))
+                                               : v.toText());
+    }
+    return out.join(QLatin1Char('|'));
+}
+
+int plantCount(const QString &criteria = QString())
+{
+    return gDB->DCount(QStringLiteral("*"), QStringLiteral("D_PLANT"), criteria).toLong();
+}
+
+QStringList column(QTreeWidget *list, int col)
+{
+    QStringList out;
+    for (int i = 0; i < list->topLevelItemCount(); ++i)
+        out << list->topLevelItem(i)->text(col);
+    return out;
+}
+
+int rowOf(QTreeWidget *list, const QString &name)
+{
+    for (int i = 0; i < list->topLevelItemCount(); ++i)
+        if (list->topLevelItem(i)->text(1) == name)
+            return i;
+    return -1;
+}
+
+void selectRow(QTreeWidget *list, int row)
+{
+    list->clearSelection();
+    list->setCurrentItem(list->topLevelItem(row));
+    list->topLevelItem(row)->setSelected(true);
+}
+
+QLineEdit *txt(Form &f, int i) { return f.ctl<QLineEdit>(QStringLiteral("txtDATA(%1)").arg(i)); }
+QComboBox *cmb(Form &f, int i) { return f.ctl<QComboBox>(QStringLiteral("cmbDATA(%1)").arg(i)); }
+QPushButton *btn(Form &f, int i) { return f.ctl<QPushButton>(QStringLiteral("cmdMENU(%1)").arg(i)); }
+
+// A drop-down list left open (offscreen, a click elsewhere doesn't close it)
+// would hold every focus change of the screen.
+void closePopups()
+{
+    for (int i = 0; i < 5 && QApplication::activePopupWidget(); ++i) {
+        QApplication::activePopupWidget()->close();
+        Gui::settle();
+    }
+}
+
+void typeAndLeave(Form &f, int box, const QString &text)
+{
+    closePopups();
+    Gui::type(txt(f, box), text);
+    Gui::leave(txt(f, box));
+    closePopups();
+}
+
+// Into a drop-down with its list closed.
+void focusCombo(QComboBox *combo)
+{
+    closePopups();
+    if (!combo->hasFocus())
+        combo->setFocus(Qt::TabFocusReason);
+    Gui::settle();
+    closePopups();
+    QVERIFY(combo->hasFocus());
+}
+
+// Picks an entry by its text and moves on.
+void chooseText(QComboBox *combo, const QString &text)
+{
+    const int i = combo->findText(text, Qt::MatchExactly);
+    QVERIFY2(i >= 0, qPrintable(text));
+    focusCombo(combo);
+    combo->setCurrentIndex(i);
+    emit combo->activated(i);
+    Gui::settle();
+    Gui::leave(combo);
+    closePopups();
+}
+
+// The list, open as the calendar opens it, with the farmer 1 and a month of 2024.
+struct ListRig {
+    MsgRecorder msgs;
+    Gui::Modals modals;
+    frmPlantList list;
+    QTreeWidget *view;
+    ListRig()
+    {
+        gFMR_ID = Value(1);
+        gBASE_DATE = DateUtil::make(2024, 5, 1);
+        Gui::show(&list);
+        view = list.ctl<QTreeWidget>("ListView1");
+    }
+    void press(int button) { Gui::click(list.ctl<QPushButton>(QStringLiteral("cmdMENU(%1)").arg(button))); }
+};
+
+} // namespace
+
+class TestPlanting : public QObject {
+    Q_OBJECT
+private slots:
+    void init()
+    {
+        gFMR_ID = Value(1);
+        gUSE_TYPE = 1;
+        gLAST_PLANT_ID = Value();
+        gPLANT_ROWS.clear();
+    }
+
+    // ---------------------------------------------------------------- rules
+
+    void harvestMonth_data()
+    {
+        QTest::addColumn<QString>("year");
+        QTest::addColumn<QString>("month");
+        QTest::addColumn<QString>("ym");
+        const QDate today = QDate::currentDate();
+        const QString thisYear = QString::number(today.year());
+        const QString thisMonth = QStringLiteral("%1").arg(today.month(), 2, 10, QLatin1Char('0'));
+        QTest::newRow("plain") << "2024" << "5" << "202405";
+        QTest::newRow("month 13 rolls into the next year") << "2024" << "13" << "202501";
+        QTest::newRow("month 25 two years on") << "2024" << "25" << "202601";
+        QTest::newRow("month -1 goes back") << "2024" << "-1" << "202311";
+        QTest::newRow("month 0 is this month") << "2024" << "0" << QStringLiteral("2024") + thisMonth;
+        QTest::newRow("empty month is this month") << "2024" << "" << QStringLiteral("2024") + thisMonth;
+        QTest::newRow("year 0 is this year") << "0" << "3" << thisYear + QStringLiteral("03");
+        QTest::newRow("empty year is this year") << "" << "3" << thisYear + QStringLiteral("03");
+        QTest::newRow("full-width digits") << "２０２４" << "１２" << "202412";
+        QTest::newRow("two-digit year below 30") << "24" << "1" << "202401";
+        QTest::newRow("two-digit year from 30") << "95" << "1" << "199501";
+        QTest::newRow("halves go to even") << "2024" << "2.5" << "202402";
+        QTest::newRow("beyond 9999") << "9999" << "13" << "";
+        QTest::newRow("negative year") << "-5" << "1" << "";
+    }
+    void harvestMonth()
+    {
+        QFETCH(QString, year);
+        QFETCH(QString, month);
+        QFETCH(QString, ym);
+        const Plant::HarvestMonth h = Plant::harvestMonth(year, month, QDate::currentDate());
+        QCOMPARE(h.ok, !ym.isEmpty());
+        if (h.ok) {
+            QCOMPARE(h.ym, ym);
+            QCOMPARE(h.year, ym.left(4).toInt());
+            QCOMPARE(h.month, ym.right(2).toInt());
+        }
+    }
+
+    void harvestMonthShownInTheBoxesAndTheList()
+    {
+        QCOMPARE(Plant::harvestYearText(Value("202501")), QStringLiteral("2025"));
+        QCOMPARE(Plant::harvestMonthText(Value("202501")), QStringLiteral("01"));
+        QCOMPARE(Plant::harvestListText(Value("202501")), QStringLiteral("2025/01"));
+        QCOMPARE(Plant::harvestListText(Value(202412)), QStringLiteral("2024/12"));
+        // short numbers are padded, as the mask pads them
+        QCOMPARE(Plant::harvestDigits(Value("2024")), QStringLiteral("002024"));
+        QCOMPARE(Plant::harvestYearText(Value("2024")), QStringLiteral("0020"));
+        QCOMPARE(Plant::harvestListText(Value("2024")), QStringLiteral("0020/24"));
+        // empty and odd text
+        QCOMPARE(Plant::harvestListText(Value::null()), QString());
+        QCOMPARE(Plant::harvestYearText(Value::null()), QString());
+        QCOMPARE(Plant::harvestListText(Value("未定")), QStringLiteral("未定"));
+    }
+
+    void listStatement()
+    {
+        const QString order = QStringLiteral(" ORDER BY D_PLANT.YYYY, D_PLANT.CROP_NM, D_PLANT.PLANT_DATE");
+        QCOMPARE(Plant::listSql(QString(), QString(), Value::null()),
+                 QStringLiteral("SELECT D_PLANT.*  FROM D_PLANT ") + order);
+        QCOMPARE(Plant::listSql(QStringLiteral("2024"), QStringLiteral("トマト"), Value(2)),
+                 QStringLiteral("SELECT D_PLANT.*  FROM D_PLANT  WHERE D_PLANT.YYYY=2024 AND  "
+                                "D_PLANT.CROP_NM='トマト' AND  D_PLANT.PLANT_TYPE=2") + order);
+        // the empty kind (0) is no criterion; a full-width year goes in as its number
+        QCOMPARE(Plant::listSql(QStringLiteral("２０２４"), QString(), Value(0)),
+                 QStringLiteral("SELECT D_PLANT.*  FROM D_PLANT  WHERE D_PLANT.YYYY=2024") + order);
+    }
+
+    void deleteRefusalNamesTheEarliestDay()
+    {
+        TestRoot root;
+        seedPlantings();
+        // planting 1: work on 5/20 and 5/3, a shipment on 4/1; planting 2: shipments only
+        gDB->EXEC("INSERT INTO D_DIARY_DTL (FMR_ID, WORK_DATE, DTL_NO, PLANT_ID, WORK_KBN) VALUES (1, #2024/5/20#, 1, 1, 3)");
+        gDB->EXEC("INSERT INTO D_DIARY_DTL (FMR_ID, WORK_DATE, DTL_NO, PLANT_ID, WORK_KBN) VALUES (1, #2024/5/3#, 2, 1, 3)");
+        gDB->EXEC("INSERT INTO D_SHIP (FMR_ID, SHIP_ID, SHIP_DATE, PLANT_ID) VALUES (1, 1, #2024/4/1#, 1)");
+        gDB->EXEC("INSERT INTO D_SHIP (FMR_ID, SHIP_ID, SHIP_DATE, PLANT_ID) VALUES (1, 2, #2024/8/12#, 2)");
+        gDB->EXEC("INSERT INTO D_SHIP (FMR_ID, SHIP_ID, SHIP_DATE, PLANT_ID) VALUES (1, 3, #2024/10/2#, 2)");
+        // another farmer's lines under the same number count for nothing
+        gDB->EXEC("INSERT INTO D_DIARY_DTL (FMR_ID, WORK_DATE, DTL_NO, PLANT_ID, WORK_KBN) VALUES (2, #2024/1/9#, 1, 3, 3)");
+        QCOMPARE(Plant::deleteRefusal(Value(1), Value(1)),
+                 QStringLiteral("5月3日に作業登録されていますので、削除できません。"));
+        QCOMPARE(Plant::deleteRefusal(Value(1), Value(2)),
+                 QStringLiteral("8月12日に出荷登録されていますので、削除できません。"));
+        QCOMPARE(Plant::deleteRefusal(Value(1), Value(3)), QString());
+    }
+
+    void saveWritesByNumberAlone()
+    {
+        TestRoot root;
+        // farmer 1's planting 5 comes first, then farmer 2's with the same number
+        gDB->EXEC("INSERT INTO D_PLANT (FMR_ID, PLANT_ID, PLANT_NM, YYYY) VALUES (1, 5, '一の五', 2024)");
+        gDB->EXEC("INSERT INTO D_PLANT (FMR_ID, PLANT_ID, PLANT_NM, YYYY) VALUES (2, 5, '二の五', 2024)");
+        QCOMPARE(Plant::nextPlantId(Value(1)), Value(6));
+        QCOMPARE(Plant::nextPlantId(Value(3)), Value(1));
+        // a change of farmer 2's planting lands on the first row of that number
+        PlantRow r;
+        r.FMR_ID = Value(2);
+        r.PLANT_ID = Value(5);
+        r.PLANT_NM = Value("書き換え");
+        r.YYYY = Value(2025);
+        QVERIFY(Plant::saveRecord(2, r, QStringLiteral("PC-1")));
+        QCOMPARE(rowText(1, 5, "FMR_ID PLANT_NM YYYY LAST_TM HOLD_TM"), QStringLiteral("1|書き換え|2025|PC-1|-"));
+        QCOMPARE(rowText(2, 5, "PLANT_NM YYYY"), QStringLiteral("二の五|2024"));
+        QVERIFY(!plantField(1, 5, "UDATE").isNull());
+        // a number that is gone: nothing written
+        r.PLANT_ID = Value(9);
+        QVERIFY(!Plant::saveRecord(2, r, QStringLiteral("PC-1")));
+        QVERIFY(!Plant::saveRecord(4, r, QStringLiteral("PC-1")));
+        QCOMPARE(plantCount(), 2);
+    }
+
+    // ---------------------------------------------------------------- list
+
+    void listFiltersAndShowsItsColumns()
+    {
+        TestRoot root;
+        seedPlantings();
+        ListRig rig;
+        QCOMPARE(rig.list.windowTitle(), QStringLiteral("作付一覧"));
+        QCOMPARE(rig.list.ctl<QLineEdit>("txtCOND(0)")->text(), QStringLiteral("2024"));
+        // every farmer's plantings of the year, by crop and planting day
+        QCOMPARE(column(rig.view, 1), (QStringList{"露地なす", "隣の畑のなす", "春トマト", "夏トマト"}));
+        QTreeWidgetItem *first = rig.view->topLevelItem(2);
+        QCOMPARE(first->text(0), QStringLiteral("1"));
+        QCOMPARE(first->text(2), QStringLiteral("2024/04/10"));
+        QCOMPARE(first->text(3), QStringLiteral("2024/07"));
+        QCOMPARE(first->text(4), QStringLiteral("桃太郎"));
+        QCOMPARE(first->text(5), QStringLiteral("12.5"));
+        QCOMPARE(rig.view->topLevelItem(3)->text(5), QString());
+        QCOMPARE(gPLANT_ROWS.size(), 4);
+        QVERIFY(gPLANT_ROWS[2].IMG_PATH1.isEmpty()); // the image paths are not read
+        QCOMPARE(gPLANT_ROWS[2].NOTES1.toText(), QStringLiteral("ハウス２棟"));
+        QVERIFY(!rig.list.ctl<QPushButton>("cmdMENU(6)")->isEnabled());
+
+        // an empty year lists all years
+        auto *year = rig.list.ctl<QLineEdit>("txtCOND(0)");
+        auto *find = rig.list.ctl<QPushButton>("cmdFIND");
+        Gui::type(year, QString());
+        Gui::click(find);
+        QCOMPARE(rig.view->topLevelItemCount(), 5);
+        QCOMPARE(rig.view->topLevelItem(0)->text(1), QStringLiteral("去年のキャベツ"));
+        // by crop, then also by kind
+        chooseText(rig.list.ctl<QComboBox>("cmbCOND(0)"), QStringLiteral("トマト"));
+        Gui::click(find);
+        QCOMPARE(column(rig.view, 1), (QStringList{"春トマト", "夏トマト"}));
+        chooseText(rig.list.ctl<QComboBox>("cmbCOND(1)"), QStringLiteral("露地"));
+        Gui::click(find);
+        QCOMPARE(column(rig.view, 1), (QStringList{"夏トマト"}));
+        QVERIFY(rig.msgs.messages.isEmpty());
+
+        // a crop typed that the list doesn't offer holds the focus
+        auto *crop = rig.list.ctl<QComboBox>("cmbCOND(0)");
+        focusCombo(crop);
+        crop->lineEdit()->setText(QStringLiteral("バナナ"));
+        Gui::leave(crop);
+        closePopups();
+        QCOMPARE(QApplication::focusWidget(), crop);
+        QCOMPARE(rig.msgs.count(), 1);
+        // emptied, it filters nothing
+        crop->lineEdit()->clear();
+        Gui::leave(crop);
+        closePopups();
+        QCOMPARE(crop->currentIndex(), -1);
+        // a year that is no number holds the focus too
+        Gui::type(year, QStringLiteral("令和"));
+        Gui::leave(year);
+        closePopups();
+        QCOMPARE(rig.msgs.lastPrompt(), QStringLiteral("数値を指定してください。"));
+        QCOMPARE(QApplication::focusWidget(), year);
+        Gui::type(year, QStringLiteral("２０２３"));
+        Gui::click(find);
+        QCOMPARE(column(rig.view, 1), QStringList());
+        // with no rows the row buttons do nothing
+        for (int b = 2; b <= 5; ++b)
+            rig.press(b);
+        QVERIFY(rig.modals.opened.isEmpty());
+    }
+
+    void calendarButtonOpensTheList()
+    {
+        TestRoot root;
+        Gui::Modals modals;
+        frmDairyCal cal;
+        Gui::show(&cal);
+        Gui::click(cal.ctl<QPushButton>("cmdMENU(1)"));
+        QCOMPARE(modals.opened, QStringList{QStringLiteral("frmPlantList")});
+    }
+
+    // ---------------------------------------------------------------- entry
+
+    void addThroughTheList()
+    {
+        TestRoot root;
+        seedPlantings();
+        ListRig rig;
+        rig.modals.on("frmPlantInput", [&](Form &f) {
+            QCOMPARE(gMODE, 1);
+            QCOMPARE(gROW_IDX, -1);
+            QCOMPARE(f.windowTitle(), QStringLiteral("作付入力"));
+            QCOMPARE(btn(f, 0)->text(), QStringLiteral("ｷｬﾝｾﾙ"));
+            QCOMPARE(btn(f, 1)->text(), QStringLiteral("登録"));
+            QCOMPARE(btn(f, 2)->text(), QStringLiteral("完了"));
+            QCOMPARE(cmb(f, 0)->currentText(), gMST->DLookup("FMR_NM", "M_FMR", "FMR_ID=1").toText());
+            QVERIFY(txt(f, 0)->text().isEmpty());
+            typeAndLeave(f, 8, QStringLiteral("秋まきほうれんそう"));
+            // month 13 of 2024 is January 2025
+            typeAndLeave(f, 0, QStringLiteral("2024"));
+            typeAndLeave(f, 1, QStringLiteral("13"));
+            QCOMPARE(txt(f, 0)->text(), QStringLiteral("2025"));
+            QCOMPARE(txt(f, 1)->text(), QStringLiteral("01"));
+            // the group narrows the crops; the crop brings variety and item
+            chooseText(cmb(f, 1), QStringLiteral("葉茎菜類"));
+            QVERIFY(cmb(f, 2)->findText(QStringLiteral("トマト")) < 0);
+            typeAndLeave(f, 2, QStringLiteral("手で打った品種"));
+            chooseText(cmb(f, 2), QStringLiteral("リーフレタス"));
+            QCOMPARE(txt(f, 2)->text(), QStringLiteral("リーフレタス"));
+            QCOMPARE(txt(f, 3)->text(), QStringLiteral("非結球レタス"));
+            // the product by its code, found in any shop
+            typeAndLeave(f, 4, QStringLiteral("３"));
+            QCOMPARE(txt(f, 4)->text(), QStringLiteral("3"));
+            QCOMPARE(txt(f, 5)->text(), QStringLiteral("きゅうり"));
+            chooseText(cmb(f, 3), QStringLiteral("トンネル"));
+            chooseText(cmb(f, 4), QStringLiteral("有機栽培"));
+            typeAndLeave(f, 6, QStringLiteral("北の畑"));
+            typeAndLeave(f, 7, QStringLiteral("１５.５"));
+            QCOMPARE(txt(f, 7)->text(), QStringLiteral("15.5"));
+            // dates complete as typed and show in full
+            Gui::type(txt(f, 11), QString());
+            Gui::typeKeys(txt(f, 11), QStringLiteral("2024"));
+            QCOMPARE(txt(f, 11)->text(), QStringLiteral("2024/"));
+            Gui::typeKeys(txt(f, 11), QStringLiteral("0903"));
+            Gui::leave(txt(f, 11));
+            QCOMPARE(txt(f, 11)->text(), QStringLiteral("2024/09/03"));
+            Gui::focus(txt(f, 9));
+            QVERIFY(f.ctl<QCalendarWidget>("MonthView1")->isVisible());
+            typeAndLeave(f, 9, QStringLiteral("20240901"));
+            typeAndLeave(f, 12, QStringLiteral("200"));
+            chooseText(cmb(f, 5), QStringLiteral("束"));
+            typeAndLeave(f, 13, QStringLiteral("20241201"));
+            typeAndLeave(f, 14, QStringLiteral("20250131"));
+            typeAndLeave(f, 15, QStringLiteral("O'Neil さんの種"));
+            Gui::click(btn(f, 1));
+            QVERIFY(!f.isVisible());
+        });
+        rig.press(1);
+        QCOMPARE(rig.modals.opened, QStringList{QStringLiteral("frmPlantInput")});
+        QVERIFY(rig.msgs.messages.isEmpty());
+        // farmer 1's next number
+        QCOMPARE(plantCount(), 6);
+        QCOMPARE(gLAST_PLANT_ID, Value(5));
+        QCOMPARE(rowText(1, 5, "PLANT_NM YYYY HARVEST_SCHD_YM CROP_NM CROP_NM1 CROP_NM2 PRD_ID PRD_NM PLANT_TYPE"),
+                 QStringLiteral("秋まきほうれんそう|2025|202501|リーフレタス|リーフレタス|非結球レタス|3|きゅうり|3"));
+        QCOMPARE(rowText(1, 5, "FIELD_NM AREA PLANT_DATE START_DATE END_DATE SHIP_EST SHIP_EST_UNIT SHIP_SCHD_DATE1 "
+                               "SHIP_SCHD_DATE2 NOTES1 NOTES2 UDATE HOLD_TM"),
+                 QStringLiteral("北の畑|15.5|2024/09/03|2024/09/01|-|200|6|2024/12/01|2025/01/31|O'Neil さんの種|-|-|-"));
+        QCOMPARE(rowText(1, 5, "LAST_TM"), GetCompName());
+        QVERIFY(!plantField(1, 5, "IDATE").isNull());
+        // the list was read again; the new planting (of 2025) is not in 2024's list
+        QCOMPARE(rig.view->topLevelItemCount(), 4);
+        Gui::type(rig.list.ctl<QLineEdit>("txtCOND(0)"), QStringLiteral("2025"));
+        Gui::click(rig.list.ctl<QPushButton>("cmdFIND"));
+        QCOMPARE(rig.list.selectedRow(), 0);
+        QCOMPARE(rig.view->topLevelItem(0)->text(3), QStringLiteral("2025/01"));
+    }
+
+    void changeThroughTheList()
+    {
+        TestRoot root;
+        seedPlantings();
+        ListRig rig;
+        const int row = rowOf(rig.view, QStringLiteral("春トマト"));
+        selectRow(rig.view, row);
+        rig.modals.on("frmPlantInput", [&](Form &f) {
+            QCOMPARE(gMODE, 2);
+            QCOMPARE(gROW_IDX, row);
+            const QStringList shown{f.ctl<QLabel>("lblDATA(0)")->text(), txt(f, 8)->text(), txt(f, 0)->text(),
+                                    txt(f, 1)->text(), cmb(f, 1)->currentText(), cmb(f, 2)->currentText(),
+                                    txt(f, 2)->text(), cmb(f, 3)->currentText(), txt(f, 7)->text(), txt(f, 11)->text()};
+            QCOMPARE(shown.join(QLatin1Char('|')), QStringLiteral("1|春トマト|2024|07|果菜類|トマト|桃太郎|ハウス|12.5|2024/04/10"));
+            // leaving the crop as it is keeps the typed variety
+            focusCombo(cmb(f, 2));
+            Gui::leave(cmb(f, 2));
+            QCOMPARE(txt(f, 2)->text(), QStringLiteral("桃太郎"));
+            typeAndLeave(f, 8, QStringLiteral("春トマト（大玉）"));
+            // the month box emptied empties the harvest month, the year box follows it
+            typeAndLeave(f, 1, QString());
+            QVERIFY(txt(f, 0)->text().isEmpty());
+            typeAndLeave(f, 0, QStringLiteral("2024"));
+            typeAndLeave(f, 1, QStringLiteral("8"));
+            Gui::click(btn(f, 1));
+            QVERIFY(!f.isVisible());
+        });
+        rig.press(2);
+        QVERIFY(rig.msgs.messages.isEmpty());
+        QCOMPARE(plantCount(), 5);
+        // the image paths go empty at each save
+        QCOMPARE(rowText(1, 1, "PLANT_NM HARVEST_SCHD_YM CROP_NM1 NOTES1 START_DATE IMG_PATH1 IMG_PATH2"),
+                 QStringLiteral("春トマト（大玉）|202408|桃太郎|ハウス２棟|2024/03/01|-|-"));
+        QVERIFY(!plantField(1, 1, "UDATE").isNull());
+        // the saved planting is selected in the list read again
+        QCOMPARE(rig.list.selectedRow(), rowOf(rig.view, QStringLiteral("春トマト（大玉）")));
+        QCOMPARE(gLAST_PLANT_ID, Value(1));
+    }
+
+    void aChangedPlantingThatIsGone()
+    {
+        TestRoot root;
+        seedPlantings();
+        ListRig rig;
+        selectRow(rig.view, rowOf(rig.view, QStringLiteral("夏トマト")));
+        rig.modals.on("frmPlantInput", [&](Form &f) {
+            gDB->EXEC("DELETE D_PLANT.* FROM D_PLANT WHERE PLANT_ID=3");
+            typeAndLeave(f, 8, QStringLiteral("夏トマト２"));
+            Gui::click(btn(f, 1));
+            QVERIFY(!f.isVisible());
+        });
+        rig.press(2);
+        QCOMPARE(rig.msgs.count(), 1);
+        QCOMPARE(rig.msgs.lastPrompt(), QStringLiteral("該当データが存在しません。"));
+        QCOMPARE(rig.msgs.messages[0].buttons, 16);
+        QCOMPARE(plantCount(), 4);
+        QCOMPARE(rowOf(rig.view, QStringLiteral("夏トマト")), -1);
+    }
+
+    void aSaveRefreshesTheCalendar()
+    {
+        TestRoot root;
+        frmDairyCal cal;
+        Gui::show(&cal);
+        ListRig rig; // the month of the calendar is now May 2024
+        rig.modals.on("frmPlantInput", [&](Form &f) {
+            typeAndLeave(f, 8, QStringLiteral("五月のえだまめ"));
+            typeAndLeave(f, 0, QStringLiteral("2024"));
+            typeAndLeave(f, 9, QStringLiteral("20240510"));
+            Gui::click(btn(f, 1));
+        });
+        rig.press(1);
+        auto *filter = cal.ctl<QComboBox>("cmbCOND");
+        QCOMPARE(filter->count(), 2);
+        QCOMPARE(filter->itemText(1), QStringLiteral("五月のえだまめ"));
+    }
+
+    void copyThroughTheList()
+    {
+        TestRoot root;
+        seedPlantings();
+        ListRig rig;
+        const int row = rowOf(rig.view, QStringLiteral("隣の畑のなす"));
+        selectRow(rig.view, row);
+        rig.modals.on("frmPlantInput", [&](Form &f) {
+            QCOMPARE(gMODE, 1);
+            QCOMPARE(gROW_IDX, row);
+            // the planting again for this farmer, with new dates
+            QCOMPARE(txt(f, 8)->text(), QStringLiteral("隣の畑のなす"));
+            QCOMPARE(cmb(f, 0)->currentText(), gMST->DLookup("FMR_NM", "M_FMR", "FMR_ID=1").toText());
+            QVERIFY(txt(f, 11)->text().isEmpty());
+            QVERIFY(txt(f, 9)->text().isEmpty());
+            typeAndLeave(f, 9, QStringLiteral("20240601"));
+            Gui::click(btn(f, 1));
+        });
+        rig.press(5);
+        QCOMPARE(plantCount(), 6);
+        QCOMPARE(rowText(1, 5, "PLANT_NM CROP_NM HARVEST_SCHD_YM START_DATE PLANT_DATE"),
+                 QStringLiteral("隣の畑のなす|なす|202408|2024/06/01|-"));
+        QCOMPARE(rowText(2, 7, "START_DATE"), QStringLiteral("2024/05/05"));
+        QCOMPARE(rig.view->selectedItems().value(0)->text(0), QStringLiteral("5"));
+    }
+
+    void viewThroughTheList()
+    {
+        TestRoot root;
+        seedPlantings();
+        // a hold of this computer, left from before, is released as the entry closes
+        gDB->EXEC(QStringLiteral("UPDATE D_PLANT SET HOLD_TM='%1' WHERE PLANT_ID=2").arg(GetCompName()));
+        ListRig rig;
+        selectRow(rig.view, rowOf(rig.view, QStringLiteral("春トマト")));
+        rig.modals.on("frmPlantInput", [&](Form &f) {
+            QCOMPARE(gMODE, 3);
+            QCOMPARE(btn(f, 0)->text(), QStringLiteral("閉じる"));
+            QVERIFY(!btn(f, 1)->isVisible());
+            QVERIFY(!btn(f, 2)->isVisible());
+            QVERIFY(txt(f, 8)->isReadOnly());
+            QCOMPARE(txt(f, 8)->focusPolicy(), Qt::NoFocus);
+            QVERIFY(!cmb(f, 2)->isEnabled());
+            QVERIFY(!qobject_cast<QLineEdit *>(QApplication::focusWidget()));
+            Gui::click(btn(f, 0));
+            QVERIFY(!f.isVisible());
+        });
+        rig.press(3);
+        QVERIFY(rig.msgs.messages.isEmpty());
+        QCOMPARE(rowText(1, 1, "UDATE IMG_PATH1"), QStringLiteral("-|C:\\img\\a.jpg"));
+        QCOMPARE(rowText(1, 2, "HOLD_TM LAST_TM"), QStringLiteral("-|") + GetCompName());
+    }
+
+    void deleteThroughTheList()
+    {
+        TestRoot root;
+        seedPlantings();
+        // work on 露地なす (planting 2) on 6/10 and 5/15, shipments from it on 4/30
+        gDB->EXEC("INSERT INTO D_DIARY_DTL (FMR_ID, WORK_DATE, DTL_NO, PLANT_ID, WORK_KBN) VALUES (1, #2024/6/10#, 1, 2, 3)");
+        gDB->EXEC("INSERT INTO D_DIARY_DTL (FMR_ID, WORK_DATE, DTL_NO, PLANT_ID, WORK_KBN) VALUES (1, #2024/5/15#, 1, 2, 3)");
+        gDB->EXEC("INSERT INTO D_SHIP (FMR_ID, SHIP_ID, SHIP_DATE, PLANT_ID) VALUES (1, 1, #2024/4/30#, 2)");
+        // a shipment from 夏トマト (planting 3)
+        gDB->EXEC("INSERT INTO D_SHIP (FMR_ID, SHIP_ID, SHIP_DATE, PLANT_ID) VALUES (1, 2, #2024/9/15#, 3)");
+        ListRig rig;
+        auto deleteRow = [&](const QString &name) {
+            selectRow(rig.view, rowOf(rig.view, name));
+            rig.modals.on("frmPlantInput", [&](Form &f) {
+                QCOMPARE(gMODE, 4);
+                QCOMPARE(btn(f, 0)->text(), QStringLiteral("ｷｬﾝｾﾙ"));
+                QCOMPARE(btn(f, 1)->text(), QStringLiteral("削除"));
+                QVERIFY(!btn(f, 2)->isVisible());
+                QVERIFY(txt(f, 8)->isReadOnly());
+                Gui::click(btn(f, 1));
+            });
+            rig.press(4);
+        };
+        // only the diary message, with the earliest day of work
+        deleteRow(QStringLiteral("露地なす"));
+        QCOMPARE(rig.msgs.count(), 1);
+        QCOMPARE(rig.msgs.lastPrompt(), QStringLiteral("5月15日に作業登録されていますので、削除できません。"));
+        QCOMPARE(plantCount(QStringLiteral("FMR_ID=1 AND PLANT_ID=2")), 1);
+        deleteRow(QStringLiteral("夏トマト"));
+        QCOMPARE(rig.msgs.lastPrompt(), QStringLiteral("9月15日に出荷登録されていますので、削除できません。"));
+        QCOMPARE(plantCount(QStringLiteral("FMR_ID=1 AND PLANT_ID=3")), 1);
+        // a planting with nothing on it goes
+        rig.msgs.clear();
+        deleteRow(QStringLiteral("春トマト"));
+        QVERIFY(rig.msgs.messages.isEmpty());
+        QCOMPARE(plantCount(QStringLiteral("PLANT_ID=1")), 0);
+        QCOMPARE(plantCount(), 4);
+        QCOMPARE(rowOf(rig.view, QStringLiteral("春トマト")), -1);
+        QCOMPARE(rig.view->topLevelItemCount(), 3);
+    }
+
+    void requiredFieldsAndMonthZero()
+    {
+        TestRoot root;
+        ListRig rig;
+        rig.modals.on("frmPlantInput", [&](Form &f) {
+            // no name
+            Gui::click(btn(f, 1));
+            QCOMPARE(rig.msgs.lastPrompt(), QStringLiteral("名称は必須入力です。"));
+            QCOMPARE(QApplication::focusWidget(), txt(f, 8));
+            typeAndLeave(f, 8, QStringLiteral("名前だけ"));
+            // no year
+            Gui::click(btn(f, 1));
+            QCOMPARE(rig.msgs.lastPrompt(), QStringLiteral("収穫年は必須入力です。"));
+            QCOMPARE(QApplication::focusWidget(), txt(f, 0));
+            QVERIFY(f.isVisible());
+            // month 0 is the present month
+            typeAndLeave(f, 0, QStringLiteral("2026"));
+            typeAndLeave(f, 1, QStringLiteral("0"));
+            QCOMPARE(txt(f, 1)->text(), QStringLiteral("%1").arg(QDate::currentDate().month(), 2, 10, QLatin1Char('0')));
+            Gui::click(btn(f, 1));
+            QVERIFY(!f.isVisible());
+        });
+        rig.press(1);
+        QCOMPARE(rig.msgs.count(), 2);
+        QCOMPARE(plantCount(), 1);
+        QCOMPARE(rowText(1, 1, "YYYY HARVEST_SCHD_YM"),
+                 QStringLiteral("2026|2026%1").arg(QDate::currentDate().month(), 2, 10, QLatin1Char('0')));
+    }
+
+    void finishingThenCancellingStoresNothing()
+    {
+        TestRoot root;
+        seedPlantings();
+        ListRig rig;
+        const QString today = QDate::currentDate().toString(QStringLiteral("yyyy/MM/dd"));
+        selectRow(rig.view, rowOf(rig.view, QStringLiteral("春トマト")));
+        rig.modals.on("frmPlantInput", [&](Form &f) {
+            Gui::click(btn(f, 2));
+            QCOMPARE(txt(f, 10)->text(), today);
+            QVERIFY(f.isVisible());
+            Gui::click(btn(f, 0));
+            QVERIFY(!f.isVisible());
+        });
+        rig.press(2);
+        QCOMPARE(rowText(1, 1, "END_DATE UDATE"), QStringLiteral("-|-"));
+        // 完了 and then 登録 closes the planting today
+        rig.modals.on("frmPlantInput", [&](Form &f) {
+            Gui::click(btn(f, 2));
+            Gui::click(btn(f, 1));
+        });
+        rig.press(2);
+        QCOMPARE(plantField(1, 1, "END_DATE").toDate(), DateUtil::today());
+        QVERIFY(rig.msgs.messages.isEmpty());
+    }
+
+    void badInputHoldsTheField()
+    {
+        TestRoot root;
+        ListRig rig;
+        rig.modals.on("frmPlantInput", [&](Form &f) {
+            auto holds = [&](int box, const QString &text, const QString &message) {
+                rig.msgs.clear();
+                typeAndLeave(f, box, text);
+                QCOMPARE(rig.msgs.lastPrompt(), message);
+                QCOMPARE(QApplication::focusWidget(), txt(f, box));
+                Gui::type(txt(f, box), QString());
+            };
+            const QString number = QStringLiteral("数値を指定してください。");
+            holds(7, QStringLiteral("広い"), number);
+            holds(12, QStringLiteral("1'0"), number);
+            holds(0, QStringLiteral("二千"), number);
+            holds(1, QStringLiteral("五"), number);
+            holds(4, QStringLiteral("A-12"), number);
+            holds(4, QStringLiteral("1.5"), QStringLiteral("商品コードは８桁までの整数で指定してください。"));
+            holds(9, QStringLiteral("20241340"), QStringLiteral("日付を指定してください。"));
+            holds(14, QStringLiteral("あした"), QStringLiteral("日付を指定してください。"));
+            holds(10, QStringLiteral("09000101"), QStringLiteral("日付は1000年から9999年までで指定してください。"));
+            typeAndLeave(f, 0, QStringLiteral("9999"));
+            holds(1, QStringLiteral("13"), QStringLiteral("収穫予定月を正しく指定してください。"));
+            // a crop typed that the list doesn't offer holds the combo
+            rig.msgs.clear();
+            focusCombo(cmb(f, 2));
+            cmb(f, 2)->lineEdit()->setText(QStringLiteral("バナナ"));
+            Gui::leave(cmb(f, 2));
+            QCOMPARE(rig.msgs.count(), 1);
+            QCOMPARE(QApplication::focusWidget(), cmb(f, 2));
+            cmb(f, 2)->lineEdit()->clear();
+            Gui::leave(cmb(f, 2));
+            // long text is cut at the box's length; quotes go in as typed
+            typeAndLeave(f, 8, QString(80, QChar(0x3042)));
+            QCOMPARE(txt(f, 8)->text().size(), 50);
+            typeAndLeave(f, 16, QStringLiteral("'; DROP TABLE D_PLANT; --"));
+            typeAndLeave(f, 4, QStringLiteral("99999999"));
+            QVERIFY(txt(f, 5)->text().isEmpty()); // no such product
+            typeAndLeave(f, 0, QStringLiteral("2024"));
+            typeAndLeave(f, 1, QStringLiteral("6"));
+            rig.msgs.clear();
+            Gui::click(btn(f, 1));
+            QVERIFY(rig.msgs.messages.isEmpty());
+        });
+        rig.press(1);
+        QCOMPARE(rowText(1, 1, "PLANT_NM NOTES2 PRD_ID PRD_NM"),
+                 QString(50, QChar(0x3042)) + QStringLiteral("|'; DROP TABLE D_PLANT; --|99999999|-"));
+    }
+
+    void resizingStartsTheEntryOver()
+    {
+        TestRoot root;
+        seedPlantings();
+        ListRig rig;
+        selectRow(rig.view, rowOf(rig.view, QStringLiteral("春トマト")));
+        rig.modals.on("frmPlantInput", [&](Form &f) {
+            typeAndLeave(f, 8, QStringLiteral("消える名前"));
+            f.resize(f.width() + 120, f.height() + 60);
+            Gui::settle();
+            QCOMPARE(txt(f, 8)->text(), QStringLiteral("春トマト"));
+            Gui::click(btn(f, 1));
+        });
+        rig.press(2);
+        QCOMPARE(plantField(1, 1, "PLANT_NM").toText(), QStringLiteral("春トマト"));
+        // the list starts over with its first filters too
+        Gui::type(rig.list.ctl<QLineEdit>("txtCOND(0)"), QString());
+        Gui::click(rig.list.ctl<QPushButton>("cmdFIND"));
+        QCOMPARE(rig.view->topLevelItemCount(), 5);
+        rig.list.resize(rig.list.width() + 100, rig.list.height());
+        Gui::settle();
+        QCOMPARE(rig.list.ctl<QLineEdit>("txtCOND(0)")->text(), QStringLiteral("2024"));
+        QCOMPARE(rig.view->topLevelItemCount(), 4);
+    }
+};
+
+TILLORA_GUI_TEST_MAIN(TestPlanting)
+#include "tst_planting.moc"

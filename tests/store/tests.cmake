@@ -1,0 +1,5 @@
+tillora_test(tst_jetsql store/tst_jetsql.cpp)
+tillora_test(tst_store store/tst_store.cpp)
+tillora_test(tst_settings store/tst_settings.cpp)
+tillora_test(tst_admin store/tst_admin.cpp)
+tillora_uses_admin(tst_admin)

@@ -1,0 +1,336 @@
+// The mechanisms every screen shares, on a small screen of the test's own:
+// proportional scaling, window state, Enter as Tab, selection on focus, date
+// completion and the pop-up calendar, leave checks, item data, locking.
+
+#include "ui/Entry.h"
+#include "ui/Form.h"
+#include "base/Globals.h"
+#include "store/Database.h"
+#include "support/GuiDriver.h"
+#include "support/MsgRecorder.h"
+#include "support/TestRoot.h"
+
+#include <QApplication>
+#include <QCalendarWidget>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QFileDialog>
+#include <QLabel>
+#include <QMenu>
+#include <QTableView>
+#include <QtTest/QTest>
+
+#include <memory>
+
+namespace {
+
+const CtlSpec kControls[] = {
+    {"lblTITLE", CtlKind::Label, "テスト画面", 300, 150, 4800, 540},
+    {"txtDATA(0)", CtlKind::Text, "", 1500, 900, 3000, 420},
+    {"txtDATA(1)", CtlKind::Text, "", 1500, 1500, 3000, 420},
+    {"cmbDATA(0)", CtlKind::Combo, "", 1500, 2100, 3000, 420},
+    {"Check1", CtlKind::Check, "確認", 1500, 2700, 3000, 420},
+    {"Shape1", CtlKind::Shape, "", 300, 3300, 9000, 1000},
+    {"imgLOGO", CtlKind::Canvas, "", 6000, 900, 1500, 1500},
+    {"MonthView1", CtlKind::Calendar, "", 0, 0, 3600, 2700},
+    {"cmdMENU(0)", CtlKind::Button, "ｷｬﾝｾﾙ", 300, 6100, 1800, 600},
+    {"cmdMENU(1)", CtlKind::Button, "登録", 7200, 6100, 1800, 600},
+};
+
+class TestForm : public Form {
+public:
+    TestForm() : Form(QStringLiteral("frmTest"), 9600, 7200)
+    {
+        setSizable(true);
+        buildControls(kControls, int(std::size(kControls)));
+        scaleRules().noFont << QStringLiteral("Sha");
+        txt = array<QLineEdit>(QStringLiteral("txtDATA"), 2);
+        combo = ctl<QComboBox>(QStringLiteral("cmbDATA(0)"));
+        entry().registerDateField(txt[1], 1);
+        onClick(ctl<QPushButton>(QStringLiteral("cmdMENU(1)")), [this] { ++saves; });
+        onClick(ctl<QPushButton>(QStringLiteral("cmdMENU(0)")), [this] { ++cancels; }, false);
+    }
+    void onLoad() override
+    {
+        // a design font of 12 points makes the rounding rules visible
+        for (QWidget *w : controls()) {
+            QFont f = w->font();
+            f.setPointSize(12);
+            w->setFont(f);
+        }
+        SetDefSize();
+        applyWindowState();
+        ++loads;
+    }
+    void onResize() override
+    {
+        SetSize();
+        ++resizes;
+    }
+    void onActivate() override
+    {
+        applyWindowState();
+        ++activations;
+    }
+    QVector<QLineEdit *> txt;
+    QComboBox *combo;
+    int loads = 0, resizes = 0, activations = 0, saves = 0, cancels = 0;
+};
+
+QRect designRect(const char *name)
+{
+    for (const CtlSpec &s : kControls)
+        if (QLatin1String(s.name) == QLatin1String(name))
+            return {s.left / 15, s.top / 15, s.width / 15, s.height / 15};
+    return {};
+}
+
+} // namespace
+
+class TestScreens : public QObject {
+    Q_OBJECT
+private slots:
+    void init() { gMODE = 1; }
+
+    void designSizeKeepsEveryControl()
+    {
+        TestRoot root;
+        TestForm f;
+        Gui::show(&f);
+        QCOMPARE(f.size(), QSize(640, 480));
+        QVERIFY(f.resizes >= 1);
+        QCOMPARE(f.ctl<QLineEdit>("txtDATA(0)")->geometry(), designRect("txtDATA(0)"));
+        QCOMPARE(f.ctl<QComboBox>("cmbDATA(0)")->geometry(), designRect("cmbDATA(0)"));
+        QCOMPARE(f.ctl<QLineEdit>("txtDATA(0)")->font().pointSizeF(), 12.0);
+    }
+
+    void fontsFollowTheWidth()
+    {
+        TestRoot root;
+        TestForm f;
+        Gui::show(&f);
+        const int before = f.resizes;
+        f.resize(320, 480); // half the width
+        Gui::settle();
+        QVERIFY(f.resizes > before);
+        auto *t = f.ctl<QLineEdit>("txtDATA(0)");
+        QCOMPARE(t->font().pointSizeF(), 6.0);
+        QCOMPARE(t->geometry(), QRect(50, 60, 100, 28));
+        f.resize(352, 480); // 0.55 of the width: 6.6 points become 7
+        Gui::settle();
+        QCOMPARE(t->font().pointSizeF(), 7.0);
+        // a wide, low window: fonts by the width alone
+        f.resize(1280, 240);
+        Gui::settle();
+        QCOMPARE(t->font().pointSizeF(), 24.0);
+        QCOMPARE(t->height(), 14);
+        // a drop-down takes its height after its font, still in proportion
+        QCOMPARE(f.ctl<QComboBox>("cmbDATA(0)")->geometry(), QRect(200, 70, 400, 14));
+        // shapes keep their font; names on the skip list are not moved
+        QCOMPARE(f.ctl<QFrame>("Shape1")->font().pointSizeF(), 12.0);
+        QCOMPARE(f.control("imgLOGO")->geometry(), designRect("imgLOGO"));
+    }
+
+    void windowStateFromTheSetting()
+    {
+        TestRoot root;
+        root.setCtrl("WINDOW_STA", Value("True"), Value(1));
+        TestForm f;
+        Gui::show(&f);
+        QVERIFY(f.windowState() & Qt::WindowMaximized);
+        // the setting reaches an open screen at its next activation
+        root.setCtrl("WINDOW_STA", Value("False"), Value(1));
+        TestForm other;
+        Gui::show(&other);
+        QApplication::setActiveWindow(&f);
+        QVERIFY(QTest::qWaitForWindowActive(&f));
+        Gui::settle();
+        QVERIFY(!(f.windowState() & Qt::WindowMaximized));
+    }
+
+    void activationComesFromScreensNotFromMessages()
+    {
+        TestRoot root;
+        TestForm f;
+        Gui::show(&f);
+        QCOMPARE(f.activations, 1);
+        MsgRecorder rec;
+        QWidget box; // any window that isn't a screen, like a message box
+        box.show();
+        QApplication::setActiveWindow(&box);
+        QVERIFY(QTest::qWaitForWindowActive(&box));
+        QApplication::setActiveWindow(&f);
+        QVERIFY(QTest::qWaitForWindowActive(&f));
+        Gui::settle();
+        QCOMPARE(f.activations, 1);
+    }
+
+    void enterMovesOnAndPressesButtons()
+    {
+        TestRoot root;
+        TestForm f;
+        Gui::show(&f);
+        Gui::focus(f.txt[0]);
+        Gui::enter(f.txt[0]);
+        QCOMPARE(QApplication::focusWidget(), f.txt[1]);
+        auto *save = f.ctl<QPushButton>("cmdMENU(1)");
+        save->setFocus();
+        Gui::enter(save);
+        QCOMPARE(f.saves, 1);
+    }
+
+    void wholeTextSelectedOnFocus()
+    {
+        TestRoot root;
+        TestForm f;
+        Gui::show(&f);
+        f.txt[0]->setText(QStringLiteral("青葉 耕作"));
+        Gui::focus(f.txt[1]);
+        Gui::focus(f.txt[0]);
+        QCOMPARE(f.txt[0]->selectedText(), QStringLiteral("青葉 耕作"));
+    }
+
+    void datesCompleteAsTyped_data()
+    {
+        QTest::addColumn<QString>("keys");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("year") << "2024" << "2024/";
+        QTest::newRow("year and month") << "202401" << "2024/01/";
+        QTest::newRow("one-digit month stays") << "20241" << "2024/1";
+        QTest::newRow("whole date") << "20240105" << "2024/01/05";
+    }
+    void datesCompleteAsTyped()
+    {
+        QFETCH(QString, keys);
+        QFETCH(QString, shown);
+        TestRoot root;
+        TestForm f;
+        Gui::show(&f);
+        Gui::type(f.txt[1], keys);
+        QCOMPARE(f.txt[1]->text(), shown);
+        QCOMPARE(f.txt[1]->cursorPosition(), shown.size());
+    }
+
+    void theMonthViewFillsTheFieldOfItsTag()
+    {
+        TestRoot root;
+        TestForm f;
+        Gui::show(&f);
+        auto *cal = f.ctl<QCalendarWidget>("MonthView1");
+        // weeks from Sunday, and the marked cell is today's
+        QCOMPARE(cal->firstDayOfWeek(), Qt::Sunday);
+        auto *cells = cal->findChild<QTableView *>();
+        QVERIFY(cells);
+        QCOMPARE(cells->selectionModel()->selectedIndexes().size(), 1);
+        QCOMPARE(cells->selectionModel()->selectedIndexes().first().data().toInt(), QDate::currentDate().day());
+        Gui::focus(f.txt[0]);
+        QVERIFY(!cal->isVisible());
+        Gui::focus(f.txt[1]);
+        QVERIFY(cal->isVisible());
+        QCOMPARE(cal->property("tag").toInt(), 1);
+        emit cal->clicked(QDate(2024, 3, 9));
+        Gui::settle();
+        QCOMPARE(f.txt[1]->text(), QStringLiteral("2024/03/09"));
+        QVERIFY(!cal->isVisible());
+        QCOMPARE(QApplication::focusWidget(), f.combo);
+        f.combo->hidePopup();
+        // view and delete modes show no calendar
+        gMODE = 3;
+        Gui::focus(f.txt[1]);
+        QVERIFY(!cal->isVisible());
+    }
+
+    void aFailedLeaveCheckKeepsTheFocusAndTheButtonsWait()
+    {
+        TestRoot root;
+        TestForm f;
+        MsgRecorder rec;
+        f.entry().setLeaveCheck(f.txt[0], [&f] {
+            if (IsNumeric(Value(f.txt[0]->text())))
+                return true;
+            ShowMsg(QStringLiteral("数値を入力してください。"), 48);
+            return false;
+        });
+        Gui::show(&f);
+        Gui::type(f.txt[0], QStringLiteral("abc"));
+        Gui::leave(f.txt[0]);
+        QCOMPARE(rec.lastPrompt(), QStringLiteral("数値を入力してください。"));
+        QCOMPARE(QApplication::focusWidget(), f.txt[0]);
+        QCOMPARE(f.txt[0]->selectedText(), QStringLiteral("abc"));
+        // a click on a confirming button doesn't run while the field is wrong...
+        Gui::click(f.ctl<QPushButton>("cmdMENU(1)"));
+        QCOMPARE(f.saves, 0);
+        // ... a closing button does
+        Gui::click(f.ctl<QPushButton>("cmdMENU(0)"));
+        QCOMPARE(f.cancels, 1);
+        Gui::type(f.txt[0], QStringLiteral("12"));
+        Gui::leave(f.txt[0]);
+        Gui::click(f.ctl<QPushButton>("cmdMENU(1)"));
+        QCOMPARE(f.saves, 1);
+    }
+
+    void itemDataInLists()
+    {
+        TestRoot root;
+        TestForm f;
+        addEmptyItem(f.combo);
+        addItem(f.combo, QStringLiteral("晴れ"), Value(1));
+        addItem(f.combo, QStringLiteral("くもり"), Value(2));
+        selectItemData(f.combo, Value(2));
+        QCOMPARE(f.combo->currentText(), QStringLiteral("くもり"));
+        f.combo->setCurrentIndex(0);
+        QCOMPARE(currentItemData(f.combo), Value(0));
+        selectItemData(f.combo, Value(9));
+        QCOMPARE(f.combo->currentIndex(), -1);
+        QVERIFY(currentItemData(f.combo).isNull());
+        selectItemData(f.combo, Value("1"));
+        QCOMPARE(f.combo->currentIndex(), 1);
+    }
+
+    void viewModeLocksTheRecord()
+    {
+        TestRoot root;
+        TestForm f;
+        Gui::show(&f);
+        lockRecordFields(&f);
+        QVERIFY(f.txt[0]->isReadOnly());
+        QCOMPARE(f.txt[0]->focusPolicy(), Qt::NoFocus);
+        QVERIFY(!f.combo->isEnabled());
+        QVERIFY(!f.ctl<QCheckBox>("Check1")->isEnabled());
+        QVERIFY(f.ctl<QPushButton>("cmdMENU(0)")->isEnabled());
+    }
+
+    void fieldLimits()
+    {
+        TestRoot root;
+        TestForm f;
+        setFieldLimit(f.txt[0], 4, ImeMode::Disabled);
+        Gui::show(&f);
+        Gui::type(f.txt[0], QStringLiteral("123456"));
+        QCOMPARE(f.txt[0]->text(), QStringLiteral("1234"));
+        QVERIFY(!f.txt[0]->testAttribute(Qt::WA_InputMethodEnabled));
+    }
+
+    // Qt's own dialogs speak Japanese: the file chooser and a text box's menu.
+    void qtsOwnTextsAreJapanese()
+    {
+        QFileDialog chooser;
+        chooser.setOption(QFileDialog::DontUseNativeDialog);
+        auto *lookIn = chooser.findChild<QLabel *>(QStringLiteral("lookInLabel"));
+        QVERIFY(lookIn);
+        QVERIFY2(!lookIn->text().contains(QStringLiteral("Look")), qPrintable(lookIn->text()));
+        QLineEdit box;
+        std::unique_ptr<QMenu> menu(box.createStandardContextMenu());
+        QStringList captions;
+        for (QAction *a : menu->actions())
+            if (!a->isSeparator())
+                captions << a->text();
+        QVERIFY(!captions.isEmpty());
+        QVERIFY2(!captions.join(QLatin1Char(' ')).contains(QStringLiteral("Paste")), qPrintable(captions.join(' ')));
+    }
+};
+
+TILLORA_GUI_TEST_MAIN(TestScreens)
+#include "tst_screens.moc"
