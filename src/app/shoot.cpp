@@ -59,7 +59,7 @@ int runShoot(QStringList args)
     }
     gWORK_DATE = Value(day);
     gBASE_DATE = DateUtil::make(day.date().year(), day.date().month(), 1);
-    gMODE = 2;
+    gMODE = Mode::Change;
     gROW_IDX = -1;
     gBOOK_ACC_ID = Value(1000);
     gLEDGE_ROWS = {blankLedgeRow()};

@@ -6,7 +6,7 @@
 qint16 gUSE_TYPE = 0;
 Value gFMR_ID = Value(0);
 Value gSHOP_ID = Value(1);
-qint32 gMODE = 0;
+Mode gMODE = Mode::None;
 qint32 gROW_IDX = -1;
 QDateTime gBASE_DATE;
 Value gWORK_DATE;

@@ -2,6 +2,7 @@
 // Process-wide variables through which screens hand work to each other, and
 // the program's folder. Each is one value for the whole process.
 
+#include "base/Mode.h"
 #include "base/Value.h"
 
 #include <QDateTime>
@@ -11,7 +12,7 @@
 extern qint16 gUSE_TYPE;       // 1 single farmer, 2 several farmers
 extern Value gFMR_ID;          // current farmer; 0 until start-up has read it
 extern Value gSHOP_ID;         // current shop: 1 for the whole run
-extern qint32 gMODE;           // 1 add (copy too), 2 change, 3 view, 4 delete
+extern Mode gMODE;
 extern qint32 gROW_IDX;        // 0-based row of the list's array; -1 new
 extern QDateTime gBASE_DATE;   // month on the calendar, default period of lists
 extern Value gWORK_DATE;       // day chosen on the calendar

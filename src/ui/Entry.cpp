@@ -345,7 +345,7 @@ void EntryConventions::onFocusIn(QWidget *w)
         });
         const auto it = mDateFields.constFind(e);
         if (it != mDateFields.constEnd()) {
-            if (gMODE == 1 || gMODE == 2)
+            if (gMODE == Mode::Add || gMODE == Mode::Change)
                 showMonthView(e, it.value());
             else
                 hideMonthView();

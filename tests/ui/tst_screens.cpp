@@ -92,7 +92,7 @@ QRect designRect(const char *name)
 class TestScreens : public QObject {
     Q_OBJECT
 private slots:
-    void init() { gMODE = 1; }
+    void init() { gMODE = Mode::Add; }
 
     void designSizeKeepsEveryControl()
     {
@@ -237,7 +237,7 @@ private slots:
         QCOMPARE(QApplication::focusWidget(), f.combo);
         f.combo->hidePopup();
         // view and delete modes show no calendar
-        gMODE = 3;
+        gMODE = Mode::View;
         Gui::focus(f.txt[1]);
         QVERIFY(!cal->isVisible());
     }

@@ -156,32 +156,32 @@ QString amountText(const Value &v)
     return BookPage::amountText(v.toCurrency());
 }
 
-bool saveSlip(int mode, LedgeRow &row, const Value &fmrId, const QString &computer)
+bool saveSlip(Mode mode, LedgeRow &row, const Value &fmrId, const QString &computer)
 {
     using namespace LedgeCol;
-    if (mode == 1) {
+    if (mode == Mode::Add) {
         row[FMR_ID] = fmrId;
         row[LEDGE_ID] = Value(GetNewLedgeId(fmrId));
     }
     RecordsetPtr rs =
         gDB->GetDynamicRst(QStringLiteral("SELECT D_LEDGE.* FROM D_LEDGE WHERE D_LEDGE.LEDGE_ID=") + idText(row[LEDGE_ID]));
-    if (mode == 1) {
+    if (mode == Mode::Add) {
         rs->AddNew();
         rs->SetField(QStringLiteral("FMR_ID"), row[FMR_ID]);
         rs->SetField(QStringLiteral("LEDGE_ID"), row[LEDGE_ID]);
         row[IDATE] = Value(DateUtil::now());
         rs->SetField(QStringLiteral("IDATE"), row[IDATE]);
-    } else if (mode == 2 || mode == 4) {
+    } else if (mode == Mode::Change || mode == Mode::Delete) {
         if (rs->eof()) {
             rs->Close();
             return false;
         }
-        if (mode == 2) {
+        if (mode == Mode::Change) {
             row[UDATE] = Value(DateUtil::now());
             rs->SetField(QStringLiteral("UDATE"), row[UDATE]);
         }
     }
-    if (mode == 1 || mode == 2) {
+    if (mode == Mode::Add || mode == Mode::Change) {
         for (int c : {LEDGE_DATE, D_ACC_ID, D_OPT_KBN, D_OPT_ID, D_OPT_NM, C_ACC_ID, C_OPT_KBN, C_OPT_ID, C_OPT_NM, CTR_NM,
                       AMT, NOTES})
             rs->SetField(QString::fromLatin1(Names[c]), row[c].isEmpty() ? Value::null() : row[c]);
@@ -190,7 +190,7 @@ bool saveSlip(int mode, LedgeRow &row, const Value &fmrId, const QString &comput
         rs->SetField(QStringLiteral("LAST_TM"), row[LAST_TM]);
         rs->SetField(QStringLiteral("HOLD_TM"), row[HOLD_TM]);
         rs->Update();
-    } else if (mode == 4) {
+    } else if (mode == Mode::Delete) {
         rs->Delete();
     }
     rs->Close();

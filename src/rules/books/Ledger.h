@@ -11,6 +11,7 @@
 
 #include "base/Currency.h"
 #include "base/Globals.h"
+#include "base/Mode.h"
 #include "base/Value.h"
 
 #include <QString>
@@ -87,6 +88,6 @@ QString amountText(const Value &v);
 // found by its number alone: with several farmers the first row of that
 // number is the one reached. False when a row to change or delete is gone;
 // nothing is written then.
-bool saveSlip(int mode, LedgeRow &row, const Value &fmrId, const QString &computer);
+bool saveSlip(Mode mode, LedgeRow &row, const Value &fmrId, const QString &computer);
 
 } // namespace Ledger

@@ -263,7 +263,7 @@ QString slipLotText(const ChemiRow &r)
     return qty + GetChemiUnitNm(r.PUR_UNIT);
 }
 
-QString purchaseSlipSql(int mode, const ChemiRow &r, const QString &computer)
+QString purchaseSlipSql(Mode mode, const ChemiRow &r, const QString &computer)
 {
     const Currency amount = amountOf(r.PUR_AMT);
     if (amount == Currency())
@@ -280,7 +280,7 @@ QString purchaseSlipSql(int mode, const ChemiRow &r, const QString &computer)
     const QString shop = textOf(r.PUR_SHOP);
     const QDateTime now = DateUtil::now();
     QString idate, udate;
-    if (mode == 1) {
+    if (mode == Mode::Add) {
         idate = dateLiteral(now);
         udate = QStringLiteral("NULL");
     } else {
@@ -298,10 +298,10 @@ QString purchaseSlipSql(int mode, const ChemiRow &r, const QString &computer)
            QLatin1Char(',') + Sql::quoted(computer) + QStringLiteral(",NULL)");
 }
 
-bool saveLot(int mode, ChemiRow &r, const QString &computer)
+bool saveLot(Mode mode, ChemiRow &r, const QString &computer)
 {
     // 1. a new lot takes the next number over all farmers
-    if (mode == 1) {
+    if (mode == Mode::Add) {
         r.FMR_ID = gFMR_ID;
         const Value max = gDB->DMax(QStringLiteral("CHEMI_ID"), QStringLiteral("D_CHEMI"));
         r.CHEMI_ID = Value::int32(qint64(Nz(max, Value(0)).toDouble()) + 1);
@@ -311,10 +311,10 @@ bool saveLot(int mode, ChemiRow &r, const QString &computer)
                Sql::number(r.LEDGE_ID);
     };
     // 2. the old purchase slip goes
-    if ((mode == 2 || mode == 4) && numberOf(r.LEDGE_ID) > 0)
+    if ((mode == Mode::Change || mode == Mode::Delete) && numberOf(r.LEDGE_ID) > 0)
         gDB->EXEC(QStringLiteral("DELETE D_LEDGE.* FROM D_LEDGE WHERE ") + slipKey());
     // 3. the new one, for a purchase with a date
-    if ((mode == 1 || mode == 2) && hasValue(r.PUR_DATE)) {
+    if ((mode == Mode::Add || mode == Mode::Change) && hasValue(r.PUR_DATE)) {
         if (amountOf(r.PUR_AMT) == Currency()) {
             r.LEDGE_ID = Value(0);
         } else {
@@ -332,20 +332,20 @@ bool saveLot(int mode, ChemiRow &r, const QString &computer)
     // 4. the lot
     RecordsetPtr rs = gDB->GetDynamicRst(QStringLiteral("SELECT D_CHEMI.* FROM D_CHEMI WHERE D_CHEMI.CHEMI_ID=") +
                                          Sql::number(r.CHEMI_ID));
-    if (mode == 1) {
+    if (mode == Mode::Add) {
         rs->AddNew();
         rs->SetField(QStringLiteral("FMR_ID"), r.FMR_ID);
         rs->SetField(QStringLiteral("CHEMI_ID"), r.CHEMI_ID);
         rs->SetField(QStringLiteral("IDATE"), Value(DateUtil::now()));
-    } else if (mode == 2 || mode == 4) {
+    } else if (mode == Mode::Change || mode == Mode::Delete) {
         if (rs->eof()) {
             rs->Close();
             return false;
         }
-        if (mode == 2)
+        if (mode == Mode::Change)
             rs->SetField(QStringLiteral("UDATE"), Value(DateUtil::now()));
     }
-    if (mode == 1 || mode == 2) {
+    if (mode == Mode::Add || mode == Mode::Change) {
         gLAST_CHEMI_ID = r.CHEMI_ID;
         for (const char *c : {"CHEMI_NM", "REG_NO", "USES", "MAKER_NM", "CHEMI_TYPE", "CHEMI_KIND", "PUR_DATE",
                               "PUR_SHOP"})
@@ -363,7 +363,7 @@ bool saveLot(int mode, ChemiRow &r, const QString &computer)
         rs->SetField(QStringLiteral("LAST_TM"), Value(computer));
         rs->SetField(QStringLiteral("HOLD_TM"), Value::null());
         rs->Update();
-    } else if (mode == 4) {
+    } else if (mode == Mode::Delete) {
         rs->Delete();
     }
     rs->Close();

@@ -5,6 +5,7 @@
 // refusal of a delete, the save with its purchase slip).
 
 #include "store/SqlText.h"
+#include "base/Mode.h"
 #include "base/Value.h"
 
 #include <QString>
@@ -95,7 +96,7 @@ void computeRest(ChemiRow &r);
 
 // The purchase slip of the lot as it will be inserted; "" for an amount of 0
 // (or none). The lot must have its number and its slip's number.
-QString purchaseSlipSql(int mode, const ChemiRow &r, const QString &computer);
+QString purchaseSlipSql(Mode mode, const ChemiRow &r, const QString &computer);
 // The quantity and unit written on the slip's lot side: "3.0kg"; "" for none.
 QString slipLotText(const ChemiRow &r);
 
@@ -103,6 +104,6 @@ QString slipLotText(const ChemiRow &r);
 // number over all farmers), 2 changes, 4 deletes. The record takes its new
 // numbers. False when the lot to change or delete is gone. Steps done
 // before a failure stand; database failures are raised.
-bool saveLot(int mode, ChemiRow &r, const QString &computer);
+bool saveLot(Mode mode, ChemiRow &r, const QString &computer);
 
 } // namespace Chemi

@@ -256,32 +256,32 @@ QString deleteRefusal(const Value &farmer, const Value &plantId)
     return QString();
 }
 
-bool saveRecord(int mode, const PlantRow &row, const QString &computer)
+bool saveRecord(Mode mode, const PlantRow &row, const QString &computer)
 {
     // The number alone finds the row: a change takes the first row of that
     // number, whichever farmer it belongs to.
     RecordsetPtr rs = gDB->GetDynamicRst(QStringLiteral("SELECT D_PLANT.* FROM D_PLANT WHERE D_PLANT.PLANT_ID=") +
                                          Sql::number(row.PLANT_ID));
-    if (mode == 1) {
+    if (mode == Mode::Add) {
         rs->AddNew();
         rs->SetField(QStringLiteral("FMR_ID"), row.FMR_ID);
         rs->SetField(QStringLiteral("PLANT_ID"), row.PLANT_ID);
         rs->SetField(QStringLiteral("IDATE"), Value(DateUtil::now()));
-    } else if (mode == 2 || mode == 4) {
+    } else if (mode == Mode::Change || mode == Mode::Delete) {
         if (rs->eof()) {
             rs->Close();
             return false;
         }
-        if (mode == 2)
+        if (mode == Mode::Change)
             rs->SetField(QStringLiteral("UDATE"), Value(DateUtil::now()));
     }
-    if (mode == 1 || mode == 2) {
+    if (mode == Mode::Add || mode == Mode::Change) {
         for (const QString &c : savedColumns())
             rs->SetField(c, row.field(c));
         rs->SetField(QStringLiteral("LAST_TM"), Value(computer));
         rs->SetField(QStringLiteral("HOLD_TM"), Value::null());
         rs->Update();
-    } else if (mode == 4) {
+    } else if (mode == Mode::Delete) {
         rs->Delete();
     }
     rs->Close();

@@ -4,6 +4,7 @@
 // statement, the refusal of a delete, the save).
 
 #include "store/SqlText.h"
+#include "base/Mode.h"
 #include "base/Value.h"
 
 #include <QDate>
@@ -80,6 +81,6 @@ QString deleteRefusal(const Value &farmer, const Value &plantId);
 // Writes the record: mode 1 adds a row, 2 changes the first row with its
 // PLANT_ID (whichever farmer it belongs to), 4 deletes it. False when the
 // row to change or delete no longer exists. Database failures are raised.
-bool saveRecord(int mode, const PlantRow &row, const QString &computer);
+bool saveRecord(Mode mode, const PlantRow &row, const QString &computer);
 
 } // namespace Plant

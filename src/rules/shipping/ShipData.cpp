@@ -243,9 +243,9 @@ ShipRow newShipment()
     return r;
 }
 
-QString check(ShipRow &r, int mode)
+QString check(ShipRow &r, Mode mode)
 {
-    if (mode == 1) {
+    if (mode == Mode::Add) {
         r.FMR_ID = gFMR_ID;
         r.SHIP_ID = Value(Nz(gDB->DMax(QStringLiteral("SHIP_ID"), QStringLiteral("D_SHIP"),
                                        QStringLiteral("FMR_ID=") + Nz(r.FMR_ID, Value(0)).toText()),
@@ -273,14 +273,14 @@ QString check(ShipRow &r, int mode)
 namespace {
 
 // One slip of a shipment, inserted by a statement as the books take it.
-void insertSlip(const ShipRow &r, int mode, const Value &ledgeId, const QString &debit, const QString &credit,
+void insertSlip(const ShipRow &r, Mode mode, const Value &ledgeId, const QString &debit, const QString &credit,
                 const QString &notes, double amount)
 {
     const QString farmer = Nz(r.FMR_ID, Value(0)).toText();
     const QString shop = GetShopNm(r.SHOP_ID);
-    const QString idate = mode == 1 ? sqlDate(Value(DateUtil::now()))
+    const QString idate = mode == Mode::Add ? sqlDate(Value(DateUtil::now()))
                                     : (hasValue(r.IDATE) ? sqlDate(r.IDATE) : QStringLiteral("NULL"));
-    const QString udate = mode == 1 ? QStringLiteral("NULL") : sqlDate(Value(DateUtil::now()));
+    const QString udate = mode == Mode::Add ? QStringLiteral("NULL") : sqlDate(Value(DateUtil::now()));
     gDB->EXEC(QStringLiteral("INSERT INTO D_LEDGE (FMR_ID, LEDGE_ID, LEDGE_DATE, D_ACC_ID, D_OPT_KBN, D_OPT_ID, "
                              "D_OPT_NM, C_ACC_ID, C_OPT_KBN, C_OPT_ID, C_OPT_NM, CTR_NM, NOTES, AMT, IDATE, UDATE, "
                              "LAST_TM, HOLD_TM) VALUES (") +
@@ -299,7 +299,7 @@ QString plantSide(int acc, const ShipRow &r)
            Sql::quotedOrNull(r.PRD_NM);
 }
 
-void postSlip(ShipRow &r, int mode, Value &ledgeId, double amount, bool sale)
+void postSlip(ShipRow &r, Mode mode, Value &ledgeId, double amount, bool sale)
 {
     if (amount == 0) {
         ledgeId = Value(0);
@@ -325,24 +325,24 @@ void postSlip(ShipRow &r, int mode, Value &ledgeId, double amount, bool sale)
 
 } // namespace
 
-bool post(ShipRow &r, int mode)
+bool post(ShipRow &r, Mode mode)
 {
     const QString farmer = Nz(r.FMR_ID, Value(0)).toText();
     gLAST_SHIP_ID = r.SHIP_ID;
-    if (mode == 2 || mode == 4) {
+    if (mode == Mode::Change || mode == Mode::Delete) {
         for (const Value *id : {&r.LEDGE_ID_S, &r.LEDGE_ID_F})
             if (present(*id) && id->toDouble() > 0)
                 gDB->EXEC(QStringLiteral("DELETE D_LEDGE.* FROM D_LEDGE WHERE ") + QStringLiteral("FMR_ID=") + farmer +
                           QStringLiteral(" AND LEDGE_ID=") + id->toText());
     }
-    if (mode == 1 || mode == 2) {
+    if (mode == Mode::Add || mode == Mode::Change) {
         postSlip(r, mode, r.LEDGE_ID_S, numOr0(r.SALES_AMT), true);
         postSlip(r, mode, r.LEDGE_ID_F, numOr0(r.FEE_AMT), false);
     }
 
     RecordsetPtr rs = gDB->GetDynamicRst(QStringLiteral("SELECT D_SHIP.* FROM D_SHIP WHERE D_SHIP.SHIP_ID=") +
                                          Nz(r.SHIP_ID, Value(0)).toText());
-    if (mode == 1) {
+    if (mode == Mode::Add) {
         rs->AddNew();
         rs->SetField(QStringLiteral("FMR_ID"), r.FMR_ID);
         rs->SetField(QStringLiteral("SHIP_ID"), r.SHIP_ID);
@@ -352,9 +352,9 @@ bool post(ShipRow &r, int mode)
         rs->Close();
         return false;
     }
-    if (mode == 2)
+    if (mode == Mode::Change)
         rs->SetField(QStringLiteral("UDATE"), Value(DateUtil::now()));
-    if (mode == 1 || mode == 2) {
+    if (mode == Mode::Add || mode == Mode::Change) {
         for (const Field &f : kFields) {
             const QString name = QString::fromLatin1(f.name);
             static const QStringList skipped = {"FMR_ID", "SHIP_ID", "IDATE", "UDATE", "LAST_TM", "HOLD_TM"};
@@ -364,22 +364,22 @@ bool post(ShipRow &r, int mode)
         rs->SetField(QStringLiteral("LAST_TM"), Value(GetCompName()));
         rs->SetField(QStringLiteral("HOLD_TM"), Value::null());
         rs->Update();
-    } else if (mode == 4) {
+    } else if (mode == Mode::Delete) {
         rs->Delete();
     }
     rs->Close();
 
     const QString day = QStringLiteral("#") + DateUtil::sqlText(r.SHIP_DATE.toDate()) + QStringLiteral("#");
     const QString key = QStringLiteral("FMR_ID=") + farmer + QStringLiteral(" AND WORK_DATE=") + day;
-    if ((mode == 1 || mode == 2) && gDB->DCount(QStringLiteral("*"), QStringLiteral("D_DIARY"), key).toLong() == 0)
+    if ((mode == Mode::Add || mode == Mode::Change) && gDB->DCount(QStringLiteral("*"), QStringLiteral("D_DIARY"), key).toLong() == 0)
         gDB->EXEC(QStringLiteral("INSERT INTO D_DIARY (FMR_ID, WORK_DATE, IDATE, LAST_TM)") + QStringLiteral(" VALUES(") +
                   farmer + QLatin1Char(',') + day + QLatin1Char(',') + sqlDate(Value(DateUtil::now())) +
                   QLatin1Char(',') + Sql::quoted(GetCompName()) + QLatin1Char(')'));
-    if (mode == 2 || mode == 4)
+    if (mode == Mode::Change || mode == Mode::Delete)
         gDB->EXEC(QStringLiteral("DELETE D_DIARY_DTL.* FROM D_DIARY_DTL") +
                   QStringLiteral(" WHERE D_DIARY_DTL.FMR_ID=") + farmer + QStringLiteral(" AND D_DIARY_DTL.WORK_KBN=8") +
                   QStringLiteral(" AND D_DIARY_DTL.SHIP_ID=") + Nz(r.SHIP_ID, Value(0)).toText());
-    if (mode == 1 || mode == 2) {
+    if (mode == Mode::Add || mode == Mode::Change) {
         const qint32 no = Nz(gDB->DMax(QStringLiteral("DTL_NO"), QStringLiteral("D_DIARY_DTL"), key), Value(0)).toLong() + 1;
         gDB->EXEC(QStringLiteral("INSERT INTO D_DIARY_DTL (FMR_ID, WORK_DATE, DTL_NO, PLANT_ID, WORK_KBN, WORK_NM, NOTES, "
                                  "SHIP_ID)") +

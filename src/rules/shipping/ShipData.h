@@ -3,6 +3,7 @@
 // that runs as its fields are left, the checks before a save, and the
 // posting of a shipment into the books and the diary.
 
+#include "base/Mode.h"
 #include "base/Value.h"
 #include "store/Recordset.h"
 
@@ -40,11 +41,11 @@ ShipRow newShipment();
 // Completes the record before a save (mode 1: farmer and number; the
 // account from the shop when empty) and checks it; "" when it may be saved,
 // else the message to show.
-QString check(ShipRow &r, int mode);
+QString check(ShipRow &r, Mode mode);
 
 // Writes the shipment: its sale and fee slips, the D_SHIP row, the diary
 // day and its shipment line (mode 4 takes them away). False when the row to
 // change or delete was gone (the message has been shown).
-bool post(ShipRow &r, int mode);
+bool post(ShipRow &r, Mode mode);
 
 }

@@ -146,7 +146,7 @@ void frmLedgeInput::onActivate()
 {
     applyWindowState();
     // Viewing and deleting leave the locked first box.
-    if (gMODE == 3 || gMODE == 4) {
+    if (gMODE == Mode::View || gMODE == Mode::Delete) {
         QWidget *from = focusWidget();
         sendTab(from ? from : this);
     }
@@ -240,7 +240,7 @@ void frmLedgeInput::SetMode()
     mRec = blankLedgeRow();
     if (gROW_IDX >= 0 && gROW_IDX < gLEDGE_ROWS.size())
         mRec = gLEDGE_ROWS[gROW_IDX];
-    if (gMODE == 1) {
+    if (gMODE == Mode::Add) {
         // Also after 複写: a blank slip of today, only the sub-account kinds
         // of the source stay.
         mRec[FMR_ID] = gFMR_ID;
@@ -249,24 +249,24 @@ void frmLedgeInput::SetMode()
             mRec[c] = Value::null();
     }
     switch (gMODE) {
-    case 1:
-    case 2:
+    case Mode::Add:
+    case Mode::Change:
         cmdMENU[0]->setText(QStringLiteral("ｷｬﾝｾﾙ"));
         cmdMENU[1]->setText(QStringLiteral("登録"));
         cmdMENU[1]->setVisible(true);
         break;
-    case 3:
+    case Mode::View:
         cmdMENU[0]->setText(QStringLiteral("閉じる"));
         cmdMENU[1]->setVisible(false);
         break;
-    case 4:
+    case Mode::Delete:
         cmdMENU[0]->setText(QStringLiteral("ｷｬﾝｾﾙ"));
         cmdMENU[1]->setText(QStringLiteral("削除"));
         cmdMENU[1]->setVisible(true);
         break;
     default: break;
     }
-    if (gMODE == 3 || gMODE == 4)
+    if (gMODE == Mode::View || gMODE == Mode::Delete)
         lockRecordFields(this);
     DispData();
 }

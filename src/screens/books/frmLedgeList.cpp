@@ -117,11 +117,11 @@ frmLedgeList::frmLedgeList(QWidget *parent) : Form(QStringLiteral("frmLedgeList"
         SetList();
     });
     onClick(cmdMENU[0], [this] { close(); }, false);
-    onClick(cmdMENU[1], [this] { openEntry(1, false, false); });
-    onClick(cmdMENU[2], [this] { openEntry(2, true, true); });
-    onClick(cmdMENU[3], [this] { openEntry(3, true, false); });
-    onClick(cmdMENU[4], [this] { openEntry(4, true, true); });
-    onClick(cmdMENU[5], [this] { openEntry(1, true, false); });
+    onClick(cmdMENU[1], [this] { openEntry(Mode::Add, false, false); });
+    onClick(cmdMENU[2], [this] { openEntry(Mode::Change, true, true); });
+    onClick(cmdMENU[3], [this] { openEntry(Mode::View, true, false); });
+    onClick(cmdMENU[4], [this] { openEntry(Mode::Delete, true, true); });
+    onClick(cmdMENU[5], [this] { openEntry(Mode::Add, true, false); });
     // No list is printed.
     cmdMENU[6]->setEnabled(false);
 }
@@ -310,7 +310,7 @@ int frmLedgeList::selectedLine() const
     return ListView1->indexOfTopLevelItem(sel.first()) + 1;
 }
 
-void frmLedgeList::openEntry(int mode, bool needsLine, bool checksLock)
+void frmLedgeList::openEntry(Mode mode, bool needsLine, bool checksLock)
 {
     const int line = needsLine ? selectedLine() : 0;
     if (needsLine && (line < 1 || line > gLEDGE_ROWS.size()))
@@ -319,7 +319,7 @@ void frmLedgeList::openEntry(int mode, bool needsLine, bool checksLock)
         const LedgeRow &r = gLEDGE_ROWS[line - 1];
         const int owner = ChkLedgeUse(r[LedgeCol::FMR_ID], r[LedgeCol::LEDGE_ID]);
         if (owner != 0) {
-            ShowMsg(ledgeLockMessage(owner, mode == 4), Msg::Exclamation);
+            ShowMsg(ledgeLockMessage(owner, mode == Mode::Delete), Msg::Exclamation);
             return;
         }
     }

@@ -4,6 +4,7 @@
 // opening balance, a running balance and the sums). The way into the slip
 // entry for adding, changing, viewing, deleting and copying.
 
+#include "base/Mode.h"
 #include "ui/Form.h"
 
 class QComboBox;
@@ -35,7 +36,7 @@ protected:
     void onResize() override;
 
 private:
-    void openEntry(int mode, bool needsLine, bool checksLock);
+    void openEntry(Mode mode, bool needsLine, bool checksLock);
 
     int mView = 0;
     QVector<QRadioButton *> Option1;

@@ -222,9 +222,9 @@ frmDairyInput::frmDairyInput(QWidget *parent) : Form(QStringLiteral("frmDairyInp
     onClick(cmdSUB[0], [this] { deleteClicked(); });
     for (int i = 0; i < 5; ++i)
         onClick(Option1[i], [this, i] { tabClicked(i); });
-    onClick(cmdEDIT[0], [this] { editSlip(1); });
-    onClick(cmdEDIT[1], [this] { editSlip(2); });
-    onClick(cmdEDIT[2], [this] { editSlip(4); });
+    onClick(cmdEDIT[0], [this] { editSlip(Mode::Add); });
+    onClick(cmdEDIT[1], [this] { editSlip(Mode::Change); });
+    onClick(cmdEDIT[2], [this] { editSlip(Mode::Delete); });
     onClick(cmdMENU[0], [this] { close(); }, false);
     onClick(cmdMENU[1], [this] {
         if (!ChkData())
@@ -545,7 +545,7 @@ void frmDairyInput::deleteClicked()
             QStringLiteral(" WHERE D_SHIP.FMR_ID=") + Nz(gFMR_ID, Value(0)).toText() + QStringLiteral(" AND SHIP_ID=") +
             r->SHIP_ID.toText() + QStringLiteral(" ORDER BY D_SHIP.SHIP_DATE,D_SHIP.PLANT_ID,D_SHIP.SHIP_ID"));
         LoadShipRows(*rs);
-        gMODE = 3;
+        gMODE = Mode::View;
         gROW_IDX = 0;
         openScreen(QStringLiteral("frmShipInput"));
         return;
@@ -639,12 +639,12 @@ void frmDairyInput::SetLedgeList(int acc)
     lblSUM[3]->setText(BookPage::amountText(page.closing));
 }
 
-void frmDairyInput::editSlip(int mode)
+void frmDairyInput::editSlip(Mode mode)
 {
     const int book = currentBook();
-    if (mode == 1) {
+    if (mode == Mode::Add) {
         gBOOK_ACC_ID = Value(book);
-        gMODE = 1;
+        gMODE = Mode::Add;
         gROW_IDX = -1;
         openScreen(QStringLiteral("frmDiaryLedgeInput"));
         return;
@@ -665,7 +665,7 @@ void frmDairyInput::editSlip(int mode)
         return;
     const int owner = ChkLedgeUse(gFMR_ID, id);
     if (owner != 0) {
-        ShowMsg(ledgeLockMessage(owner, mode == 4), Msg::Exclamation, QString());
+        ShowMsg(ledgeLockMessage(owner, mode == Mode::Delete), Msg::Exclamation, QString());
         return;
     }
     gBOOK_ACC_ID = Value(book);

@@ -4,6 +4,7 @@
 // pesticide of a spraying line; and the day's pages of the four books. All
 // is held in memory until "登録", which replaces the day as a whole.
 
+#include "base/Mode.h"
 #include "ui/Form.h"
 #include "rules/diary/BookPage.h"
 #include "rules/diary/DiaryDay.h"
@@ -54,7 +55,7 @@ private:
     void addClicked();
     void deleteClicked();
     void tabClicked(int index);
-    void editSlip(int mode);
+    void editSlip(Mode mode);
     bool workSelected() const;
     DiaryDtlRec *currentRow();
     void setTitle();

@@ -220,7 +220,7 @@ void frmDiaryLedgeInput::SetMode()
     if (gROW_IDX >= 0 && gROW_IDX < gLEDGE_ROWS.size())
         mRec = gLEDGE_ROWS[gROW_IDX];
     using namespace LedgeCol;
-    if (gMODE == 1) {
+    if (gMODE == Mode::Add) {
         mRec[FMR_ID] = gFMR_ID;
         mRec[LEDGE_ID] = Value(GetNewLedgeID());
         mRec[LEDGE_DATE] = gWORK_DATE;
@@ -237,8 +237,8 @@ void frmDiaryLedgeInput::SetMode()
         }
     ctl<QGroupBox>(QStringLiteral("fraBOOK"))->setTitle(GetAccNm(Value(book())));
     cmdMENU[0]->setText(QStringLiteral("ｷｬﾝｾﾙ"));
-    cmdMENU[1]->setText(gMODE == 4 ? QStringLiteral("削除") : QStringLiteral("設定"));
-    if (gMODE == 3 || gMODE == 4)
+    cmdMENU[1]->setText(gMODE == Mode::Delete ? QStringLiteral("削除") : QStringLiteral("設定"));
+    if (gMODE == Mode::View || gMODE == Mode::Delete)
         lockRecordFields(this);
     DispData();
 }
@@ -304,13 +304,13 @@ bool frmDiaryLedgeInput::ChkData()
 
 bool frmDiaryLedgeInput::SaveData()
 {
-    if (gMODE == 1) {
+    if (gMODE == Mode::Add) {
         const Value &first = gLEDGE_ROWS.isEmpty() ? Value() : gLEDGE_ROWS[0][LedgeCol::LEDGE_ID];
         if (gLEDGE_ROWS.isEmpty() || (hasValue(first) && IsNumeric(first) && first.toDouble() > 0))
             gLEDGE_ROWS.append(mRec);
         else
             gLEDGE_ROWS.last() = mRec;
-    } else if (gMODE == 2 && gROW_IDX >= 0 && gROW_IDX < gLEDGE_ROWS.size()) {
+    } else if (gMODE == Mode::Change && gROW_IDX >= 0 && gROW_IDX < gLEDGE_ROWS.size()) {
         gLEDGE_ROWS[gROW_IDX] = mRec;
     }
     // Any other mode changes nothing: "削除" here removes no slip.

@@ -198,7 +198,7 @@ void frmChemiInput::onActivate()
 {
     applyWindowState();
     // Viewing and deleting leave the locked first box.
-    if (gMODE == 3 || gMODE == 4) {
+    if (gMODE == Mode::View || gMODE == Mode::Delete) {
         QWidget *from = focusWidget();
         sendTab(from ? from : this);
     }
@@ -259,7 +259,7 @@ void frmChemiInput::SetMode()
     if (gROW_IDX >= 0 && gROW_IDX < gCHEMI_ROWS.size())
         mDATA[0] = gCHEMI_ROWS[gROW_IDX];
     ChemiRow &r = mDATA[0];
-    if (gMODE == 1) {
+    if (gMODE == Mode::Add) {
         // A copy is a new lot of the same pesticide: a new purchase date,
         // and the whole quantity in hand.
         r.FMR_ID = gFMR_ID;
@@ -267,24 +267,24 @@ void frmChemiInput::SetMode()
         r.CHK_FLG = Value(1);
     }
     switch (gMODE) {
-    case 1:
-    case 2:
+    case Mode::Add:
+    case Mode::Change:
         cmdMENU[0]->setText(QStringLiteral("ｷｬﾝｾﾙ"));
         cmdMENU[1]->setText(QStringLiteral("登録"));
         cmdMENU[1]->setVisible(true);
         break;
-    case 3:
+    case Mode::View:
         cmdMENU[0]->setText(QStringLiteral("閉じる"));
         cmdMENU[1]->setVisible(false);
         break;
-    case 4:
+    case Mode::Delete:
         cmdMENU[0]->setText(QStringLiteral("ｷｬﾝｾﾙ"));
         cmdMENU[1]->setText(QStringLiteral("削除"));
         cmdMENU[1]->setVisible(true);
         break;
     default: break;
     }
-    if (gMODE == 3 || gMODE == 4)
+    if (gMODE == Mode::View || gMODE == Mode::Delete)
         lockFields();
     DispData();
 }
@@ -433,7 +433,7 @@ void frmChemiInput::DispAppl()
 bool frmChemiInput::ChkData()
 {
     ChemiRow &r = mDATA[0];
-    if (gMODE == 4) {
+    if (gMODE == Mode::Delete) {
         const QString refusal = Chemi::deleteRefusal(r.FMR_ID, r.CHEMI_ID);
         if (!refusal.isEmpty()) {
             ShowMsg(refusal, Msg::Exclamation);

@@ -4,6 +4,7 @@
 // is left, and the way into the pesticide entry for adding, changing,
 // viewing, deleting and copying.
 
+#include "base/Mode.h"
 #include "ui/Form.h"
 
 class QComboBox;
@@ -31,7 +32,7 @@ protected:
     void onResize() override;
 
 private:
-    void openEntry(int mode, bool needsRow);
+    void openEntry(Mode mode, bool needsRow);
 
     QComboBox *cmbCOND;
     QVector<QLineEdit *> txtCOND;

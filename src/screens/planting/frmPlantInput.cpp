@@ -217,7 +217,7 @@ void frmPlantInput::onActivate()
 {
     applyWindowState();
     // Viewing and deleting leave the locked first box.
-    if (gMODE == 3 || gMODE == 4) {
+    if (gMODE == Mode::View || gMODE == Mode::Delete) {
         QWidget *from = focusWidget();
         sendTab(from ? from : this);
     }
@@ -307,27 +307,27 @@ void frmPlantInput::SetMode()
     if (gROW_IDX >= 0 && gROW_IDX < gPLANT_ROWS.size())
         mDATA[0] = gPLANT_ROWS[gROW_IDX];
     PlantRow &r = mDATA[0];
-    if (gMODE == 1) {
+    if (gMODE == Mode::Add) {
         // A copy repeats the planting with new dates.
         r.FMR_ID = gFMR_ID;
         r.START_DATE = r.PLANT_DATE = r.END_DATE = Value::null();
         r.SHIP_SCHD_DATE1 = r.SHIP_SCHD_DATE2 = Value::null();
     }
     switch (gMODE) {
-    case 1:
-    case 2:
+    case Mode::Add:
+    case Mode::Change:
         cmdMENU[0]->setText(QStringLiteral("ｷｬﾝｾﾙ"));
         cmdMENU[1]->setText(QStringLiteral("登録"));
         cmdMENU[2]->setText(QStringLiteral("完了"));
         cmdMENU[1]->setVisible(true);
         cmdMENU[2]->setVisible(true);
         break;
-    case 3:
+    case Mode::View:
         cmdMENU[0]->setText(QStringLiteral("閉じる"));
         cmdMENU[1]->setVisible(false);
         cmdMENU[2]->setVisible(false);
         break;
-    case 4:
+    case Mode::Delete:
         cmdMENU[0]->setText(QStringLiteral("ｷｬﾝｾﾙ"));
         cmdMENU[1]->setText(QStringLiteral("削除"));
         cmdMENU[1]->setVisible(true);
@@ -335,7 +335,7 @@ void frmPlantInput::SetMode()
         break;
     default: break;
     }
-    if (gMODE == 3 || gMODE == 4)
+    if (gMODE == Mode::View || gMODE == Mode::Delete)
         lockRecordFields(this);
     DispData();
 }
@@ -495,9 +495,9 @@ bool frmPlantInput::cmbLeave(int index)
 bool frmPlantInput::ChkData()
 {
     PlantRow &r = mDATA[0];
-    if (gMODE == 1)
+    if (gMODE == Mode::Add)
         r.PLANT_ID = Plant::nextPlantId(r.FMR_ID);
-    if (gMODE == 4) {
+    if (gMODE == Mode::Delete) {
         const QString refusal = Plant::deleteRefusal(r.FMR_ID, r.PLANT_ID);
         if (!refusal.isEmpty()) {
             ShowMsg(refusal, Msg::Exclamation);
@@ -505,7 +505,7 @@ bool frmPlantInput::ChkData()
         }
         return true;
     }
-    if (gMODE == 1 || gMODE == 2) {
+    if (gMODE == Mode::Add || gMODE == Mode::Change) {
         if (txtDATA[8]->text().isEmpty()) {
             ShowMsg(QStringLiteral("名称は必須入力です。"), Msg::Exclamation);
             txtDATA[8]->setFocus();

@@ -79,11 +79,11 @@ frmPlantList::frmPlantList(QWidget *parent) : Form(QStringLiteral("frmPlantList"
         SetList();
     });
     onClick(cmdMENU[0], [this] { close(); }, false);
-    onClick(cmdMENU[1], [this] { openEntry(1, false); });
-    onClick(cmdMENU[2], [this] { openEntry(2, true); });
-    onClick(cmdMENU[3], [this] { openEntry(3, true); });
-    onClick(cmdMENU[4], [this] { openEntry(4, true); });
-    onClick(cmdMENU[5], [this] { openEntry(1, true); });
+    onClick(cmdMENU[1], [this] { openEntry(Mode::Add, false); });
+    onClick(cmdMENU[2], [this] { openEntry(Mode::Change, true); });
+    onClick(cmdMENU[3], [this] { openEntry(Mode::View, true); });
+    onClick(cmdMENU[4], [this] { openEntry(Mode::Delete, true); });
+    onClick(cmdMENU[5], [this] { openEntry(Mode::Add, true); });
     // No list is printed.
     cmdMENU[6]->setEnabled(false);
 }
@@ -186,7 +186,7 @@ int frmPlantList::selectedRow() const
     return ListView1->indexOfTopLevelItem(sel.first());
 }
 
-void frmPlantList::openEntry(int mode, bool needsRow)
+void frmPlantList::openEntry(Mode mode, bool needsRow)
 {
     const int row = needsRow ? selectedRow() : -1;
     if (needsRow && row < 0)

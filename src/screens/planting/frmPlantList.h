@@ -3,6 +3,7 @@
 // by crop and kind, and the way into the planting entry for adding,
 // changing, viewing, deleting and copying.
 
+#include "base/Mode.h"
 #include "ui/Form.h"
 
 class QComboBox;
@@ -29,7 +30,7 @@ protected:
     void onResize() override;
 
 private:
-    void openEntry(int mode, bool needsRow);
+    void openEntry(Mode mode, bool needsRow);
 
     QLineEdit *txtCOND;
     QVector<QComboBox *> cmbCOND;

@@ -143,7 +143,7 @@ frmShipInput::frmShipInput(QWidget *parent) : Form(QStringLiteral("frmShipInput"
     });
     // The product of the planting, whatever was typed before.
     entry().setLeaveCheck(List1, [this] {
-        if (gMODE != 1 && gMODE != 2)
+        if (gMODE != Mode::Add && gMODE != Mode::Change)
             return true;
         const QString where = QStringLiteral("PLANT_ID=") + Nz(mRow.PLANT_ID, Value(0)).toText();
         mRow.PRD_ID = Value(textOf(gDB->DLookup(QStringLiteral("PRD_ID"), QStringLiteral("D_PLANT"), where)));
@@ -229,17 +229,17 @@ void frmShipInput::SetMode()
     mRow = ShipRow();
     if (gROW_IDX >= 0 && gROW_IDX < gSHIP_ROWS.size())
         mRow = gSHIP_ROWS[gROW_IDX];
-    if (gMODE == 1)
+    if (gMODE == Mode::Add)
         mRow = Ship::newShipment(); // a copy starts as blank as a new one
-    const bool editing = gMODE == 1 || gMODE == 2;
-    cmdMENU[0]->setText(gMODE == 3 ? QStringLiteral("閉じる") : QStringLiteral("ｷｬﾝｾﾙ"));
-    cmdMENU[1]->setText(gMODE == 4 ? QStringLiteral("削除") : QStringLiteral("登録"));
-    cmdMENU[1]->setVisible(gMODE != 3);
+    const bool editing = gMODE == Mode::Add || gMODE == Mode::Change;
+    cmdMENU[0]->setText(gMODE == Mode::View ? QStringLiteral("閉じる") : QStringLiteral("ｷｬﾝｾﾙ"));
+    cmdMENU[1]->setText(gMODE == Mode::Delete ? QStringLiteral("削除") : QStringLiteral("登録"));
+    cmdMENU[1]->setVisible(gMODE != Mode::View);
     // The tab order follows the stage: dispatch in mode 1, the report in mode 2.
-    if (gMODE == 1) {
+    if (gMODE == Mode::Add) {
         for (int i = 6; i <= 10; ++i)
             txtDATA[i]->setFocusPolicy(Qt::ClickFocus);
-    } else if (gMODE == 2) {
+    } else if (gMODE == Mode::Change) {
         for (int i : {0, 1, 2, 3, 4, 5, 7})
             txtDATA[i]->setFocusPolicy(Qt::ClickFocus);
         List1->setFocusPolicy(Qt::ClickFocus);
@@ -252,7 +252,7 @@ void frmShipInput::SetMode()
             o->setEnabled(false);
     }
     DispData();
-    if (gMODE == 2)
+    if (gMODE == Mode::Change)
         txtDATA[6]->setFocus(Qt::TabFocusReason);
 }
 
@@ -266,7 +266,7 @@ void frmShipInput::DispData()
     for (int i = 1; i < 12; ++i)
         txtDATA[i]->setText(textOf(mRow.*boxes[i]));
     SetList();
-    if (gMODE != 1)
+    if (gMODE != Mode::Add)
         lblDATA[0]->setText(textOf(mRow.SHIP_ID));
     lblDATA[7]->setText(hasValue(mRow.SALES_AMT) ? BookPage::amountText(mRow.SALES_AMT.toCurrency()) : QString());
     auto select = [](auto *w, const Value &v) {

@@ -89,11 +89,11 @@ frmShipList::frmShipList(QWidget *parent) : Form(QStringLiteral("frmShipList"), 
     });
     connect(List1, &QListWidget::itemClicked, this, [this, busy] { busy([this] { SetList2(); }); });
     onClick(cmdMENU[0], [this] { close(); }, false);
-    onClick(cmdMENU[1], [this] { openInput(1, false); });
-    onClick(cmdMENU[2], [this] { openInput(2, true); });
-    onClick(cmdMENU[3], [this] { openInput(3, true); });
-    onClick(cmdMENU[4], [this] { openInput(4, true); });
-    onClick(cmdMENU[5], [this] { openInput(1, true); });
+    onClick(cmdMENU[1], [this] { openInput(Mode::Add, false); });
+    onClick(cmdMENU[2], [this] { openInput(Mode::Change, true); });
+    onClick(cmdMENU[3], [this] { openInput(Mode::View, true); });
+    onClick(cmdMENU[4], [this] { openInput(Mode::Delete, true); });
+    onClick(cmdMENU[5], [this] { openInput(Mode::Add, true); });
     cmdMENU[6]->setEnabled(false); // no list is printed
 }
 
@@ -212,7 +212,7 @@ void frmShipList::SetList2()
                                        : BookPage::amountText(Nz(sums->Fields(i), Value(0)).toCurrency()));
 }
 
-void frmShipList::openInput(int mode, bool needsRow)
+void frmShipList::openInput(Mode mode, bool needsRow)
 {
     int row = -1;
     if (needsRow) {

@@ -2,6 +2,7 @@
 // The way into shipments ("出荷一覧"): plantings by status on the left, the
 // chosen planting's shipments on the right, and their totals.
 
+#include "base/Mode.h"
 #include "ui/Form.h"
 
 class QLabel;
@@ -26,7 +27,7 @@ protected:
     void onResize() override;
 
 private:
-    void openInput(int mode, bool needsRow);
+    void openInput(Mode mode, bool needsRow);
     QString plantCriteria() const;
 
     QVector<QLineEdit *> txtCOND;

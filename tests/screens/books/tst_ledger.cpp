@@ -186,7 +186,7 @@ private slots:
     {
         gFMR_ID = Value(1);
         gUSE_TYPE = 1;
-        gMODE = 0;
+        gMODE = Mode::None;
         gLAST_LEDGE_ID = Value();
         gLEDGE_ROWS.clear();
     }
@@ -292,20 +292,20 @@ private slots:
         LedgeRow r = blankLedgeRow();
         r[LedgeCol::AMT] = Value(Currency::fromInt(50));
         r[LedgeCol::D_OPT_KBN] = Value(2);
-        QVERIFY(Ledger::saveSlip(1, r, Value(2), GetCompName()));
+        QVERIFY(Ledger::saveSlip(Mode::Add, r, Value(2), GetCompName()));
         QCOMPARE(slipText(2, 9, "AMT D_OPT_KBN LEDGE_DATE LAST_TM HOLD_TM UDATE"), QStringLiteral("50|2|-|PC-9|-|-"));
         QVERIFY(!slipField(2, 9, "IDATE").isNull());
         // a change of farmer 2's slip 5 lands on the first row of number 5
         r[LedgeCol::FMR_ID] = Value(2);
         r[LedgeCol::LEDGE_ID] = Value(5);
         r[LedgeCol::AMT] = Value(Currency::fromInt(999));
-        QVERIFY(Ledger::saveSlip(2, r, Value(2), GetCompName()));
+        QVERIFY(Ledger::saveSlip(Mode::Change, r, Value(2), GetCompName()));
         QCOMPARE(slipText(1, 5, "AMT"), QStringLiteral("999"));
         QCOMPARE(slipText(2, 5, "AMT"), QStringLiteral("200"));
         // gone: nothing written
         r[LedgeCol::LEDGE_ID] = Value(77);
-        QVERIFY(!Ledger::saveSlip(2, r, Value(2), GetCompName()));
-        QVERIFY(!Ledger::saveSlip(4, r, Value(2), GetCompName()));
+        QVERIFY(!Ledger::saveSlip(Mode::Change, r, Value(2), GetCompName()));
+        QVERIFY(!Ledger::saveSlip(Mode::Delete, r, Value(2), GetCompName()));
         QCOMPARE(slipCount(), 4);
         setCompNameForTests(QString());
     }
@@ -516,7 +516,7 @@ private slots:
         ListRig rig(DateUtil::make(today.year(), today.month(), 1));
         QCOMPARE(rig.view->topLevelItemCount(), 0);
         rig.modals.on("frmLedgeInput", [&](Form &f) {
-            QCOMPARE(gMODE, 1);
+            QCOMPARE(gMODE, Mode::Add);
             QCOMPARE(gROW_IDX, -1);
             QCOMPARE(f.windowTitle(), QStringLiteral("伝票入力"));
             QCOMPARE(btn(f, 0)->text(), QStringLiteral("ｷｬﾝｾﾙ"));
@@ -614,7 +614,7 @@ private slots:
         ListRig rig;
         rig.selectLine(1);
         rig.modals.on("frmLedgeInput", [&](Form &f) {
-            QCOMPARE(gMODE, 2);
+            QCOMPARE(gMODE, Mode::Change);
             QCOMPARE(gROW_IDX, 0);
             QCOMPARE(f.ctl<QLabel>("lblDATA(0)")->text(), QStringLiteral("3"));
             QCOMPARE(txt(f, 0)->text(), QStringLiteral("2024/05/02"));
@@ -672,7 +672,7 @@ private slots:
         ListRig rig;
         rig.selectLine(2);
         rig.modals.on("frmLedgeInput", [&](Form &f) {
-            QCOMPARE(gMODE, 1);
+            QCOMPARE(gMODE, Mode::Add);
             QCOMPARE(gROW_IDX, 1);
             QCOMPARE(txt(f, 0)->text(), QDate::currentDate().toString(QStringLiteral("yyyy/MM/dd")));
             QCOMPARE(txt(f, 1)->text() + txt(f, 4)->text() + txt(f, 5)->text(), QString());
@@ -698,7 +698,7 @@ private slots:
         ListRig rig;
         rig.selectLine(3);
         rig.modals.on("frmLedgeInput", [&](Form &f) {
-            QCOMPARE(gMODE, 3);
+            QCOMPARE(gMODE, Mode::View);
             QCOMPARE(btn(f, 0)->text(), QStringLiteral("閉じる"));
             QVERIFY(!btn(f, 1)->isVisible());
             QVERIFY(txt(f, 1)->isReadOnly());
@@ -717,7 +717,7 @@ private slots:
         rig.find();
         rig.selectLine(1);
         rig.modals.on("frmLedgeInput", [&](Form &f) {
-            QCOMPARE(gMODE, 4);
+            QCOMPARE(gMODE, Mode::Delete);
             QCOMPARE(btn(f, 0)->text(), QStringLiteral("ｷｬﾝｾﾙ"));
             QCOMPARE(btn(f, 1)->text(), QStringLiteral("削除"));
             QVERIFY(txt(f, 4)->isReadOnly());

@@ -457,7 +457,7 @@ private slots:
         auto edit = [&](std::function<void(Form &)> script) {
             selectLot(rig.view, 1);
             rig.modals.on("frmChemiInput", [&](Form &f) {
-                QCOMPARE(gMODE, 2);
+                QCOMPARE(gMODE, Mode::Change);
                 script(f);
                 Gui::click(btn(f, 1));
                 QVERIFY(!f.isVisible());
@@ -572,7 +572,7 @@ private slots:
         auto remove = [&](int lot) {
             selectLot(rig.view, lot);
             rig.modals.on("frmChemiInput", [&](Form &f) {
-                QCOMPARE(gMODE, 4);
+                QCOMPARE(gMODE, Mode::Delete);
                 QCOMPARE(btn(f, 0)->text(), QStringLiteral("ｷｬﾝｾﾙ"));
                 QCOMPARE(btn(f, 1)->text(), QStringLiteral("削除"));
                 QVERIFY(txt(f, 1)->isReadOnly());
@@ -602,7 +602,7 @@ private slots:
         ListRig rig;
         selectLot(rig.view, 1);
         rig.modals.on("frmChemiInput", [&](Form &f) {
-            QCOMPARE(gMODE, 1);
+            QCOMPARE(gMODE, Mode::Add);
             QVERIFY(paneShown(f));
             const QStringList kept{txt(f, 0)->text(), txt(f, 1)->text(), txt(f, 5)->text(), txt(f, 6)->text(),
                                    txt(f, 7)->text(), txt(f, 8)->text()};

@@ -269,14 +269,14 @@ private slots:
         r.PLANT_ID = Value(5);
         r.PLANT_NM = Value("書き換え");
         r.YYYY = Value(2025);
-        QVERIFY(Plant::saveRecord(2, r, QStringLiteral("PC-1")));
+        QVERIFY(Plant::saveRecord(Mode::Change, r, QStringLiteral("PC-1")));
         QCOMPARE(rowText(1, 5, "FMR_ID PLANT_NM YYYY LAST_TM HOLD_TM"), QStringLiteral("1|書き換え|2025|PC-1|-"));
         QCOMPARE(rowText(2, 5, "PLANT_NM YYYY"), QStringLiteral("二の五|2024"));
         QVERIFY(!plantField(1, 5, "UDATE").isNull());
         // a number that is gone: nothing written
         r.PLANT_ID = Value(9);
-        QVERIFY(!Plant::saveRecord(2, r, QStringLiteral("PC-1")));
-        QVERIFY(!Plant::saveRecord(4, r, QStringLiteral("PC-1")));
+        QVERIFY(!Plant::saveRecord(Mode::Change, r, QStringLiteral("PC-1")));
+        QVERIFY(!Plant::saveRecord(Mode::Delete, r, QStringLiteral("PC-1")));
         QCOMPARE(plantCount(), 2);
     }
 
@@ -365,7 +365,7 @@ private slots:
         seedPlantings();
         ListRig rig;
         rig.modals.on("frmPlantInput", [&](Form &f) {
-            QCOMPARE(gMODE, 1);
+            QCOMPARE(gMODE, Mode::Add);
             QCOMPARE(gROW_IDX, -1);
             QCOMPARE(f.windowTitle(), QStringLiteral("作付入力"));
             QCOMPARE(btn(f, 0)->text(), QStringLiteral("ｷｬﾝｾﾙ"));
@@ -442,7 +442,7 @@ private slots:
         const int row = rowOf(rig.view, QStringLiteral("春トマト"));
         selectRow(rig.view, row);
         rig.modals.on("frmPlantInput", [&](Form &f) {
-            QCOMPARE(gMODE, 2);
+            QCOMPARE(gMODE, Mode::Change);
             QCOMPARE(gROW_IDX, row);
             const QStringList shown{f.ctl<QLabel>("lblDATA(0)")->text(), txt(f, 8)->text(), txt(f, 0)->text(),
                                     txt(f, 1)->text(), cmb(f, 1)->currentText(), cmb(f, 2)->currentText(),
@@ -519,7 +519,7 @@ private slots:
         const int row = rowOf(rig.view, QStringLiteral("隣の畑のなす"));
         selectRow(rig.view, row);
         rig.modals.on("frmPlantInput", [&](Form &f) {
-            QCOMPARE(gMODE, 1);
+            QCOMPARE(gMODE, Mode::Add);
             QCOMPARE(gROW_IDX, row);
             // the planting again for this farmer, with new dates
             QCOMPARE(txt(f, 8)->text(), QStringLiteral("隣の畑のなす"));
@@ -546,7 +546,7 @@ private slots:
         ListRig rig;
         selectRow(rig.view, rowOf(rig.view, QStringLiteral("春トマト")));
         rig.modals.on("frmPlantInput", [&](Form &f) {
-            QCOMPARE(gMODE, 3);
+            QCOMPARE(gMODE, Mode::View);
             QCOMPARE(btn(f, 0)->text(), QStringLiteral("閉じる"));
             QVERIFY(!btn(f, 1)->isVisible());
             QVERIFY(!btn(f, 2)->isVisible());
@@ -577,7 +577,7 @@ private slots:
         auto deleteRow = [&](const QString &name) {
             selectRow(rig.view, rowOf(rig.view, name));
             rig.modals.on("frmPlantInput", [&](Form &f) {
-                QCOMPARE(gMODE, 4);
+                QCOMPARE(gMODE, Mode::Delete);
                 QCOMPARE(btn(f, 0)->text(), QStringLiteral("ｷｬﾝｾﾙ"));
                 QCOMPARE(btn(f, 1)->text(), QStringLiteral("削除"));
                 QVERIFY(!btn(f, 2)->isVisible());

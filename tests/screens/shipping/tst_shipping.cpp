@@ -76,7 +76,7 @@ private slots:
     {
         gFMR_ID = Value(1);
         gSHOP_ID = Value(1);
-        gMODE = 1;
+        gMODE = Mode::Add;
         gROW_IDX = -1;
     }
 
@@ -164,7 +164,7 @@ private slots:
         r.SHIP_QTY = Value(10);
         Value *target = field == "SHIP_DATE" ? &r.SHIP_DATE : field == "PLANT_ID" ? &r.PLANT_ID : &r.SHIP_QTY;
         *target = textOrNull(value);
-        QCOMPARE(Ship::check(r, 2), message);
+        QCOMPARE(Ship::check(r, Mode::Change), message);
     }
 
     void checksNumberAndFarmer()
@@ -176,14 +176,14 @@ private slots:
         r.SHIP_QTY = Value(1);
         r.FMR_ID = Value(2); // mode 1 takes the current farmer whatever was chosen
         r.ACC_ID = Value();
-        QCOMPARE(Ship::check(r, 1), QString());
+        QCOMPARE(Ship::check(r, Mode::Add), QString());
         QCOMPARE(r.FMR_ID.toLong(), 1);
         QCOMPARE(r.SHIP_ID.toLong(), 8);
         QCOMPARE(r.ACC_ID.toLong(), 1040); // from the shop
         r.FMR_ID = Value(0);
-        QCOMPARE(Ship::check(r, 2), QStringLiteral("生産者をを指定してください。"));
+        QCOMPARE(Ship::check(r, Mode::Change), QStringLiteral("生産者をを指定してください。"));
         r.FMR_ID = Value();
-        QCOMPARE(Ship::check(r, 2), QStringLiteral("生産者を指定してください。"));
+        QCOMPARE(Ship::check(r, Mode::Change), QStringLiteral("生産者を指定してください。"));
     }
 
     void aShipmentThroughItsLife()
@@ -195,8 +195,8 @@ private slots:
         // dispatched: no slips yet, the row and the diary line
         ShipRow r = shipment();
         typeInto(r, {{Ship::ShopPrc, "105"}, {Ship::ShipQty, "10"}, {Ship::Notes, "朝どれ'特選'"}});
-        QCOMPARE(Ship::check(r, 1), QString());
-        QVERIFY(Ship::post(r, 1));
+        QCOMPARE(Ship::check(r, Mode::Add), QString());
+        QVERIFY(Ship::post(r, Mode::Add));
         QCOMPARE(gLAST_SHIP_ID.toLong(), 1);
         QCOMPARE(r.LEDGE_ID_S.toLong(), 0);
         QCOMPARE(r.LEDGE_ID_F.toLong(), 0);
@@ -212,7 +212,7 @@ private slots:
         QCOMPARE(LoadShipRows(*rs), 1);
         ShipRow edit = gSHIP_ROWS[0];
         typeInto(edit, {{Ship::RtnQty, "0"}});
-        QVERIFY(Ship::post(edit, 2));
+        QVERIFY(Ship::post(edit, Mode::Change));
         QCOMPARE(edit.LEDGE_ID_S.toLong(), 1);
         QCOMPARE(edit.LEDGE_ID_F.toLong(), 2);
         QCOMPARE(slip(edit.LEDGE_ID_S), QStringLiteral("1040 0 0 - 4000 2 1 トマト %1 朝どれ'特選' 1050").arg(shop));
@@ -225,33 +225,33 @@ private slots:
 
         // less sold: the same slip numbers, the new amount
         typeInto(edit, {{Ship::SalesQty, "8"}});
-        QVERIFY(Ship::post(edit, 2));
+        QVERIFY(Ship::post(edit, Mode::Change));
         QCOMPARE(edit.LEDGE_ID_S.toLong(), 1);
         QCOMPARE(gDB->DLookup("AMT", "D_LEDGE", "LEDGE_ID=1"), Value(Currency::fromInt(840)));
         QCOMPARE(gDB->DCount("*", "D_LEDGE").toLong(), 2);
 
         // returns of all: the slips go, their numbers become 0
         typeInto(edit, {{Ship::SalesQty, "0"}});
-        QVERIFY(Ship::post(edit, 2));
+        QVERIFY(Ship::post(edit, Mode::Change));
         QCOMPARE(edit.LEDGE_ID_S.toLong(), 0);
         QCOMPARE(edit.LEDGE_ID_F.toLong(), 0);
         QCOMPARE(gDB->DCount("*", "D_LEDGE").toLong(), 0);
 
         // a discount above the sales: the slips turn round, amounts positive
         typeInto(edit, {{Ship::SalesQty, "1"}, {Ship::DscAmt, "200"}});
-        QVERIFY(Ship::post(edit, 2));
+        QVERIFY(Ship::post(edit, Mode::Change));
         QCOMPARE(slip(edit.LEDGE_ID_S), QStringLiteral("4000 2 1 トマト 1040 0 0 - %1 朝どれ'特選' 95").arg(shop));
         QCOMPARE(slip(edit.LEDGE_ID_F), QStringLiteral("1040 0 0 - 4520 2 1 トマト %1 - 14").arg(shop));
 
         // the date moved: a header for the new day, the line moves there
         typeInto(edit, {{Ship::ShipDate, "2024/05/12"}});
-        QVERIFY(Ship::post(edit, 2));
+        QVERIFY(Ship::post(edit, Mode::Change));
         QCOMPARE(gDB->DCount("*", "D_DIARY", "FMR_ID=1").toLong(), 2);
         QCOMPARE(gDB->DLookup("WORK_DATE", "D_DIARY_DTL", "SHIP_ID=1"), Value(DateUtil::make(2024, 5, 12)));
         QCOMPARE(gDB->DLookup("LEDGE_DATE", "D_LEDGE", "LEDGE_ID=1"), Value(DateUtil::make(2024, 5, 12)));
 
         // deleted: slips, row and line go; the day headers stay
-        QVERIFY(Ship::post(edit, 4));
+        QVERIFY(Ship::post(edit, Mode::Delete));
         QCOMPARE(gDB->DCount("*", "D_SHIP").toLong(), 0);
         QCOMPARE(gDB->DCount("*", "D_LEDGE").toLong(), 0);
         QCOMPARE(gDB->DCount("*", "D_DIARY_DTL").toLong(), 0);
@@ -266,7 +266,7 @@ private slots:
         ShipRow r = shipment();
         r.SHIP_ID = Value(5);
         r.SHIP_QTY = Value(3);
-        QVERIFY(!Ship::post(r, 2));
+        QVERIFY(!Ship::post(r, Mode::Change));
         QCOMPARE(rec.lastPrompt(), QStringLiteral("該当データが存在しません。"));
         QCOMPARE(gDB->DCount("*", "D_DIARY").toLong(), 0); // the diary is not touched
     }
