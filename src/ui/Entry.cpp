@@ -171,6 +171,26 @@ void selectItemData(QComboBox *combo, const Value &value)
     combo->setCurrentIndex(-1);
 }
 
+bool settleComboText(QComboBox *combo, const QString &message, EmptyText empty)
+{
+    const QString text = combo->currentText();
+    if (text.isEmpty()) {
+        const int blank = empty == EmptyText::EmptyEntry ? combo->findText(QString(), Qt::MatchExactly) : -1;
+        combo->setCurrentIndex(blank);
+        return true;
+    }
+    if (combo->currentIndex() >= 0 && combo->itemText(combo->currentIndex()) == text)
+        return true;
+    const int at = combo->findText(text, Qt::MatchExactly | Qt::MatchCaseSensitive);
+    if (at >= 0) {
+        combo->setCurrentIndex(at);
+        return true;
+    }
+    if (!message.isEmpty())
+        ShowMsg(message, Msg::Exclamation);
+    return false;
+}
+
 void addItem(QListWidget *list, const QString &text, const Value &data)
 {
     auto *item = new QListWidgetItem(text, list);

@@ -101,6 +101,18 @@ Value currentItemData(const QComboBox *combo); // Null when nothing is selected
 // Walks the list from the start and selects the entry whose data equals
 // value; with none, nothing is selected.
 void selectItemData(QComboBox *combo, const Value &value);
+
+// What empty text in a drop-down that takes typed text chooses.
+enum class EmptyText {
+    EmptyEntry, // the list's empty entry (item data 0) when it has one, else nothing
+    NoChoice,   // nothing, not even the empty entry
+};
+// The leave rule of a drop-down that takes typed text: text equal to an
+// entry chooses it (the current one first); empty text chooses as `empty`
+// says; text equal to none is refused with the message (exclamation mark),
+// or silently when the message is empty, and false keeps the focus there.
+bool settleComboText(QComboBox *combo, const QString &message = QStringLiteral("一覧にある項目を選択してください。"),
+                     EmptyText empty = EmptyText::EmptyEntry);
 void addItem(QListWidget *list, const QString &text, const Value &data);
 Value itemData(const QListWidget *list, int row);
 void selectItemData(QListWidget *list, const Value &value);

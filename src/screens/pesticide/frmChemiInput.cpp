@@ -1,6 +1,5 @@
 #include "screens/pesticide/frmChemiInput.h"
 
-#include "screens/pesticide/PesticideScreens.h"
 #include "screens/pesticide/frmChemiList.h"
 
 #include "ui/Entry.h"
@@ -375,7 +374,7 @@ bool frmChemiInput::txtLeave(int index)
 bool frmChemiInput::cmbLeave(int index)
 {
     QComboBox *c = cmbDATA[index];
-    if (!ChemiUi::settleComboText(c, QStringLiteral("一覧にある項目を選択してください。")))
+    if (!settleComboText(c))
         return false;
     const Value id = c->currentIndex() >= 0 ? currentItemData(c) : Value::null();
     ChemiRow &r = mDATA[0];
@@ -390,7 +389,7 @@ bool frmChemiInput::cmbLeave(int index)
 
 bool frmChemiInput::cmbInfoLeave()
 {
-    if (!ChemiUi::settleComboText(cmbINFO, QStringLiteral("一覧にある作物を選択してください。"), true))
+    if (!settleComboText(cmbINFO, QStringLiteral("一覧にある作物を選択してください。"), EmptyText::NoChoice))
         return false;
     QApplication::setOverrideCursor(Qt::WaitCursor);
     struct Restore {

@@ -2,7 +2,6 @@
 
 #include "rules/pesticide/ChemiData.h"
 #include "rules/pesticide/ChemiStock.h"
-#include "screens/pesticide/PesticideScreens.h"
 #include "screens/pesticide/frmChemiInput.h"
 
 #include "ui/Entry.h"
@@ -106,7 +105,7 @@ frmChemiList::frmChemiList(QWidget *parent) : Form(QStringLiteral("frmChemiList"
         return false;
     });
     entry().setLeaveCheck(cmbCOND, [this] {
-        return ChemiUi::settleComboText(cmbCOND, QStringLiteral("一覧にある用途を選択してください。"));
+        return settleComboText(cmbCOND, QStringLiteral("一覧にある用途を選択してください。"));
     });
 
     ListView1->header()->setStretchLastSection(false);

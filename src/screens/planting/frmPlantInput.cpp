@@ -1,6 +1,5 @@
 #include "screens/planting/frmPlantInput.h"
 
-#include "screens/planting/PlantScreens.h"
 #include "screens/planting/frmPlantList.h"
 
 #include "ui/Entry.h"
@@ -452,7 +451,7 @@ bool frmPlantInput::txtLeave(int index)
 bool frmPlantInput::cmbLeave(int index)
 {
     QComboBox *c = cmbDATA[index];
-    if (!PlantUi::settleComboText(c, false))
+    if (!settleComboText(c))
         return false;
     PlantRow &r = mDATA[0];
     const Value id = c->currentIndex() >= 0 ? currentItemData(c) : Value::null();

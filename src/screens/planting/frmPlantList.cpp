@@ -1,7 +1,6 @@
 #include "screens/planting/frmPlantList.h"
 
 #include "rules/planting/PlantData.h"
-#include "screens/planting/PlantScreens.h"
 #include "screens/planting/frmPlantInput.h"
 
 #include "ui/Entry.h"
@@ -65,7 +64,7 @@ frmPlantList::frmPlantList(QWidget *parent) : Form(QStringLiteral("frmPlantList"
         return false;
     });
     for (QComboBox *c : cmbCOND)
-        entry().setLeaveCheck(c, [c] { return PlantUi::settleComboText(c, true); });
+        entry().setLeaveCheck(c, [c] { return settleComboText(c, QStringLiteral("一覧にある項目を選択してください。"), EmptyText::NoChoice); });
 
     ListView1->header()->setStretchLastSection(false);
     ListView1->headerItem()->setTextAlignment(0, Qt::AlignRight | Qt::AlignVCenter);

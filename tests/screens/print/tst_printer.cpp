@@ -74,12 +74,20 @@ QString attribute(const QString &job, const QByteArray &name)
     return QString::fromUtf8(c.mid(p + 2, length));
 }
 
-// The document a job sent: a PDF, copied beside the test's other files.
+// The document a job sent: a PDF, copied beside the test's other files once
+// the server has written it whole.
 QString document(const QString &job, const QString &dir)
 {
+    const QString spooled = spool() + QStringLiteral("/d") + job + QStringLiteral("-001");
+    for (int i = 0; i < 100; ++i) {
+        QFile f(spooled);
+        if (f.open(QIODevice::ReadOnly) && f.readAll().trimmed().endsWith("%%EOF"))
+            break;
+        QTest::qWait(50);
+    }
     const QString copy = dir + QStringLiteral("/job") + job + QStringLiteral(".pdf");
     QFile::remove(copy);
-    QFile::copy(spool() + QStringLiteral("/d") + job + QStringLiteral("-001"), copy);
+    QFile::copy(spooled, copy);
     return copy;
 }
 
