@@ -142,6 +142,15 @@ bool parseDay(const QString &t, QDate &out)
 }
 }
 
+bool parseStorable(const QString &text, QDateTime &out)
+{
+    QDateTime d;
+    if (!parse(text, d) || d.date().year() < 1000 || d.date().year() > 9999)
+        return false;
+    out = d;
+    return true;
+}
+
 bool parse(const QString &text, QDateTime &out)
 {
     const QString t = narrowAscii(text).trimmed();

@@ -42,6 +42,8 @@ QString vbText(const QDateTime &dt);  // "yyyy/mm/dd[ h:nn:ss]"
 QString format(const QDateTime &dt, const QString &qtFormat);
 // Reads a date as typed by a user (see the header comment). False when it is none.
 bool parse(const QString &text, QDateTime &out);
+// parse(), and only a date the tables can hold: years 1000 to 9999.
+bool parseStorable(const QString &text, QDateTime &out);
 // Reads the stored form "yyyy-mm-dd hh:nn:ss" by position (fast: rows carry
 // many dates). False for any other text.
 bool parseSql(const QString &text, QDateTime &out);

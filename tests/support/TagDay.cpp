@@ -1,7 +1,7 @@
 #include "support/TagDay.h"
 
-#include "base/Globals.h"
-#include "store/Database.h"
+#include "base/Currency.h"
+#include "support/Build.h"
 
 namespace {
 
@@ -32,24 +32,23 @@ QString shopCode(int farmer, int product, int price)
     return twelve + QString::number((10 - sum % 10) % 10);
 }
 
-void seed(const QString &day)
+void seed(const QDate &day)
 {
-    gMST->EXEC(QStringLiteral("INSERT INTO M_FMR (FMR_ID, FMR_NM) VALUES (2, '緑 次郎')"));
+    Build::farmer(2, QStringLiteral("緑 次郎")).add();
     for (const Ship &s : kDay)
-        gDB->EXEC(QStringLiteral("INSERT INTO D_SHIP (FMR_ID, SHIP_ID, SHIP_DATE, PLANT_ID, SHOP_ID, PRD_ID, PRD_NM, LOCATE, "
-                                 "PLAS, SHOP_PRC, SHIP_QTY) VALUES (%1, %2, #%3#, %4, 1, %5, '%6', '緑川県', %7, %8, %9)")
-                      .arg(s.fmr)
-                      .arg(s.ship)
-                      .arg(day)
-                      .arg(s.plant)
-                      .arg(s.prd)
-                      .arg(QString::fromUtf8(s.name))
-                      .arg(s.ship == 1 ? QStringLiteral("True") : QStringLiteral("False"))
-                      .arg(s.price)
-                      .arg(s.qty));
+        Build::shipment(s.ship, day)
+            .set("FMR_ID", s.fmr)
+            .set("PLANT_ID", s.plant)
+            .set("PRD_ID", s.prd)
+            .set("PRD_NM", s.name)
+            .set("LOCATE", "緑川県")
+            .set("PLAS", Value(s.ship == 1))
+            .set("SHOP_PRC", Value(Currency::fromInt(s.price)))
+            .set("SHIP_QTY", s.qty)
+            .add();
     // another day, another farmer's day: not on the sheet
-    gDB->EXEC(QStringLiteral("INSERT INTO D_SHIP (FMR_ID, SHIP_ID, SHIP_DATE, PLANT_ID, SHOP_ID, PRD_ID, PRD_NM, SHOP_PRC, "
-                             "SHIP_QTY) VALUES (1, 9, #2026/01/02#, 7, 1, 3, 'トマト', 260, 4)"));
+    Build::shipment(9, QDate(2026, 1, 2)).set("PLANT_ID", 7).set("PRD_ID", 3).set("PRD_NM", "トマト")
+        .set("SHOP_PRC", Value(Currency::fromInt(260))).set("SHIP_QTY", 4).add();
 }
 
 // The labels the day above gives after `skip` blank ones: code and trace

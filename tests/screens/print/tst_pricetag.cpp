@@ -194,7 +194,7 @@ private slots:
     {
         TestRoot root;
         MsgRecorder msgs;
-        TagDay::seed(QStringLiteral("2026/05/10"));
+        TagDay::seed(QDate(2026, 5, 10));
         Gui::Modals modals;
         QImage shown;
         int shownPages = -1;
@@ -273,7 +273,7 @@ private slots:
     {
         TestRoot root;
         MsgRecorder msgs;
-        TagDay::seed(QStringLiteral("2026/05/10"));
+        TagDay::seed(QDate(2026, 5, 10));
         QDir(root.root()).mkpath(QStringLiteral("images"));
         QFile bad(root.root() + QStringLiteral("/images/logo.png"));
         QVERIFY(bad.open(QIODevice::WriteOnly));
@@ -303,7 +303,7 @@ private slots:
     void aDayOnPaperReadsBack()
     {
         TestRoot root;
-        TagDay::seed(QStringLiteral("2026/05/10"));
+        TagDay::seed(QDate(2026, 5, 10));
         gINI->EXEC(QStringLiteral("INSERT INTO S_REP (REP_ID, TOP_MGN, LEFT_MGN) VALUES (10, 567, 283.5)"));
         CloseAllDatabases();
         QTemporaryDir dir;

@@ -132,7 +132,7 @@ private slots:
     {
         TestRoot root;
         MsgRecorder msgs;
-        TagDay::seed(QStringLiteral("2026/05/10"));
+        TagDay::seed(QDate(2026, 5, 10));
         gINI->EXEC(QStringLiteral("INSERT INTO S_REP (REP_ID, TOP_MGN, LEFT_MGN, PRINTER_NM, PAPER_BIN) "
                                   "VALUES (10, 567, 283.5, 'label_printer', 0)"));
         gSHOP_ID = Value(1);
