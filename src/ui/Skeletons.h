@@ -1,0 +1,32 @@
+#pragma once
+// What list screens and entry screens share beyond the entry conventions.
+//
+// A list screen reads its rows into its row array, shows a line a row, and
+// opens its entry screen modally with a mode and the row the user chose;
+// after the entry screen closes it reads the list again and puts the cursor
+// on the row saved last. An entry screen is opened with its mode and row,
+// sets its two main buttons by the mode, and locks its fields when it only
+// shows or deletes.
+#include "base/Mode.h"
+
+#include <QString>
+
+class QPushButton;
+class QTreeWidget;
+class Form;
+
+namespace ListScreen {
+// The row of the list's chosen line; -1 when none is chosen.
+int chosenRow(const QTreeWidget *list);
+// Makes a row the chosen line, selected and in view; -1 chooses none.
+void chooseRow(QTreeWidget *list, int row);
+}
+
+namespace EntryScreen {
+// The two main buttons by the mode: the closing one says "ｷｬﾝｾﾙ", or
+// "閉じる" when the screen only shows; the confirming one says its caption
+// ("登録"), "削除" when the screen deletes, and is hidden when it only shows.
+// Showing and deleting lock the record's fields (lockRecordFields).
+void setMode(Form *screen, QPushButton *closeButton, QPushButton *confirmButton, Mode mode,
+             const QString &confirmCaption = QStringLiteral("登録"));
+}
