@@ -1,0 +1,1 @@
+# The rules tests of books (no widgets).

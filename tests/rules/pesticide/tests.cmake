@@ -1,0 +1,1 @@
+# The rules tests of pesticide (no widgets).

@@ -1,0 +1,1 @@
+# The rules tests of shipping (no widgets).

@@ -1,0 +1,1 @@
+# The screen tests of exchange.
