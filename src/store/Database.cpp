@@ -4,6 +4,7 @@
 #include "base/Globals.h"
 #include "base/Helpers.h"
 #include "base/Msg.h"
+#include "store/Stmt.h"
 
 #include <QFileInfo>
 
@@ -217,10 +218,8 @@ Value DbObject::DJoin(const QString &expr, const QString &domain, const QString 
 
 Value DbObject::GetCtrl(const QString &key)
 {
-    try {
-        // The key goes in as it stands.
-        RecordsetPtr rs = GetFwdOnlyRst(QStringLiteral("SELECT CTRL_VALUE ,CTRL_TYPE FROM S_CTRL WHERE CTRL_CD='") +
-                                        key + QLatin1Char('\''));
+    {
+        RecordsetPtr rs = GetFwdOnlyRst(Stmt("SELECT CTRL_VALUE ,CTRL_TYPE FROM S_CTRL WHERE CTRL_CD=?").text(key));
         if (rs->eof())
             return Value();
         const Value v = rs->Fields(0);
@@ -240,9 +239,6 @@ Value DbObject::GetCtrl(const QString &key)
         case 8: return Value(text.toDate());
         default: return text;
         }
-    } catch (const AppError &e) {
-        ShowMsg(e.text(), Msg::Critical);
-        return Value();
     }
 }
 
@@ -250,9 +246,8 @@ bool DbObject::SaveCtrl(const QString &key, const Value &value, int &type)
 {
     if (type == 0)
         type = 10;
-    try {
-        RecordsetPtr rs =
-            GetDynamicRst(QStringLiteral("SELECT * FROM S_CTRL WHERE CTRL_CD='") + key + QLatin1Char('\''));
+    {
+        RecordsetPtr rs = GetDynamicRst(Stmt("SELECT * FROM S_CTRL WHERE CTRL_CD=?").text(key));
         const bool lengthZero = value.isEmpty() || (value.isText() && value.toText().isEmpty());
         if (!rs->eof()) {
             if (lengthZero) {
@@ -282,9 +277,6 @@ bool DbObject::SaveCtrl(const QString &key, const Value &value, int &type)
         rs->Update();
         rs->Close();
         return true;
-    } catch (const AppError &e) {
-        ShowMsg(e.text(), Msg::Critical);
-        return false;
     }
 }
 

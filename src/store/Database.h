@@ -40,8 +40,9 @@ public:
     // The first field of all rows joined by single blanks (Null as ""), or Null.
     Value DJoin(const QString &expr, const QString &domain, const QString &criteria = QString());
 
-    // Settings rows of this database's S_CTRL. A type of 0 becomes 10 in the
-    // caller's variable. Failures are shown and give false / Empty.
+    // Settings rows of this database's S_CTRL, by key (a key is quoted like
+    // any text). A type of 0 becomes 10 in the caller's variable. Failures
+    // are raised, for the caller's trap to show.
     bool SaveCtrl(const QString &key, const Value &value, int &type);
     Value GetCtrl(const QString &key);
 

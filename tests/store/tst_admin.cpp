@@ -58,6 +58,9 @@ private slots:
         QCOMPARE(r.out, QStringLiteral("1\n"));
         QCOMPARE(admin({"ctrl", "--root", root, "USE_TYPE", "2"}).code, 0);
         QCOMPARE(admin({"ctrl", "--root", root, "USE_TYPE"}).out, QStringLiteral("2\n"));
+        // a key with a quote is a key like any other
+        QCOMPARE(admin({"ctrl", "--root", root, "O'KEY", "1"}).code, 0);
+        QCOMPARE(admin({"ctrl", "--root", root, "O'KEY"}).out, QStringLiteral("1\n"));
 
         // a second init keeps the data
         r = admin({"init", "--root", root});
