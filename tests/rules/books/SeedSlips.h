@@ -5,18 +5,22 @@
 // sale in April.
 
 #include "base/Value.h"
+#include "rules/common/Ids.h"
 #include "support/Build.h"
 
 #include <QDate>
 
 inline void seedSlips()
 {
-    Build::slip(1, QDate(2023, 12, 20), 1000, 4000, 1000).set("CTR_NM", "道の駅").add();
-    Build::slip(2, QDate(2024, 4, 15), 1000, 4000, 2000).set("CTR_NM", "直売所").add();
-    Build::slip(3, QDate(2024, 5, 2), 4110, 1000, 300).set("CTR_NM", "種苗店").add();
-    Build::slip(4, QDate(2024, 5, 10), 1000, 4000, 5000).set("CTR_NM", "道の駅").add();
-    Build::slip(5, QDate(2024, 5, 20), 1000, 1000, 700).add();
-    Build::slip(6, QDate(), 1000, 3000, 10000).set("LEDGE_DATE", Value::null()).add();
-    Build::slip(7, QDate(2024, 5, 25), 2000, 1000, 400).set("CTR_NM", "O'Neil 商店").add();
-    Build::slip(1, QDate(2024, 4, 1), 1000, 4000, 9000).set("FMR_ID", 2).add();
+    constexpr int Seedlings = 4110; // 種苗費
+    constexpr int Capital = 3000;   // 元入金
+    using namespace Acc;
+    Build::slip(1, QDate(2023, 12, 20), Cash, Sales, 1000).set("CTR_NM", "道の駅").add();
+    Build::slip(2, QDate(2024, 4, 15), Cash, Sales, 2000).set("CTR_NM", "直売所").add();
+    Build::slip(3, QDate(2024, 5, 2), Seedlings, Cash, 300).set("CTR_NM", "種苗店").add();
+    Build::slip(4, QDate(2024, 5, 10), Cash, Sales, 5000).set("CTR_NM", "道の駅").add();
+    Build::slip(5, QDate(2024, 5, 20), Cash, Cash, 700).add();
+    Build::slip(6, QDate(), Cash, Capital, 10000).set("LEDGE_DATE", Value::null()).add();
+    Build::slip(7, QDate(2024, 5, 25), Payable, Cash, 400).set("CTR_NM", "O'Neil 商店").add();
+    Build::slip(1, QDate(2024, 4, 1), Cash, Sales, 9000).set("FMR_ID", 2).add();
 }

@@ -391,9 +391,9 @@ private slots:
     {
         TestRoot root;
         setCompNameForTests(QStringLiteral("PC-9"));
-        Build::slip(5, QDate(2024, 5, 1), 1000, 4000, 100).add();
-        Build::slip(5, QDate(2024, 5, 1), 1000, 4000, 200).set("FMR_ID", 2).add();
-        Build::slip(8, QDate(2024, 5, 1), 1000, 4000, 300).set("FMR_ID", 2).add();
+        Build::slip(5, QDate(2024, 5, 1), Acc::Cash, Acc::Sales, 100).add();
+        Build::slip(5, QDate(2024, 5, 1), Acc::Cash, Acc::Sales, 200).set("FMR_ID", 2).add();
+        Build::slip(8, QDate(2024, 5, 1), Acc::Cash, Acc::Sales, 300).set("FMR_ID", 2).add();
         // a new slip of farmer 2 takes farmer 2's next number
         LedgeRow r = blankLedgeRow();
         r[LedgeCol::AMT] = Value(Currency::fromInt(50));
