@@ -1,101 +1,110 @@
 #include "rules/books/Ledger.h"
 
-#include "store/SqlText.h"
+#include "rules/common/Ids.h"
 #include "rules/diary/BookPage.h"
 #include "store/Database.h"
 #include "store/Lookup.h"
 #include "store/Recordset.h"
 
-#include <QStringList>
+#include <cmath>
 
 namespace Ledger {
 
 namespace {
 
-QString idText(const Value &v) { return Nz(v, Value(0)).toText(); }
+// L_ACC.DC_KBN of an account whose balance is on the credit side.
+constexpr int kCreditSide = 2;
+// L_ACC.PG_KBN of an account whose balance runs on over the years.
+constexpr int kCarriedOver = 1;
+// The largest amount the currency column holds.
+constexpr double kMaxAmount = 922337203685477.0;
 
-// A name goes into the statement between quotes: a quote in it is doubled.
-QString likeTerm(const QString &ctr)
+Stmt likeTerm(const QString &ctr)
 {
-    return QStringLiteral(" D_LEDGE.CTR_NM LIKE '%") + Sql::escaped(ctr) + QStringLiteral("%'");
+    return Stmt(" D_LEDGE.CTR_NM LIKE ?").text(QLatin1Char('%') + ctr + QLatin1Char('%'));
 }
+
+// The 1 January of the year as typed.
+Stmt newYearTerm(const QString &year)
+{
+    return Stmt(" D_LEDGE.LEDGE_DATE>=?").day(Value(year + QStringLiteral("/01/01")));
+}
+
+QVector<Choice> choices(DbObject *db, const QString &sql)
+{
+    QVector<Choice> out;
+    RecordsetPtr rs = db->GetFwdOnlyRst(sql);
+    for (; !rs->eof(); rs->MoveNext())
+        out.append({rs->Fields(0), Nz(rs->Fields(1), Value(QString())).toText()});
+    rs->Close();
+    return out;
+}
+
+bool same(const Value &a, const Value &b) { return hasValue(a) && hasValue(b) && a.toDouble() == b.toDouble(); }
 
 } // namespace
 
 bool hasAccount(const Filter &f) { return hasValue(f.accId) && !isNumber(f.accId, 0); }
 
-QString listCriteria(const Filter &f)
+Stmt listCriteria(const Filter &f)
 {
-    QStringList terms;
-    terms << QStringLiteral(" D_LEDGE.FMR_ID=") + idText(f.fmrId);
-    if (hasAccount(f)) {
-        const QString id = f.accId.toText();
-        terms << QStringLiteral("((D_LEDGE.D_ACC_ID=") + id + QStringLiteral(")") + QStringLiteral(" OR ") +
-                     QStringLiteral("(D_LEDGE.C_ACC_ID=") + id + QStringLiteral("))");
-    }
+    QVector<Stmt> terms;
+    terms << Stmt(" D_LEDGE.FMR_ID=?").num(f.fmrId);
+    if (hasAccount(f))
+        terms << Stmt("((D_LEDGE.D_ACC_ID=?) OR (D_LEDGE.C_ACC_ID=?))").num(f.accId).num(f.accId);
     if (!f.ctr.isEmpty())
         terms << likeTerm(f.ctr);
     if (!f.from.isEmpty())
-        terms << QStringLiteral(" D_LEDGE.LEDGE_DATE>=#") + f.from + QStringLiteral("#");
+        terms << Stmt(" D_LEDGE.LEDGE_DATE>=?").day(Value(f.from));
     if (!f.to.isEmpty())
-        terms << QStringLiteral(" D_LEDGE.LEDGE_DATE<=#") + f.to + QStringLiteral("#");
+        terms << Stmt(" D_LEDGE.LEDGE_DATE<=?").day(Value(f.to));
     if (!f.year.isEmpty())
-        terms << QStringLiteral(" D_LEDGE.LEDGE_DATE>=#") + f.year + QStringLiteral("/01/01#");
-    return terms.join(QStringLiteral(" AND "));
+        terms << newYearTerm(f.year);
+    return Stmt::joined(terms, QStringLiteral(" AND "));
 }
 
-QString openingCriteria(const Filter &f, const Value &pgKbn)
+Stmt openingCriteria(const Filter &f, const Value &pgKbn)
 {
-    QStringList terms;
+    QVector<Stmt> terms;
     if (!f.ctr.isEmpty())
         terms << likeTerm(f.ctr);
     if (!f.from.isEmpty())
-        terms << QStringLiteral(" D_LEDGE.LEDGE_DATE<#") + f.from + QStringLiteral("#");
+        terms << Stmt(" D_LEDGE.LEDGE_DATE<?").day(Value(f.from));
     else
-        terms << QStringLiteral(" D_LEDGE.LEDGE_DATE IS NULL");
-    // Income and expenses start again each year; an empty year is sent as
-    // it stands, and the statement fails on it.
-    if (!isNumber(pgKbn, 1))
-        terms << QStringLiteral(" D_LEDGE.LEDGE_DATE>=#") + f.year + QStringLiteral("/01/01#");
-    return terms.join(QStringLiteral(" AND "));
+        terms << Stmt(" D_LEDGE.LEDGE_DATE IS NULL");
+    // Income and expenses start again each year.
+    if (!isNumber(pgKbn, kCarriedOver))
+        terms << newYearTerm(f.year);
+    return Stmt::joined(terms, QStringLiteral(" AND "));
 }
 
-QString listSql(const QString &criteria)
+Stmt listSql(const Stmt &criteria)
 {
-    return QStringLiteral("SELECT D_LEDGE.* FROM D_LEDGE WHERE ") + criteria +
-           QStringLiteral(" ORDER BY D_LEDGE.LEDGE_DATE, D_LEDGE.LEDGE_ID");
+    return Stmt("SELECT D_LEDGE.* FROM D_LEDGE WHERE ? ORDER BY D_LEDGE.LEDGE_DATE, D_LEDGE.LEDGE_ID").part(criteria);
 }
 
-QString countSql(const QString &criteria)
+Stmt countSql(const Stmt &criteria)
 {
-    return QStringLiteral("SELECT COUNT(*), SUM(D_LEDGE.AMT) FROM D_LEDGE WHERE ") + criteria;
+    return Stmt("SELECT COUNT(*), SUM(D_LEDGE.AMT) FROM D_LEDGE WHERE ?").part(criteria);
 }
 
 AccountKinds accountKinds(const Value &accId)
 {
-    const QString where = QStringLiteral("ACC_ID=") + idText(accId);
+    const Stmt where = Stmt("ACC_ID=?").num(accId);
     return {gWORK->DLookup(QStringLiteral("DC_KBN"), QStringLiteral("L_ACC"), where),
             gWORK->DLookup(QStringLiteral("PG_KBN"), QStringLiteral("L_ACC"), where)};
 }
 
-bool creditNormal(const Value &dcKbn) { return isNumber(dcKbn, 2); }
+bool creditNormal(const Value &dcKbn) { return isNumber(dcKbn, kCreditSide); }
 
-Currency openingBalance(const Value &accId, const Value &dcKbn, const QString &criteria)
+Currency openingBalance(const Value &accId, const Value &dcKbn, const Stmt &criteria)
 {
-    const QString id = idText(accId);
-    const Currency debit =
-        Nz(gDB->DSUM(QStringLiteral("AMT"), QStringLiteral("D_LEDGE"), criteria + QStringLiteral(" AND D_ACC_ID=") + id),
-           Value(0))
-            .toCurrency();
-    const Currency credit =
-        Nz(gDB->DSUM(QStringLiteral("AMT"), QStringLiteral("D_LEDGE"), criteria + QStringLiteral(" AND C_ACC_ID=") + id),
-           Value(0))
-            .toCurrency();
+    auto total = [](const Stmt &where) {
+        return Nz(gDB->DSUM(QStringLiteral("AMT"), QStringLiteral("D_LEDGE"), where), Value(0)).toCurrency();
+    };
+    const Currency debit = total(Stmt("? AND D_ACC_ID=?").part(criteria).num(accId));
+    const Currency credit = total(Stmt("? AND C_ACC_ID=?").part(criteria).num(accId));
     return creditNormal(dcKbn) ? credit - debit : debit - credit;
-}
-
-namespace {
-bool same(const Value &a, const Value &b) { return hasValue(a) && hasValue(b) && a.toDouble() == b.toDouble(); }
 }
 
 bool raises(const Value &dcKbn, const Value &accId, const LedgeRow &row)
@@ -132,6 +141,53 @@ Page compute(const Value &accId, const Value &dcKbn, const QVector<LedgeRow> &ro
     return page;
 }
 
+Listing readList(const Filter &f, bool ledger)
+{
+    Listing out;
+    if (ledger && !hasAccount(f))
+        return out;
+    const Stmt criteria = listCriteria(f);
+    AccountKinds kinds;
+    Currency opening;
+    if (ledger) {
+        kinds = accountKinds(f.accId);
+        opening = openingBalance(f.accId, kinds.dcKbn, openingCriteria(f, kinds.pgKbn));
+    }
+    RecordsetPtr rs = gDB->GetFwdOnlyRst(listSql(criteria));
+    for (; !rs->eof(); rs->MoveNext())
+        out.rows.append(rowOf(*rs));
+    rs->Close();
+    if (ledger)
+        out.page = compute(f.accId, kinds.dcKbn, out.rows, opening);
+    RecordsetPtr sums = gDB->GetFwdOnlyRst(countSql(criteria));
+    if (!sums->eof()) {
+        out.counted = true;
+        out.count = sums->Fields(0);
+        out.sum = sums->Fields(1);
+    }
+    sums->Close();
+    return out;
+}
+
+int rowToChoose(const QVector<LedgeRow> &rows, const Value &ledgeId)
+{
+    if (rows.isEmpty())
+        return -1;
+    for (int i = 0; i < rows.size(); ++i)
+        if (same(rows[i][LedgeCol::LEDGE_ID], ledgeId))
+            return i;
+    return 0;
+}
+
+QString AccountNames::operator()(const Value &accId)
+{
+    const qint64 key = hasValue(accId) && IsNumeric(accId) ? qint64(accId.toDouble()) : 0;
+    auto it = mNames.constFind(key);
+    if (it == mNames.constEnd())
+        it = mNames.insert(key, GetAccNm(Value::int32(qint32(key))));
+    return it.value();
+}
+
 LedgeRow rowOf(const Recordset &rs)
 {
     LedgeRow r = blankLedgeRow();
@@ -156,6 +212,72 @@ QString amountText(const Value &v)
     return BookPage::amountText(v.toCurrency());
 }
 
+QVector<Choice> farmers()
+{
+    return choices(gMST.get(), Stmt("SELECT M_FMR.FMR_ID, M_FMR.FMR_NM FROM M_FMR WHERE CHK_FLG<>0 ORDER BY FMR_ID"));
+}
+
+QVector<Choice> accounts()
+{
+    return choices(gWORK.get(), Stmt("SELECT L_ACC.ACC_ID, L_ACC.ACC_NM FROM L_ACC ORDER BY ACC_ID"));
+}
+
+int subAccountKind(const Value &accId)
+{
+    const Value kind = gWORK->DLookup(QStringLiteral("OPT_KBN"), QStringLiteral("L_ACC"), Stmt("ACC_ID=?").num(accId));
+    return int(Nz(kind, Value(0)).toLong());
+}
+
+QVector<Choice> subAccounts(int kind, const Value &fmrId)
+{
+    switch (kind) {
+    case OptKbn::Planting:
+        return choices(gDB.get(),
+                       Stmt("SELECT D_PLANT.PLANT_ID, D_PLANT.PLANT_NM FROM D_PLANT WHERE FMR_ID=? ORDER BY PLANT_ID")
+                           .num(fmrId));
+    case OptKbn::PesticideLot:
+        return choices(gDB.get(), Stmt("SELECT D_CHEMI.CHEMI_ID, D_CHEMI.CHEMI_NM FROM D_CHEMI WHERE FMR_ID=? AND "
+                                       "CHK_FLG<>0 ORDER BY CHEMI_ID")
+                                      .num(fmrId));
+    default: return {};
+    }
+}
+
+LedgeRow startSlip(Mode mode, const LedgeRow &source, const Value &fmrId)
+{
+    using namespace LedgeCol;
+    LedgeRow r = source.size() == Count ? source : blankLedgeRow();
+    if (mode == Mode::Add) {
+        r[FMR_ID] = fmrId;
+        r[LEDGE_DATE] = Value(DateUtil::today());
+        for (int c : {LEDGE_ID, CTR_NM, D_ACC_ID, C_ACC_ID, D_OPT_ID, C_OPT_ID, D_OPT_NM, C_OPT_NM, AMT, NOTES, UDATE})
+            r[c] = Value::null();
+    }
+    return r;
+}
+
+QString readAmount(const QString &text, Value &amount)
+{
+    if (text.isEmpty()) {
+        amount = Value::null();
+        return QString();
+    }
+    double d = 0;
+    if (!parseNumber(text, d))
+        return QStringLiteral("数値を入力してください。");
+    if (std::fabs(d) > kMaxAmount)
+        return QStringLiteral("金額が大きすぎます。");
+    amount = Value(Currency::fromDouble(d));
+    return QString();
+}
+
+QString refusal(Mode mode, const LedgeRow &row)
+{
+    if (mode != Mode::Change && mode != Mode::Delete)
+        return QString();
+    return ledgeLockMessage(ChkLedgeUse(row[LedgeCol::FMR_ID], row[LedgeCol::LEDGE_ID]), mode == Mode::Delete);
+}
+
 bool saveSlip(Mode mode, LedgeRow &row, const Value &fmrId, const QString &computer)
 {
     using namespace LedgeCol;
@@ -163,8 +285,7 @@ bool saveSlip(Mode mode, LedgeRow &row, const Value &fmrId, const QString &compu
         row[FMR_ID] = fmrId;
         row[LEDGE_ID] = Value(GetNewLedgeId(fmrId));
     }
-    RecordsetPtr rs =
-        gDB->GetDynamicRst(QStringLiteral("SELECT D_LEDGE.* FROM D_LEDGE WHERE D_LEDGE.LEDGE_ID=") + idText(row[LEDGE_ID]));
+    RecordsetPtr rs = gDB->GetDynamicRst(Stmt("SELECT D_LEDGE.* FROM D_LEDGE WHERE D_LEDGE.LEDGE_ID=?").num(row[LEDGE_ID]));
     if (mode == Mode::Add) {
         rs->AddNew();
         rs->SetField(QStringLiteral("FMR_ID"), row[FMR_ID]);
@@ -195,6 +316,12 @@ bool saveSlip(Mode mode, LedgeRow &row, const Value &fmrId, const QString &compu
     }
     rs->Close();
     return true;
+}
+
+void releaseHolds()
+{
+    if (gDB)
+        gDB->ReleaseData(QStringLiteral("D_LEDGE"), QString());
 }
 
 } // namespace Ledger

@@ -1,3 +1,4 @@
 # The rules of books.
 list(APPEND TILLORA_RULES_SOURCES
-  rules/books/Ledger.cpp)
+  rules/books/Ledger.cpp
+  rules/books/TrialBalance.cpp)

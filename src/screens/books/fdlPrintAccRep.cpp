@@ -1,9 +1,9 @@
 #include "screens/books/fdlPrintAccRep.h"
 
-#include "ui/Entry.h"
-#include "base/Globals.h"
-#include "screens/print/fdlPreview.h"
+#include "rules/books/TrialBalance.h"
 #include "rules/print/modPrinter.h"
+#include "screens/print/fdlPreview.h"
+#include "ui/Entry.h"
 
 #include <QComboBox>
 #include <QDate>
@@ -64,9 +64,4 @@ void fdlPrintAccRep::InitForm()
     const QStringList months = accRepMonths(QDate::currentDate());
     txtCOND[0]->setText(months[0]);
     txtCOND[1]->setText(months[1]);
-}
-
-QStringList accRepMonths(const QDate &today)
-{
-    return {QString::number(today.year()) + QStringLiteral("/01"), today.toString(QStringLiteral("yyyy/MM"))};
 }

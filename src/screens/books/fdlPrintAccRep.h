@@ -5,9 +5,6 @@
 
 #include "ui/Form.h"
 
-#include <QDate>
-#include <QStringList>
-
 class QComboBox;
 class QLineEdit;
 class QPushButton;
@@ -28,6 +25,3 @@ private:
     QComboBox *cmbCOND = nullptr;
     QVector<QPushButton *> Command1;
 };
-
-// The months the dialog opens with: January of this year, and this month.
-QStringList accRepMonths(const QDate &today);

@@ -4,18 +4,17 @@
 #include "screens/books/frmLedgeList.h"
 
 #include "base/AppError.h"
-#include "ui/Entry.h"
 #include "base/Helpers.h"
 #include "base/Msg.h"
 #include "screens/diary/frmDairyCal.h"
-#include "store/Database.h"
+#include "ui/Entry.h"
+#include "ui/Skeletons.h"
 
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 
-#include <cmath>
 
 namespace {
 
@@ -63,9 +62,6 @@ const CtlSpec kControls[] = {
 const int kTextColumn[6] = {LedgeCol::LEDGE_DATE, LedgeCol::CTR_NM, LedgeCol::D_OPT_NM,
                             LedgeCol::C_OPT_NM,   LedgeCol::AMT,    LedgeCol::NOTES};
 
-// The largest amount the currency column holds.
-constexpr double kMaxAmount = 922337203685477.0;
-
 // The key of the chosen entry; 0 with none.
 Value chosenId(const QComboBox *c)
 {
@@ -86,8 +82,8 @@ void showChoice(QComboBox *c, const Value &v)
 
 } // namespace
 
-frmLedgeInput::frmLedgeInput(QWidget *parent)
-    : Form(QStringLiteral("frmLedgeInput"), 12400, 9200, parent), mRec(blankLedgeRow())
+frmLedgeInput::frmLedgeInput(Mode mode, int row, QWidget *parent)
+    : Form(QStringLiteral("frmLedgeInput"), 12400, 9200, parent), mMode(mode), mRow(row), mRec(blankLedgeRow())
 {
     setWindowTitle(QStringLiteral("伝票入力"));
     setSizable(true);
@@ -146,17 +142,13 @@ void frmLedgeInput::onActivate()
 {
     applyWindowState();
     // Viewing and deleting leave the locked first box.
-    if (gMODE == Mode::View || gMODE == Mode::Delete) {
+    if (mMode == Mode::View || mMode == Mode::Delete) {
         QWidget *from = focusWidget();
         sendTab(from ? from : this);
     }
 }
 
-void frmLedgeInput::onUnload()
-{
-    if (gDB)
-        gDB->ReleaseData(QStringLiteral("D_LEDGE"), QString());
-}
+void frmLedgeInput::onUnload() { Ledger::releaseHolds(); }
 
 void frmLedgeInput::InitForm()
 {
@@ -171,24 +163,13 @@ void frmLedgeInput::InitForm()
 
 void frmLedgeInput::SetCmb(int index)
 {
-    DbObject *db = nullptr;
-    QString sql;
-    if (index == 0) {
-        db = gMST.get();
-        sql = QStringLiteral("SELECT M_FMR.FMR_ID, M_FMR.FMR_NM FROM M_FMR WHERE CHK_FLG<>0 ORDER BY FMR_ID");
-    } else if (index == 1 || index == 2) {
-        db = gWORK.get();
-        sql = QStringLiteral("SELECT L_ACC.ACC_ID, L_ACC.ACC_NM FROM L_ACC ORDER BY ACC_ID");
-    } else {
+    if (index < 0 || index > 2)
         return;
-    }
     QComboBox *c = cmbDATA[index];
     c->clear();
     addEmptyItem(c);
-    RecordsetPtr rs = db->GetFwdOnlyRst(sql);
-    for (; !rs->eof(); rs->MoveNext())
-        addItem(c, Nz(rs->Fields(1), Value(QString())).toText(), rs->Fields(0));
-    rs->Close();
+    for (const Ledger::Choice &ch : index == 0 ? Ledger::farmers() : Ledger::accounts())
+        addItem(c, ch.name, ch.id);
 }
 
 void frmLedgeInput::SetCmbOpt(int index)
@@ -198,32 +179,14 @@ void frmLedgeInput::SetCmbOpt(int index)
     QComboBox *c = cmbDATA[index];
     c->clear();
     addEmptyItem(c);
-    c->setCurrentIndex(-1);
-    const int kind = mOptKbn[index == 3 ? 0 : 1];
-    const QString farmer = Nz(gFMR_ID, Value(0)).toText();
-    QString sql;
-    if (kind == 2)
-        sql = QStringLiteral("SELECT D_PLANT.PLANT_ID, D_PLANT.PLANT_NM FROM D_PLANT WHERE FMR_ID=") + farmer +
-              QStringLiteral(" ORDER BY PLANT_ID");
-    else if (kind == 3)
-        sql = QStringLiteral("SELECT D_CHEMI.CHEMI_ID, D_CHEMI.CHEMI_NM FROM D_CHEMI WHERE FMR_ID=") + farmer +
-              QStringLiteral(" AND CHK_FLG<>0 ORDER BY CHEMI_ID");
-    if (sql.isEmpty())
-        return;
-    RecordsetPtr rs = gDB->GetFwdOnlyRst(sql);
-    for (; !rs->eof(); rs->MoveNext())
-        addItem(c, Nz(rs->Fields(1), Value(QString())).toText(), rs->Fields(0));
-    rs->Close();
+    for (const Ledger::Choice &ch : Ledger::subAccounts(mOptKbn[index == 3 ? 0 : 1], gFMR_ID))
+        addItem(c, ch.name, ch.id);
     c->setCurrentIndex(-1);
 }
 
 void frmLedgeInput::accountKind(int side)
 {
-    const Value acc = chosenId(cmbDATA[1 + side]);
-    const int kind = int(Nz(gWORK->DLookup(QStringLiteral("OPT_KBN"), QStringLiteral("L_ACC"),
-                                           QStringLiteral("ACC_ID=") + acc.toText()),
-                            Value(0))
-                             .toLong());
+    const int kind = Ledger::subAccountKind(chosenId(cmbDATA[1 + side]));
     QComboBox *list = cmbDATA[3 + side];
     if (kind != mOptKbn[side]) {
         mOptKbn[side] = kind;
@@ -236,38 +199,9 @@ void frmLedgeInput::accountKind(int side)
 
 void frmLedgeInput::SetMode()
 {
-    using namespace LedgeCol;
-    mRec = blankLedgeRow();
-    if (gROW_IDX >= 0 && gROW_IDX < gLEDGE_ROWS.size())
-        mRec = gLEDGE_ROWS[gROW_IDX];
-    if (gMODE == Mode::Add) {
-        // Also after 複写: a blank slip of today, only the sub-account kinds
-        // of the source stay.
-        mRec[FMR_ID] = gFMR_ID;
-        mRec[LEDGE_DATE] = Value(DateUtil::today());
-        for (int c : {LEDGE_ID, CTR_NM, D_ACC_ID, C_ACC_ID, D_OPT_ID, C_OPT_ID, D_OPT_NM, C_OPT_NM, AMT, NOTES, UDATE})
-            mRec[c] = Value::null();
-    }
-    switch (gMODE) {
-    case Mode::Add:
-    case Mode::Change:
-        cmdMENU[0]->setText(QStringLiteral("ｷｬﾝｾﾙ"));
-        cmdMENU[1]->setText(QStringLiteral("登録"));
-        cmdMENU[1]->setVisible(true);
-        break;
-    case Mode::View:
-        cmdMENU[0]->setText(QStringLiteral("閉じる"));
-        cmdMENU[1]->setVisible(false);
-        break;
-    case Mode::Delete:
-        cmdMENU[0]->setText(QStringLiteral("ｷｬﾝｾﾙ"));
-        cmdMENU[1]->setText(QStringLiteral("削除"));
-        cmdMENU[1]->setVisible(true);
-        break;
-    default: break;
-    }
-    if (gMODE == Mode::View || gMODE == Mode::Delete)
-        lockRecordFields(this);
+    const bool hasRow = mRow >= 0 && mRow < gLEDGE_ROWS.size();
+    mRec = Ledger::startSlip(mMode, hasRow ? gLEDGE_ROWS[mRow] : blankLedgeRow(), gFMR_ID);
+    EntryScreen::setMode(this, cmdMENU[0], cmdMENU[1], mMode);
     DispData();
 }
 
@@ -293,17 +227,12 @@ bool frmLedgeInput::txtLeave(int index)
         return true;
     const QString text = txtDATA[index]->text();
     Value v = textOrNull(text);
-    if (index == 4 && !text.isEmpty()) {
-        double d = 0;
-        if (!parseNumber(text, d)) {
-            ShowMsg(QStringLiteral("数値を入力してください。"), Msg::Exclamation);
+    if (index == 4) {
+        const QString refused = Ledger::readAmount(text, v);
+        if (!refused.isEmpty()) {
+            ShowMsg(refused, Msg::Exclamation);
             return false;
         }
-        if (std::fabs(d) > kMaxAmount) {
-            ShowMsg(QStringLiteral("金額が大きすぎます。"), Msg::Exclamation);
-            return false;
-        }
-        v = Value(Currency::fromDouble(d));
     }
     mRec[kTextColumn[index]] = v;
     mChanged = false;
@@ -313,19 +242,9 @@ bool frmLedgeInput::txtLeave(int index)
 bool frmLedgeInput::cmbLeave(int index)
 {
     QComboBox *c = cmbDATA[index];
-    if (c->isEditable()) {
-        const QString text = c->currentText();
-        if (text.isEmpty()) {
-            c->setCurrentIndex(-1);
-        } else if (c->currentIndex() < 0 || c->itemText(c->currentIndex()) != text) {
-            const int at = c->findText(text, Qt::MatchExactly);
-            if (at < 0) {
-                ShowMsg(QStringLiteral("一覧にある項目を選択してください。"), Msg::Exclamation);
-                return false;
-            }
-            c->setCurrentIndex(at);
-        }
-    }
+    // Empty text chooses nothing: the slip keeps 0 for the side.
+    if (!settleComboText(c, QStringLiteral("一覧にある項目を選択してください。"), EmptyText::NoChoice))
+        return false;
     using namespace LedgeCol;
     const Value id = chosenId(c);
     switch (index) {
@@ -351,7 +270,7 @@ bool frmLedgeInput::ChkData() { return true; }
 bool frmLedgeInput::SaveData()
 {
     try {
-        if (!Ledger::saveSlip(gMODE, mRec, gFMR_ID, GetCompName())) {
+        if (!Ledger::saveSlip(mMode, mRec, gFMR_ID, GetCompName())) {
             ShowMsg(QStringLiteral("該当データが存在しません。"), Msg::Critical);
             return false;
         }
@@ -362,5 +281,3 @@ bool frmLedgeInput::SaveData()
         return false;
     }
 }
-
-void frmLedgeInput::SaveCreditCashData() {}

@@ -1,10 +1,12 @@
 #pragma once
 // The slip entry ("伝票入力"): adds, changes, shows and deletes one slip of
-// D_LEDGE, opened from the slip list with gMODE and gROW_IDX. It works on a
-// copy of the row and writes it only when 登録 (or 削除) is pressed.
+// D_LEDGE, opened from the slip list with its mode and the row of the list's
+// array (gLEDGE_ROWS) it is for; -1 for none. It works on a copy of the row
+// and writes it only when 登録 (or 削除) is pressed.
 
-#include "ui/Form.h"
 #include "base/Globals.h"
+#include "base/Mode.h"
+#include "ui/Form.h"
 
 class QComboBox;
 class QLabel;
@@ -14,7 +16,7 @@ class QPushButton;
 class frmLedgeInput : public Form {
     Q_OBJECT
 public:
-    explicit frmLedgeInput(QWidget *parent = nullptr);
+    explicit frmLedgeInput(Mode mode = gMODE, int row = gROW_IDX, QWidget *parent = nullptr);
 
     void InitForm();
     void SetCmb(int index);
@@ -23,8 +25,6 @@ public:
     void DispData();
     bool ChkData();
     bool SaveData();
-    // Kept as a stub: nothing calls it.
-    void SaveCreditCashData();
 
     const LedgeRow &record() const { return mRec; }
     // The sub-account kind remembered for the debit (0) or credit (1) side.
@@ -43,6 +43,8 @@ private:
     // sub-account list, and the list is usable only for a kind other than 0.
     void accountKind(int side);
 
+    Mode mMode;
+    int mRow;
     LedgeRow mRec;
     int mOptKbn[2] = {0, 0};
     bool mChanged = false;

@@ -3,15 +3,13 @@
 #include "rules/books/Ledger.h"
 #include "screens/books/frmLedgeInput.h"
 
-#include "ui/Entry.h"
 #include "base/Globals.h"
 #include "base/Msg.h"
-#include "store/Database.h"
-#include "store/Lookup.h"
+#include "ui/Entry.h"
+#include "ui/Skeletons.h"
 
 #include <QApplication>
 #include <QComboBox>
-#include <QHash>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -117,11 +115,12 @@ frmLedgeList::frmLedgeList(QWidget *parent) : Form(QStringLiteral("frmLedgeList"
         SetList();
     });
     onClick(cmdMENU[0], [this] { close(); }, false);
-    onClick(cmdMENU[1], [this] { openEntry(Mode::Add, false, false); });
-    onClick(cmdMENU[2], [this] { openEntry(Mode::Change, true, true); });
-    onClick(cmdMENU[3], [this] { openEntry(Mode::View, true, false); });
-    onClick(cmdMENU[4], [this] { openEntry(Mode::Delete, true, true); });
-    onClick(cmdMENU[5], [this] { openEntry(Mode::Add, true, false); });
+    onClick(cmdMENU[1], [this] { openEntry(Mode::Add, false); });
+    onClick(cmdMENU[2], [this] { openEntry(Mode::Change, true); });
+    onClick(cmdMENU[3], [this] { openEntry(Mode::View, true); });
+    onClick(cmdMENU[4], [this] { openEntry(Mode::Delete, true); });
+    // 複写: a new slip from the chosen one.
+    onClick(cmdMENU[5], [this] { openEntry(Mode::Add, true); });
     // No list is printed.
     cmdMENU[6]->setEnabled(false);
 }
@@ -158,10 +157,8 @@ void frmLedgeList::SetCmb(int index)
         return;
     cmbCOND->clear();
     addEmptyItem(cmbCOND);
-    RecordsetPtr rs = gWORK->GetFwdOnlyRst(QStringLiteral("SELECT L_ACC.ACC_ID, L_ACC.ACC_NM FROM L_ACC ORDER BY ACC_ID"));
-    for (; !rs->eof(); rs->MoveNext())
-        addItem(cmbCOND, Nz(rs->Fields(1), Value(QString())).toText(), rs->Fields(0));
-    rs->Close();
+    for (const Ledger::Choice &c : Ledger::accounts())
+        addItem(cmbCOND, c.name, c.id);
 }
 
 void frmLedgeList::InitList()
@@ -202,12 +199,6 @@ void frmLedgeList::DispForm()
 void frmLedgeList::SetList()
 {
     const bool ledger = mView == 1;
-    if (ledger && cmbCOND->currentIndex() < 1) {
-        ListView1->clear();
-        for (QLabel *l : lblSUM)
-            l->setText(QString());
-        return;
-    }
     Ledger::Filter f;
     f.fmrId = gFMR_ID;
     f.accId = cmbCOND->currentIndex() >= 1 ? currentItemData(cmbCOND) : Value::null();
@@ -215,34 +206,13 @@ void frmLedgeList::SetList()
     f.from = txtCOND[1]->text();
     f.to = txtCOND[2]->text();
     f.year = txtCOND[3]->text();
-    const QString criteria = Ledger::listCriteria(f);
+    const Ledger::Listing listing = Ledger::readList(f, ledger);
 
-    Ledger::AccountKinds kinds;
-    Currency opening;
-    if (ledger) {
-        kinds = Ledger::accountKinds(f.accId);
-        opening = Ledger::openingBalance(f.accId, kinds.dcKbn, Ledger::openingCriteria(f, kinds.pgKbn));
-    }
-
-    RecordsetPtr rs = gDB->GetFwdOnlyRst(Ledger::listSql(criteria));
     ListView1->clearSelection();
-    gLEDGE_ROWS.clear();
     ListView1->clear();
-    for (; !rs->eof(); rs->MoveNext())
-        gLEDGE_ROWS.append(Ledger::rowOf(*rs));
-    rs->Close();
-
-    QHash<qint64, QString> names;
-    auto accName = [&names](const Value &id) {
-        const qint64 key = hasValue(id) && IsNumeric(id) ? qint64(id.toDouble()) : 0;
-        auto it = names.constFind(key);
-        if (it == names.constEnd())
-            it = names.insert(key, GetAccNm(Value::int32(key)));
-        return it.value();
-    };
-
+    gLEDGE_ROWS = listing.rows;
+    Ledger::AccountNames accName;
     using namespace LedgeCol;
-    const Ledger::Page page = ledger ? Ledger::compute(f.accId, kinds.dcKbn, gLEDGE_ROWS, opening) : Ledger::Page();
     QList<QTreeWidgetItem *> items;
     for (int i = 0; i < gLEDGE_ROWS.size(); ++i) {
         const LedgeRow &r = gLEDGE_ROWS[i];
@@ -257,7 +227,7 @@ void frmLedgeList::SetList()
             item->setText(6, Ledger::amountText(r[AMT]));
             item->setTextAlignment(6, Qt::AlignRight | Qt::AlignVCenter);
         } else {
-            const Ledger::Line &l = page.lines[i];
+            const Ledger::Line &l = listing.page.lines[i];
             item->setText(2, accName(l.other));
             item->setText(3, textOf(r[CTR_NM]));
             item->setText(4, textOf(r[NOTES]));
@@ -270,60 +240,40 @@ void frmLedgeList::SetList()
         items << item;
     }
     ListView1->addTopLevelItems(items);
+    if (!items.isEmpty())
+        ListScreen::chooseRow(ListView1, Ledger::rowToChoose(gLEDGE_ROWS, gLAST_LEDGE_ID));
 
-    if (!items.isEmpty()) {
-        int line = 0;
-        if (hasValue(gLAST_LEDGE_ID))
-            for (int i = 0; i < gLEDGE_ROWS.size() && line == 0; ++i)
-                if (hasValue(gLEDGE_ROWS[i][LEDGE_ID]) &&
-                    gLEDGE_ROWS[i][LEDGE_ID].toDouble() == gLAST_LEDGE_ID.toDouble())
-                    line = i + 1;
-        QTreeWidgetItem *item = ListView1->topLevelItem(std::max(line, 1) - 1);
-        ListView1->setCurrentItem(item);
-        item->setSelected(true);
-        ListView1->scrollToItem(item);
-    }
-
-    RecordsetPtr sums = gDB->GetFwdOnlyRst(Ledger::countSql(criteria));
-    if (sums->eof()) {
-        for (QLabel *l : lblSUM)
-            l->setText(QString());
-    } else {
-        lblSUM[0]->setText(Ledger::amountText(sums->Fields(0)));
-        if (ledger) {
-            lblSUM[1]->setText(Ledger::amountText(Value(page.opening)));
-            lblSUM[2]->setText(Ledger::amountText(Value(page.sumFirst)));
-            lblSUM[3]->setText(Ledger::amountText(Value(page.sumSecond)));
-            lblSUM[4]->setText(Ledger::amountText(Value(page.closing)));
-        } else {
-            lblSUM[4]->setText(Ledger::amountText(sums->Fields(1)));
-        }
-    }
-    sums->Close();
-}
-
-int frmLedgeList::selectedLine() const
-{
-    const QList<QTreeWidgetItem *> sel = ListView1->selectedItems();
-    if (sel.isEmpty())
-        return 0;
-    return ListView1->indexOfTopLevelItem(sel.first()) + 1;
-}
-
-void frmLedgeList::openEntry(Mode mode, bool needsLine, bool checksLock)
-{
-    const int line = needsLine ? selectedLine() : 0;
-    if (needsLine && (line < 1 || line > gLEDGE_ROWS.size()))
+    for (QLabel *l : lblSUM)
+        l->setText(QString());
+    if (!listing.counted)
         return;
-    if (checksLock) {
-        const LedgeRow &r = gLEDGE_ROWS[line - 1];
-        const int owner = ChkLedgeUse(r[LedgeCol::FMR_ID], r[LedgeCol::LEDGE_ID]);
-        if (owner != 0) {
-            ShowMsg(ledgeLockMessage(owner, mode == Mode::Delete), Msg::Exclamation);
+    lblSUM[0]->setText(Ledger::amountText(listing.count));
+    if (ledger) {
+        lblSUM[1]->setText(Ledger::amountText(Value(listing.page.opening)));
+        lblSUM[2]->setText(Ledger::amountText(Value(listing.page.sumFirst)));
+        lblSUM[3]->setText(Ledger::amountText(Value(listing.page.sumSecond)));
+        lblSUM[4]->setText(Ledger::amountText(Value(listing.page.closing)));
+    } else {
+        lblSUM[4]->setText(Ledger::amountText(listing.sum));
+    }
+}
+
+int frmLedgeList::selectedLine() const { return ListScreen::chosenRow(ListView1) + 1; }
+
+void frmLedgeList::openEntry(Mode mode, bool needsLine)
+{
+    const int row = needsLine ? ListScreen::chosenRow(ListView1) : -1;
+    if (needsLine && (row < 0 || row >= gLEDGE_ROWS.size()))
+        return;
+    if (needsLine) {
+        const QString refused = Ledger::refusal(mode, gLEDGE_ROWS[row]);
+        if (!refused.isEmpty()) {
+            ShowMsg(refused, Msg::Exclamation);
             return;
         }
     }
+    // The list hands over through the process-wide mode and row as well.
     gMODE = mode;
-    gROW_IDX = needsLine ? line - 1 : -1;
-    openModal(new frmLedgeInput);
+    gROW_IDX = row;
+    openModal<frmLedgeInput>(mode, row);
 }

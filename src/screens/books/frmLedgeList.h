@@ -36,7 +36,10 @@ protected:
     void onResize() override;
 
 private:
-    void openEntry(Mode mode, bool needsLine, bool checksLock);
+    // Opens the slip entry for the mode, with the chosen row when the mode
+    // needs one (nothing happens without); a slip another record owns is
+    // refused for changing and deleting.
+    void openEntry(Mode mode, bool needsLine);
 
     int mView = 0;
     QVector<QRadioButton *> Option1;
