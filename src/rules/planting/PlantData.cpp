@@ -1,10 +1,7 @@
 #include "rules/planting/PlantData.h"
 
-#include "base/AppError.h"
-#include "store/SqlText.h"
 #include "store/Database.h"
-
-#include <QHash>
+#include "store/Stmt.h"
 
 #include <cmath>
 
@@ -12,70 +9,12 @@ QVector<PlantRow> gPLANT_ROWS;
 
 namespace {
 
-using Member = Value PlantRow::*;
-
-struct ColumnMember {
-    const char *name;
-    Member member;
-};
-
-const ColumnMember kMembers[] = {
-    {"PLANT_ID", &PlantRow::PLANT_ID},
-    {"PLANT_NM", &PlantRow::PLANT_NM},
-    {"YYYY", &PlantRow::YYYY},
-    {"FMR_ID", &PlantRow::FMR_ID},
-    {"HARVEST_SCHD_YM", &PlantRow::HARVEST_SCHD_YM},
-    {"CROP_NM", &PlantRow::CROP_NM},
-    {"CROP_NM1", &PlantRow::CROP_NM1},
-    {"CROP_NM2", &PlantRow::CROP_NM2},
-    {"PRD_ID", &PlantRow::PRD_ID},
-    {"PRD_NM", &PlantRow::PRD_NM},
-    {"PLANT_TYPE", &PlantRow::PLANT_TYPE},
-    {"FIELD_NM", &PlantRow::FIELD_NM},
-    {"AREA", &PlantRow::AREA},
-    {"CROP_EST", &PlantRow::CROP_EST},
-    {"CROP_EST_UNIT", &PlantRow::CROP_EST_UNIT},
-    {"PLANT_DATE", &PlantRow::PLANT_DATE},
-    {"START_DATE", &PlantRow::START_DATE},
-    {"END_DATE", &PlantRow::END_DATE},
-    {"SHIP_EST", &PlantRow::SHIP_EST},
-    {"SHIP_EST_UNIT", &PlantRow::SHIP_EST_UNIT},
-    {"SHIP_SCHD_DATE1", &PlantRow::SHIP_SCHD_DATE1},
-    {"SHIP_SCHD_DATE2", &PlantRow::SHIP_SCHD_DATE2},
-    {"IMG_PATH1", &PlantRow::IMG_PATH1},
-    {"IMG_PATH2", &PlantRow::IMG_PATH2},
-    {"NOTES1", &PlantRow::NOTES1},
-    {"NOTES2", &PlantRow::NOTES2},
-    {"IDATE", &PlantRow::IDATE},
-    {"UDATE", &PlantRow::UDATE},
-    {"LAST_TM", &PlantRow::LAST_TM},
-    {"HOLD_TM", &PlantRow::HOLD_TM},
-};
-
-const QHash<QString, Member> &memberIndex()
+// The columns of D_PLANT in the table's order, but those named.
+QStringList columnsBut(std::initializer_list<const char *> left)
 {
-    static const QHash<QString, Member> index = [] {
-        QHash<QString, Member> h;
-        for (const ColumnMember &c : kMembers)
-            h.insert(QString::fromLatin1(c.name), c.member);
-        return h;
-    }();
-    return index;
-}
-
-Member memberOf(const QString &column)
-{
-    const Member m = memberIndex().value(column.toUpper(), nullptr);
-    if (!m)
-        raiseError(VbErr::ItemNotFound, column);
-    return m;
-}
-
-QStringList names(std::initializer_list<const char *> list)
-{
-    QStringList out;
-    for (const char *n : list)
-        out << QString::fromLatin1(n);
+    QStringList out = PlantRow::map().names();
+    for (const char *n : left)
+        out.removeOne(QString::fromLatin1(n));
     return out;
 }
 
@@ -95,41 +34,55 @@ bool wholeOf(const QString &text, double &out)
 
 } // namespace
 
-Value &PlantRow::field(const QString &column) { return this->*memberOf(column); }
-
-const Value &PlantRow::field(const QString &column) const { return this->*memberOf(column); }
-
-const QStringList &PlantRow::columns()
+const ColumnMap<PlantRow> &PlantRow::map()
 {
-    static const QStringList all = [] {
-        QStringList out;
-        for (const ColumnMember &c : kMembers)
-            out << QString::fromLatin1(c.name);
-        return out;
-    }();
-    return all;
+    static const ColumnMap<PlantRow> m{
+        {"PLANT_ID", &PlantRow::PLANT_ID},
+        {"PLANT_NM", &PlantRow::PLANT_NM},
+        {"YYYY", &PlantRow::YYYY},
+        {"FMR_ID", &PlantRow::FMR_ID},
+        {"HARVEST_SCHD_YM", &PlantRow::HARVEST_SCHD_YM},
+        {"CROP_NM", &PlantRow::CROP_NM},
+        {"CROP_NM1", &PlantRow::CROP_NM1},
+        {"CROP_NM2", &PlantRow::CROP_NM2},
+        {"PRD_ID", &PlantRow::PRD_ID},
+        {"PRD_NM", &PlantRow::PRD_NM},
+        {"PLANT_TYPE", &PlantRow::PLANT_TYPE},
+        {"FIELD_NM", &PlantRow::FIELD_NM},
+        {"AREA", &PlantRow::AREA},
+        {"CROP_EST", &PlantRow::CROP_EST},
+        {"CROP_EST_UNIT", &PlantRow::CROP_EST_UNIT},
+        {"PLANT_DATE", &PlantRow::PLANT_DATE},
+        {"START_DATE", &PlantRow::START_DATE},
+        {"END_DATE", &PlantRow::END_DATE},
+        {"SHIP_EST", &PlantRow::SHIP_EST},
+        {"SHIP_EST_UNIT", &PlantRow::SHIP_EST_UNIT},
+        {"SHIP_SCHD_DATE1", &PlantRow::SHIP_SCHD_DATE1},
+        {"SHIP_SCHD_DATE2", &PlantRow::SHIP_SCHD_DATE2},
+        {"IMG_PATH1", &PlantRow::IMG_PATH1},
+        {"IMG_PATH2", &PlantRow::IMG_PATH2},
+        {"NOTES1", &PlantRow::NOTES1},
+        {"NOTES2", &PlantRow::NOTES2},
+        {"IDATE", &PlantRow::IDATE},
+        {"UDATE", &PlantRow::UDATE},
+        {"LAST_TM", &PlantRow::LAST_TM},
+        {"HOLD_TM", &PlantRow::HOLD_TM},
+    };
+    return m;
 }
 
 namespace Plant {
 
 const QStringList &listColumns()
 {
-    static const QStringList cols =
-        names({"PLANT_ID",   "PLANT_NM",      "YYYY",        "FMR_ID",          "HARVEST_SCHD_YM", "CROP_NM",
-               "CROP_NM1",   "CROP_NM2",      "PLANT_TYPE",  "FIELD_NM",        "AREA",            "CROP_EST",
-               "CROP_EST_UNIT", "PRD_ID",     "PRD_NM",      "PLANT_DATE",      "START_DATE",      "END_DATE",
-               "SHIP_EST",   "SHIP_EST_UNIT", "SHIP_SCHD_DATE1", "SHIP_SCHD_DATE2", "NOTES1",        "NOTES2",
-               "IDATE",      "UDATE",         "LAST_TM",     "HOLD_TM"});
+    static const QStringList cols = columnsBut({"IMG_PATH1", "IMG_PATH2"});
     return cols;
 }
 
 const QStringList &savedColumns()
 {
-    static const QStringList cols =
-        names({"PLANT_NM",   "YYYY",       "HARVEST_SCHD_YM", "CROP_NM",    "CROP_NM1",        "CROP_NM2",
-               "PRD_ID",     "PRD_NM",     "PLANT_TYPE",      "FIELD_NM",   "AREA",            "CROP_EST",
-               "CROP_EST_UNIT", "PLANT_DATE", "START_DATE",   "END_DATE",   "SHIP_EST",        "SHIP_EST_UNIT",
-               "SHIP_SCHD_DATE1", "SHIP_SCHD_DATE2", "IMG_PATH1", "IMG_PATH2", "NOTES1",        "NOTES2"});
+    // The key and the stamps are written by the save itself.
+    static const QStringList cols = columnsBut({"PLANT_ID", "FMR_ID", "IDATE", "UDATE", "LAST_TM", "HOLD_TM"});
     return cols;
 }
 
@@ -177,46 +130,45 @@ QString harvestMonthText(const Value &ym) { return harvestDigits(ym).right(2); }
 
 QString harvestListText(const Value &ym)
 {
-    if (!hasValue(ym))
-        return QString();
-    if (!IsNumeric(ym) || ym.isDateType())
-        return ym.toText();
-    const qint64 n = roundAway(ym.toDouble());
-    const QString digits = QString::number(n < 0 ? -n : n).rightJustified(6, QLatin1Char('0'));
-    const QString text = digits.left(digits.size() - 2) + QLatin1Char('/') + digits.right(2);
-    return n < 0 ? QLatin1Char('-') + text : text;
+    const QString digits = harvestDigits(ym);
+    if (!hasValue(ym) || !IsNumeric(ym) || ym.isDateType())
+        return digits;
+    return digits.left(digits.size() - 2) + QLatin1Char('/') + digits.right(2);
 }
 
-
-
+QString yearFilterRefusal(const QString &yearText)
+{
+    if (yearText.isEmpty() || IsNumeric(Value(yearText)))
+        return QString();
+    return QStringLiteral("数値を指定してください。");
+}
 
 QString listSql(const QString &yearText, const QString &crop, const Value &kind)
 {
-    QStringList criteria;
+    QVector<Stmt> criteria;
     if (!yearText.isEmpty())
-        criteria << QStringLiteral(" D_PLANT.YYYY=") +
-                        (IsNumeric(Value(yearText)) ? Sql::number(Value(yearText)) : yearText);
+        criteria << Stmt(" D_PLANT.YYYY=?").num(Value(yearText));
     if (!crop.isEmpty())
-        criteria << QStringLiteral(" D_PLANT.CROP_NM=") + Sql::quoted(crop);
+        criteria << Stmt(" D_PLANT.CROP_NM=?").text(crop);
     if (hasValue(kind) && !(IsNumeric(kind) && kind.toDouble() == 0))
-        criteria << QStringLiteral(" D_PLANT.PLANT_TYPE=") + Sql::number(kind);
-    QString sql = QStringLiteral("SELECT") + QStringLiteral(" D_PLANT.* ") + QStringLiteral(" FROM D_PLANT ");
-    if (!criteria.isEmpty())
-        sql += QStringLiteral(" WHERE") + criteria.join(QStringLiteral(" AND "));
-    sql += QStringLiteral(" ORDER BY D_PLANT.YYYY, D_PLANT.CROP_NM, D_PLANT.PLANT_DATE");
-    return sql;
+        criteria << Stmt(" D_PLANT.PLANT_TYPE=?").num(kind);
+    const Stmt where =
+        criteria.isEmpty() ? Stmt("") : Stmt(" WHERE?").part(Stmt::joined(criteria, QStringLiteral(" AND ")));
+    return Stmt("SELECT D_PLANT.*  FROM D_PLANT ? ORDER BY D_PLANT.YYYY, D_PLANT.CROP_NM, D_PLANT.PLANT_DATE")
+        .part(where);
 }
 
-void loadRows(Recordset &rs)
+void readList(const QString &yearText, const QString &crop, const Value &kind)
 {
-    gPLANT_ROWS.clear();
-    const QStringList &cols = listColumns();
-    for (; !rs.eof(); rs.MoveNext()) {
+    RecordsetPtr rs = gDB->GetFwdOnlyRst(listSql(yearText, crop, kind));
+    QVector<PlantRow> rows;
+    for (; !rs->eof(); rs->MoveNext()) {
         PlantRow row;
-        for (const QString &c : cols)
-            row.field(c) = rs.Fields(c);
-        gPLANT_ROWS.append(row);
+        PlantRow::map().read(*rs, row, listColumns());
+        rows.append(row);
     }
+    rs->Close();
+    gPLANT_ROWS = rows;
 }
 
 int rowOfPlant(const Value &id)
@@ -234,15 +186,13 @@ int rowOfPlant(const Value &id)
 
 Value nextPlantId(const Value &farmer)
 {
-    const Value max = gDB->DMax(QStringLiteral("PLANT_ID"), QStringLiteral("D_PLANT"),
-                                QStringLiteral("FMR_ID=") + Sql::number(farmer));
+    const Value max = gDB->DMax(QStringLiteral("PLANT_ID"), QStringLiteral("D_PLANT"), Stmt("FMR_ID=?").num(farmer));
     return Value::int32(qint64(Nz(max, Value(0)).toDouble()) + 1);
 }
 
 QString deleteRefusal(const Value &farmer, const Value &plantId)
 {
-    const QString key = QStringLiteral("FMR_ID=") + Sql::number(farmer) + QStringLiteral(" AND PLANT_ID=") +
-                        Sql::number(plantId);
+    const QString key = Stmt("FMR_ID=? AND PLANT_ID=?").num(farmer).num(plantId);
     const auto earliest = [&](const QString &column, const QString &table) {
         const Value d = gDB->DMin(column, table, key);
         return DateUtil::format(d.toDate(), QStringLiteral("M月d日"));
@@ -260,8 +210,8 @@ bool saveRecord(Mode mode, const PlantRow &row, const QString &computer)
 {
     // The number alone finds the row: a change takes the first row of that
     // number, whichever farmer it belongs to.
-    RecordsetPtr rs = gDB->GetDynamicRst(QStringLiteral("SELECT D_PLANT.* FROM D_PLANT WHERE D_PLANT.PLANT_ID=") +
-                                         Sql::number(row.PLANT_ID));
+    RecordsetPtr rs =
+        gDB->GetDynamicRst(Stmt("SELECT D_PLANT.* FROM D_PLANT WHERE D_PLANT.PLANT_ID=?").num(row.PLANT_ID));
     if (mode == Mode::Add) {
         rs->AddNew();
         rs->SetField(QStringLiteral("FMR_ID"), row.FMR_ID);
@@ -276,8 +226,7 @@ bool saveRecord(Mode mode, const PlantRow &row, const QString &computer)
             rs->SetField(QStringLiteral("UDATE"), Value(DateUtil::now()));
     }
     if (mode == Mode::Add || mode == Mode::Change) {
-        for (const QString &c : savedColumns())
-            rs->SetField(c, row.field(c));
+        PlantRow::map().write(*rs, row, savedColumns());
         rs->SetField(QStringLiteral("LAST_TM"), Value(computer));
         rs->SetField(QStringLiteral("HOLD_TM"), Value::null());
         rs->Update();

@@ -1,18 +1,17 @@
 #pragma once
 // Plantings: the working record, the rows of the planting list, and the rules
 // of the planting screens that need no window (the harvest month, the list's
-// statement, the refusal of a delete, the save).
+// statement, the refusal of a delete, the save). The rules of the entry
+// screen's fields are in PlantEntry.h.
 
-#include "store/SqlText.h"
 #include "base/Mode.h"
 #include "base/Value.h"
+#include "rules/common/Record.h"
 
 #include <QDate>
 #include <QString>
 #include <QStringList>
 #include <QVector>
-
-class Recordset;
 
 // One planting, a field per column of D_PLANT in the table's order. A field
 // left empty is Empty or Null.
@@ -22,15 +21,12 @@ struct PlantRow {
         SHIP_EST_UNIT, SHIP_SCHD_DATE1, SHIP_SCHD_DATE2, IMG_PATH1, IMG_PATH2, NOTES1, NOTES2, IDATE, UDATE,
         LAST_TM, HOLD_TM;
 
-    // The field of a column by name; raises 3265 for a name that is none.
-    Value &field(const QString &column);
-    const Value &field(const QString &column) const;
-    // All columns, in the table's order.
-    static const QStringList &columns();
+    // Which member holds which column.
+    static const ColumnMap<PlantRow> &map();
 };
 
-// The rows read by the planting list; the entry screen copies its record from
-// here by gROW_IDX.
+// The rows read by the planting list; the entry screen copies its record
+// from here by the row it is opened with.
 extern QVector<PlantRow> gPLANT_ROWS;
 
 namespace Plant {
@@ -61,12 +57,15 @@ QString harvestMonthText(const Value &ym);
 // The list's form "0000/00".
 QString harvestListText(const Value &ym);
 
+// The year typed into the list's filter: "" when it may be used (empty or a
+// number), else the message to show.
+QString yearFilterRefusal(const QString &yearText);
 // The list's statement. yearText: the year box (a number, or empty for all
-// years); crop: the crop chosen, "" for all; kind: the planting kind's id,
-// Null or 0 for all.
+// years; text that is no number counts 0 and finds nothing); crop: the crop
+// chosen, "" for all; kind: the planting kind's id, Null or 0 for all.
 QString listSql(const QString &yearText, const QString &crop, const Value &kind);
-// Fills gPLANT_ROWS from the rows of the list's statement.
-void loadRows(Recordset &rs);
+// Reads the list's rows into gPLANT_ROWS (the image paths left out).
+void readList(const QString &yearText, const QString &crop, const Value &kind);
 // The place of the first row whose PLANT_ID equals id; -1 when none does.
 int rowOfPlant(const Value &id);
 
@@ -78,9 +77,9 @@ Value nextPlantId(const Value &farmer);
 // may be deleted.
 QString deleteRefusal(const Value &farmer, const Value &plantId);
 
-// Writes the record: mode 1 adds a row, 2 changes the first row with its
-// PLANT_ID (whichever farmer it belongs to), 4 deletes it. False when the
-// row to change or delete no longer exists. Database failures are raised.
+// Writes the record: Add adds a row, Change changes the first row with its
+// PLANT_ID (whichever farmer it belongs to), Delete deletes it. False when
+// the row to change or delete no longer exists. Database failures are raised.
 bool saveRecord(Mode mode, const PlantRow &row, const QString &computer);
 
 } // namespace Plant

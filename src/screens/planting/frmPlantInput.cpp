@@ -1,22 +1,21 @@
 #include "screens/planting/frmPlantInput.h"
 
+#include "rules/planting/PlantEntry.h"
+#include "screens/diary/frmDairyCal.h"
+#include "screens/planting/PlantCombo.h"
 #include "screens/planting/frmPlantList.h"
+#include "store/Database.h"
+#include "store/SqlText.h"
 
-#include "ui/Entry.h"
-#include "base/Globals.h"
 #include "base/Helpers.h"
 #include "base/Msg.h"
-#include "store/SqlText.h"
-#include "screens/diary/frmDairyCal.h"
-#include "store/Database.h"
+#include "ui/Entry.h"
+#include "ui/Skeletons.h"
 
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-
-#include <algorithm>
-#include <cmath>
 
 namespace {
 
@@ -105,56 +104,17 @@ const struct {
     {50, ImeMode::Hiragana},
 };
 
-const int kNumberBoxes[] = {0, 1, 4, 7, 12};
-const int kDateBoxes[] = {9, 10, 11, 13, 14};
-
-template <size_t N> bool among(const int (&set)[N], int i) { return std::find(std::begin(set), std::end(set), i) != std::end(set); }
-
-
-
-// A number as typed ("１２", "1,200") kept as its value.
-Value numberOrNull(const QString &t)
-{
-    double d;
-    if (!parseNumber(t, d))
-        return Value::null();
-    if (d == std::floor(d) && std::fabs(d) <= 2147483647.0)
-        return Value::int32(qint64(d));
-    return Value(d);
-}
-
-Value dateOrNull(const QString &t)
-{
-    QDateTime dt;
-    if (t.isEmpty() || !DateUtil::parse(t, dt))
-        return Value::null();
-    return Value(dt);
-}
-
-// A product code is a whole number the code column can hold.
-bool isCode(const QString &t)
-{
-    double d;
-    return parseNumber(t, d) && d == std::floor(d) && d >= 0 && d <= 99999999.0;
-}
-
-// A date the data tables can hold.
-bool isStorableDate(const QString &t)
-{
-    QDateTime dt;
-    return DateUtil::parse(t, dt) && dt.date().year() >= 1000 && dt.date().year() <= 9999;
-}
-
 } // namespace
 
-frmPlantInput::frmPlantInput(QWidget *parent) : Form(QStringLiteral("frmPlantInput"), 12400, 9200, parent)
+frmPlantInput::frmPlantInput(Mode mode, int row, QWidget *parent)
+    : Form(QStringLiteral("frmPlantInput"), 12400, 9200, parent), mMode(mode), mRow(row)
 {
     setWindowTitle(QStringLiteral("作付入力"));
     setSizable(true);
     setTrapStyle(TrapStyle::Description);
     buildControls(kControls, int(std::size(kControls)));
-    txtDATA = array<QLineEdit>(QStringLiteral("txtDATA"), 17);
-    cmbDATA = array<QComboBox>(QStringLiteral("cmbDATA"), 6);
+    txtDATA = array<QLineEdit>(QStringLiteral("txtDATA"), Plant::Box::Count);
+    cmbDATA = array<QComboBox>(QStringLiteral("cmbDATA"), Plant::Combo::Count);
     lblDATA = array<QLabel>(QStringLiteral("lblDATA"), 2);
     cmdMENU = array<QPushButton>(QStringLiteral("cmdMENU"), 3);
     for (QLabel *unit : array<QLabel>(QStringLiteral("lblUNIT"), 5))
@@ -167,17 +127,17 @@ frmPlantInput::frmPlantInput(QWidget *parent) : Form(QStringLiteral("frmPlantInp
     ares->setFont(big);
     lblDATA[0]->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     lblDATA[1]->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    for (int i : kNumberBoxes)
-        txtDATA[i]->setAlignment(Qt::AlignRight);
 
-    for (int i = 0; i < 17; ++i) {
+    for (int i = 0; i < Plant::Box::Count; ++i) {
         setFieldLimit(txtDATA[i], kLimits[i].length, kLimits[i].mode);
         connect(txtDATA[i], &QLineEdit::textChanged, this, [this] { mChanged = true; });
         entry().setLeaveCheck(txtDATA[i], [this, i] { return txtLeave(i); });
+        if (Plant::isNumberBox(i))
+            txtDATA[i]->setAlignment(Qt::AlignRight);
+        if (Plant::isDateBox(i))
+            entry().registerDateField(txtDATA[i], i);
     }
-    for (int i : kDateBoxes)
-        entry().registerDateField(txtDATA[i], i);
-    for (int i = 0; i < 6; ++i)
+    for (int i = 0; i < Plant::Combo::Count; ++i)
         entry().setLeaveCheck(cmbDATA[i], [this, i] { return cmbLeave(i); });
 
     onClick(cmdMENU[0], [this] { close(); }, false);
@@ -193,8 +153,8 @@ frmPlantInput::frmPlantInput(QWidget *parent) : Form(QStringLiteral("frmPlantInp
     });
     // The work is over today; it is kept with the next 登録.
     onClick(cmdMENU[2], [this] {
-        mDATA[0].END_DATE = Value(DateUtil::today());
-        txtDATA[10]->setText(Sql::dayText(mDATA[0].END_DATE));
+        Plant::finish(mDATA[0], DateUtil::today());
+        txtDATA[Plant::Box::EndDate]->setText(Sql::dayText(mDATA[0].END_DATE));
     });
 }
 
@@ -216,7 +176,7 @@ void frmPlantInput::onActivate()
 {
     applyWindowState();
     // Viewing and deleting leave the locked first box.
-    if (gMODE == Mode::View || gMODE == Mode::Delete) {
+    if (mMode == Mode::View || mMode == Mode::Delete) {
         QWidget *from = focusWidget();
         sendTab(from ? from : this);
     }
@@ -231,70 +191,33 @@ void frmPlantInput::onUnload()
 void frmPlantInput::InitForm()
 {
     mDATA = QVector<PlantRow>(1);
-    for (int i = 0; i < 6; ++i)
+    for (int i = 0; i < Plant::Combo::Count; ++i)
         SetCmb(i);
 }
 
 void frmPlantInput::SetCmb(int index)
 {
-    if (index == 2) {
-        setCropList(chosenGroup());
-        return;
-    }
-    QComboBox *c = cmbDATA[index];
-    c->clear();
-    addEmptyItem(c);
-    RecordsetPtr rs;
-    QString idCol = QStringLiteral("ID"), nameCol = QStringLiteral("NM");
     switch (index) {
-    case 0:
-        rs = gMST->GetFwdOnlyRst(
-            QStringLiteral("SELECT M_FMR.FMR_ID, M_FMR.FMR_NM FROM M_FMR WHERE CHK_FLG<>0 ORDER BY M_FMR.FMR_ID"));
-        idCol = QStringLiteral("FMR_ID");
-        nameCol = QStringLiteral("FMR_NM");
-        break;
-    case 1:
-        rs = gWORK->GetFwdOnlyRst(QStringLiteral("SELECT DISTINCT L_CROP_KBN.CROP_KBN, L_CROP_KBN.CROP_KBN_NM "
-                                                 "FROM L_CROP_KBN ORDER BY L_CROP_KBN.CROP_KBN"));
-        idCol = QStringLiteral("CROP_KBN");
-        nameCol = QStringLiteral("CROP_KBN_NM");
-        break;
-    case 3:
-        rs = gWORK->GetFwdOnlyRst(QStringLiteral("SELECT L_KBN.ID, L_KBN.NM FROM L_KBN WHERE KBN=11 ORDER BY L_KBN.ID"));
-        break;
-    case 4:
-        rs = gWORK->GetFwdOnlyRst(QStringLiteral("SELECT L_KBN.ID, L_KBN.NM FROM L_KBN WHERE KBN=13 ORDER BY L_KBN.ID"));
-        break;
-    case 5:
-        rs = gWORK->GetFwdOnlyRst(QStringLiteral("SELECT L_KBN.ID, L_KBN.NM FROM L_KBN WHERE KBN=12 ORDER BY L_KBN.ID"));
-        break;
-    default: return;
+    case Plant::Combo::Farmer: fillCombo(cmbDATA[index], Plant::farmers()); break;
+    case Plant::Combo::CropGroup: fillCombo(cmbDATA[index], Plant::cropGroups()); break;
+    case Plant::Combo::Crop: setCropList(chosenGroup()); break;
+    case Plant::Combo::PlantType: fillCombo(cmbDATA[index], Plant::kinds(Plant::Kbn::PlantType)); break;
+    case Plant::Combo::Cultivation: fillCombo(cmbDATA[index], Plant::kinds(Plant::Kbn::Cultivation)); break;
+    case Plant::Combo::ShipEstUnit: fillCombo(cmbDATA[index], Plant::kinds(Plant::Kbn::ShipEstUnit)); break;
+    default: break;
     }
-    for (; !rs->eof(); rs->MoveNext())
-        addItem(c, Nz(rs->Fields(nameCol), Value(QString())).toText(), Nz(rs->Fields(idCol), Value(0)));
-    c->setCurrentIndex(-1);
 }
 
 void frmPlantInput::setCropList(const QString &group)
 {
     mGroup = group;
-    QComboBox *c = cmbDATA[2];
-    c->clear();
-    addEmptyItem(c);
-    const QString like = Sql::escaped(group);
-    RecordsetPtr rs = gWORK->GetFwdOnlyRst(QStringLiteral("SELECT L_CROP.CROP_NM1 FROM L_CROP WHERE L_CROP.CROP_KBN LIKE '") +
-                                           like + QStringLiteral("%' ORDER BY L_CROP.CROP_NM1"));
-    for (; !rs->eof(); rs->MoveNext()) {
-        const QString nm = Nz(rs->Fields(QStringLiteral("CROP_NM1")), Value(QString())).toText();
-        addItem(c, nm, Value(nm));
-    }
-    c->setCurrentIndex(-1);
+    fillCombo(cmbDATA[Plant::Combo::Crop], Plant::cropsOfGroup(group));
 }
 
 QString frmPlantInput::chosenGroup() const
 {
     // The empty first entry is no group: every crop is offered.
-    const QComboBox *c = cmbDATA[1];
+    const QComboBox *c = cmbDATA[Plant::Combo::CropGroup];
     if (c->currentIndex() <= 0)
         return QString();
     return Nz(currentItemData(c), Value(QString())).toText();
@@ -303,75 +226,47 @@ QString frmPlantInput::chosenGroup() const
 void frmPlantInput::SetMode()
 {
     mDATA.resize(1);
-    if (gROW_IDX >= 0 && gROW_IDX < gPLANT_ROWS.size())
-        mDATA[0] = gPLANT_ROWS[gROW_IDX];
-    PlantRow &r = mDATA[0];
-    if (gMODE == Mode::Add) {
-        // A copy repeats the planting with new dates.
-        r.FMR_ID = gFMR_ID;
-        r.START_DATE = r.PLANT_DATE = r.END_DATE = Value::null();
-        r.SHIP_SCHD_DATE1 = r.SHIP_SCHD_DATE2 = Value::null();
-    }
-    switch (gMODE) {
-    case Mode::Add:
-    case Mode::Change:
-        cmdMENU[0]->setText(QStringLiteral("ｷｬﾝｾﾙ"));
-        cmdMENU[1]->setText(QStringLiteral("登録"));
-        cmdMENU[2]->setText(QStringLiteral("完了"));
-        cmdMENU[1]->setVisible(true);
-        cmdMENU[2]->setVisible(true);
-        break;
-    case Mode::View:
-        cmdMENU[0]->setText(QStringLiteral("閉じる"));
-        cmdMENU[1]->setVisible(false);
-        cmdMENU[2]->setVisible(false);
-        break;
-    case Mode::Delete:
-        cmdMENU[0]->setText(QStringLiteral("ｷｬﾝｾﾙ"));
-        cmdMENU[1]->setText(QStringLiteral("削除"));
-        cmdMENU[1]->setVisible(true);
-        cmdMENU[2]->setVisible(false);
-        break;
-    default: break;
-    }
-    if (gMODE == Mode::View || gMODE == Mode::Delete)
-        lockRecordFields(this);
+    mDATA[0] = Plant::openRecord(mMode, mRow, gFMR_ID);
+    EntryScreen::setMode(this, cmdMENU[0], cmdMENU[1], mMode);
+    // 完了 closes the period of a planting being added or changed.
+    cmdMENU[2]->setText(QStringLiteral("完了"));
+    cmdMENU[2]->setVisible(mMode == Mode::Add || mMode == Mode::Change);
     DispData();
 }
 
 void frmPlantInput::DispData()
 {
+    using namespace Plant;
     const PlantRow &r = mDATA[0];
     lblDATA[0]->setText(textOf(r.PLANT_ID));
-    txtDATA[8]->setText(textOf(r.PLANT_NM));
-    txtDATA[0]->setText(Plant::harvestYearText(r.HARVEST_SCHD_YM));
-    txtDATA[1]->setText(Plant::harvestMonthText(r.HARVEST_SCHD_YM));
-    txtDATA[2]->setText(textOf(r.CROP_NM1));
-    txtDATA[3]->setText(textOf(r.CROP_NM2));
-    txtDATA[4]->setText(textOf(r.PRD_ID));
-    txtDATA[5]->setText(textOf(r.PRD_NM));
-    txtDATA[6]->setText(textOf(r.FIELD_NM));
-    txtDATA[7]->setText(textOf(r.AREA));
+    txtDATA[Box::Name]->setText(textOf(r.PLANT_NM));
+    txtDATA[Box::Year]->setText(harvestYearText(r.HARVEST_SCHD_YM));
+    txtDATA[Box::Month]->setText(harvestMonthText(r.HARVEST_SCHD_YM));
+    txtDATA[Box::Variety]->setText(textOf(r.CROP_NM1));
+    txtDATA[Box::Item]->setText(textOf(r.CROP_NM2));
+    txtDATA[Box::PrdId]->setText(textOf(r.PRD_ID));
+    txtDATA[Box::PrdNm]->setText(textOf(r.PRD_NM));
+    txtDATA[Box::Field]->setText(textOf(r.FIELD_NM));
+    txtDATA[Box::Area]->setText(textOf(r.AREA));
     lblDATA[1]->setText(textOf(r.CROP_EST));
-    txtDATA[11]->setText(Sql::dayText(r.PLANT_DATE));
-    txtDATA[9]->setText(Sql::dayText(r.START_DATE));
-    txtDATA[10]->setText(Sql::dayText(r.END_DATE));
-    txtDATA[12]->setText(textOf(r.SHIP_EST));
-    txtDATA[13]->setText(Sql::dayText(r.SHIP_SCHD_DATE1));
-    txtDATA[14]->setText(Sql::dayText(r.SHIP_SCHD_DATE2));
-    txtDATA[15]->setText(textOf(r.NOTES1));
-    txtDATA[16]->setText(textOf(r.NOTES2));
+    txtDATA[Box::PlantDate]->setText(Sql::dayText(r.PLANT_DATE));
+    txtDATA[Box::StartDate]->setText(Sql::dayText(r.START_DATE));
+    txtDATA[Box::EndDate]->setText(Sql::dayText(r.END_DATE));
+    txtDATA[Box::ShipEst]->setText(textOf(r.SHIP_EST));
+    txtDATA[Box::ShipFrom]->setText(Sql::dayText(r.SHIP_SCHD_DATE1));
+    txtDATA[Box::ShipTo]->setText(Sql::dayText(r.SHIP_SCHD_DATE2));
+    txtDATA[Box::Notes1]->setText(textOf(r.NOTES1));
+    txtDATA[Box::Notes2]->setText(textOf(r.NOTES2));
 
     // The crop's group, then the crops of that group.
     const QString crop = textOf(r.CROP_NM);
-    const Value group = gWORK->DLookup(QStringLiteral("CROP_KBN"), QStringLiteral("L_CROP"),
-                                       QStringLiteral("CROP_NM1=") + Sql::quoted(crop));
-    selectItemData(cmbDATA[1], group);
+    const Value group = cropGroup(crop);
+    selectItemData(cmbDATA[Combo::CropGroup], group);
     setCropList(Nz(group, Value(QString())).toText());
-    cmbDATA[2]->setCurrentIndex(crop.isEmpty() ? -1 : cmbDATA[2]->findText(crop, Qt::MatchExactly));
-    selectItemData(cmbDATA[0], r.FMR_ID);
-    selectItemData(cmbDATA[3], r.PLANT_TYPE);
-    selectItemData(cmbDATA[5], r.SHIP_EST_UNIT);
+    cmbDATA[Combo::Crop]->setCurrentIndex(crop.isEmpty() ? -1 : cmbDATA[Combo::Crop]->findText(crop, Qt::MatchExactly));
+    selectItemData(cmbDATA[Combo::Farmer], r.FMR_ID);
+    selectItemData(cmbDATA[Combo::PlantType], r.PLANT_TYPE);
+    selectItemData(cmbDATA[Combo::ShipEstUnit], r.SHIP_EST_UNIT);
     mChanged = false;
 }
 
@@ -379,70 +274,10 @@ bool frmPlantInput::txtLeave(int index)
 {
     if (!mChanged)
         return true;
-    PlantRow &r = mDATA[0];
-    const QString text = txtDATA[index]->text();
-    if (among(kNumberBoxes, index) && !text.isEmpty() && !IsNumeric(Value(text))) {
-        ShowMsg(QStringLiteral("数値を指定してください。"), Msg::Exclamation);
+    const QString refusal = Plant::leaveBox(mDATA[0], index, txtDATA[index]->text());
+    if (!refusal.isEmpty()) {
+        ShowMsg(refusal, Msg::Exclamation);
         return false;
-    }
-    if (index == 4 && !text.isEmpty() && !isCode(text)) {
-        ShowMsg(QStringLiteral("商品コードは８桁までの整数で指定してください。"), Msg::Exclamation);
-        return false;
-    }
-    if (among(kDateBoxes, index) && !text.isEmpty()) {
-        if (!IsDate(Value(text))) {
-            ShowMsg(QStringLiteral("日付を指定してください。"), Msg::Exclamation);
-            return false;
-        }
-        if (!isStorableDate(text)) {
-            ShowMsg(QStringLiteral("日付は1000年から9999年までで指定してください。"), Msg::Exclamation);
-            return false;
-        }
-    }
-    switch (index) {
-    case 0:
-    case 1:
-        if (text.isEmpty()) {
-            r.HARVEST_SCHD_YM = Value::null();
-        } else {
-            // The first of the month: a month 13 is January of the next year.
-            const Plant::HarvestMonth h =
-                Plant::harvestMonth(txtDATA[0]->text(), txtDATA[1]->text(), QDate::currentDate());
-            if (!h.ok) {
-                ShowMsg(QStringLiteral("収穫予定月を正しく指定してください。"), Msg::Exclamation);
-                return false;
-            }
-            r.YYYY = Value(h.year);
-            r.HARVEST_SCHD_YM = Value(h.ym);
-            txtDATA[0]->setText(QString::number(h.year));
-            txtDATA[1]->setText(QString::number(h.month));
-        }
-        break;
-    case 4:
-        if (!text.isEmpty()) {
-            r.PRD_ID = numberOrNull(text);
-            const Value nm = gMST->DLookup(QStringLiteral("PRD_NM"), QStringLiteral("M_PRD"),
-                                           QStringLiteral("PRD_ID=") + Sql::number(r.PRD_ID));
-            r.PRD_NM = textOrNull(textOf(nm));
-        } else {
-            r.PRD_ID = r.PRD_NM = Value::null();
-        }
-        break;
-    case 2: r.CROP_NM1 = textOrNull(text); break;
-    case 3: r.CROP_NM2 = textOrNull(text); break;
-    case 5: r.PRD_NM = textOrNull(text); break;
-    case 6: r.FIELD_NM = textOrNull(text); break;
-    case 8: r.PLANT_NM = textOrNull(text); break;
-    case 15: r.NOTES1 = textOrNull(text); break;
-    case 16: r.NOTES2 = textOrNull(text); break;
-    case 7: r.AREA = numberOrNull(text); break;
-    case 12: r.SHIP_EST = numberOrNull(text); break;
-    case 9: r.START_DATE = dateOrNull(text); break;
-    case 10: r.END_DATE = dateOrNull(text); break;
-    case 11: r.PLANT_DATE = dateOrNull(text); break;
-    case 13: r.SHIP_SCHD_DATE1 = dateOrNull(text); break;
-    case 14: r.SHIP_SCHD_DATE2 = dateOrNull(text); break;
-    default: break;
     }
     DispData();
     return true;
@@ -454,74 +289,43 @@ bool frmPlantInput::cmbLeave(int index)
     if (!settleComboText(c))
         return false;
     PlantRow &r = mDATA[0];
-    const Value id = c->currentIndex() >= 0 ? currentItemData(c) : Value::null();
     switch (index) {
-    case 0: r.FMR_ID = id; break;
-    case 3: r.PLANT_TYPE = id; break;
-    case 5: r.SHIP_EST_UNIT = id; break;
-    case 1: {
+    case Plant::Combo::CropGroup: {
         const QString group = chosenGroup();
         if (group != mGroup) {
             setCropList(group);
             const QString crop = textOf(r.CROP_NM);
-            cmbDATA[2]->setCurrentIndex(crop.isEmpty() ? -1 : cmbDATA[2]->findText(crop, Qt::MatchExactly));
+            QComboBox *crops = cmbDATA[Plant::Combo::Crop];
+            crops->setCurrentIndex(crop.isEmpty() ? -1 : crops->findText(crop, Qt::MatchExactly));
         }
         break;
     }
-    case 2: {
-        if (c->currentIndex() <= 0) {
-            r.CROP_NM = Value::null();
-            break;
-        }
-        const QString crop = c->itemText(c->currentIndex());
-        if (crop == textOf(r.CROP_NM))
-            break;
-        // Another crop: its name is the variety, and its item comes with it.
-        r.CROP_NM = Value(crop);
-        txtDATA[2]->setText(crop);
-        txtLeave(2);
-        const Value item = gWORK->DLookup(QStringLiteral("CROP_NM2"), QStringLiteral("L_CROP"),
-                                          QStringLiteral("CROP_NM1=") + Sql::quoted(crop));
-        txtDATA[3]->setText(textOf(item));
-        txtLeave(3);
+    case Plant::Combo::Crop:
+        if (Plant::chooseCrop(r, c->currentIndex() > 0 ? c->itemText(c->currentIndex()) : QString()))
+            DispData();
         break;
-    }
-    default: break;
+    default:
+        Plant::chooseKey(r, index, c->currentIndex() >= 0 ? currentItemData(c) : Value::null());
+        break;
     }
     return true;
 }
 
 bool frmPlantInput::ChkData()
 {
-    PlantRow &r = mDATA[0];
-    if (gMODE == Mode::Add)
-        r.PLANT_ID = Plant::nextPlantId(r.FMR_ID);
-    if (gMODE == Mode::Delete) {
-        const QString refusal = Plant::deleteRefusal(r.FMR_ID, r.PLANT_ID);
-        if (!refusal.isEmpty()) {
-            ShowMsg(refusal, Msg::Exclamation);
-            return false;
-        }
+    const Plant::Refusal refusal =
+        Plant::check(mDATA[0], mMode, txtDATA[Plant::Box::Name]->text(), txtDATA[Plant::Box::Year]->text());
+    if (refusal.message.isEmpty())
         return true;
-    }
-    if (gMODE == Mode::Add || gMODE == Mode::Change) {
-        if (txtDATA[8]->text().isEmpty()) {
-            ShowMsg(QStringLiteral("名称は必須入力です。"), Msg::Exclamation);
-            txtDATA[8]->setFocus();
-            return false;
-        }
-        if (txtDATA[0]->text().isEmpty()) {
-            ShowMsg(QStringLiteral("収穫年は必須入力です。"), Msg::Exclamation);
-            txtDATA[0]->setFocus();
-            return false;
-        }
-    }
-    return true;
+    ShowMsg(refusal.message, Msg::Exclamation);
+    if (refusal.box >= 0)
+        txtDATA[refusal.box]->setFocus();
+    return false;
 }
 
 void frmPlantInput::SaveData()
 {
     gLAST_PLANT_ID = mDATA[0].PLANT_ID;
-    if (!Plant::saveRecord(gMODE, mDATA[0], GetCompName()))
+    if (!Plant::saveRecord(mMode, mDATA[0], GetCompName()))
         ShowMsg(QStringLiteral("該当データが存在しません。"), Msg::Critical);
 }

@@ -1,10 +1,11 @@
 #pragma once
 // The planting entry ("作付入力"): one planting, opened from the planting
-// list with gMODE (1 add or copy, 2 change, 3 view, 4 delete) and gROW_IDX
-// (the row of gPLANT_ROWS, -1 for a new one).
+// list with its mode (add or copy, change, view, delete) and the row of
+// gPLANT_ROWS it starts from (-1 for a new one).
 
 #include "rules/planting/PlantData.h"
 
+#include "base/Globals.h"
 #include "ui/Form.h"
 
 class QComboBox;
@@ -15,7 +16,7 @@ class QPushButton;
 class frmPlantInput : public Form {
     Q_OBJECT
 public:
-    explicit frmPlantInput(QWidget *parent = nullptr);
+    explicit frmPlantInput(Mode mode = gMODE, int row = gROW_IDX, QWidget *parent = nullptr);
 
     void InitForm();
     void SetCmb(int index);
@@ -24,6 +25,7 @@ public:
     bool ChkData();
     void SaveData();
 
+    Mode mode() const { return mMode; }
     const PlantRow &record() const { return mDATA[0]; }
 
 protected:
@@ -38,6 +40,8 @@ private:
     void setCropList(const QString &group);
     QString chosenGroup() const;
 
+    const Mode mMode;
+    const int mRow;
     QVector<QLineEdit *> txtDATA;
     QVector<QComboBox *> cmbDATA;
     QVector<QLabel *> lblDATA;

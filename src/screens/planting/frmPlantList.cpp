@@ -1,15 +1,15 @@
 #include "screens/planting/frmPlantList.h"
 
-#include "rules/planting/PlantData.h"
+#include "rules/planting/PlantEntry.h"
+#include "screens/planting/PlantCombo.h"
 #include "screens/planting/frmPlantInput.h"
+#include "store/SqlText.h"
 
-#include "ui/Entry.h"
 #include "base/Globals.h"
 #include "base/Msg.h"
-#include "store/SqlText.h"
-#include "store/Database.h"
+#include "ui/Entry.h"
+#include "ui/Skeletons.h"
 
-#include <QApplication>
 #include <QComboBox>
 #include <QHeaderView>
 #include <QLabel>
@@ -42,7 +42,6 @@ const CtlSpec kControls[] = {
 // Widths of the columns (ID, 作付名, 作付日, 収穫月, 品種, 耕作面積) in twips at the design size.
 const int kColumnWidths[6] = {1000, 3600, 1600, 1300, 2600, 1400};
 
-
 } // namespace
 
 frmPlantList::frmPlantList(QWidget *parent) : Form(QStringLiteral("frmPlantList"), 12400, 9200, parent)
@@ -58,10 +57,10 @@ frmPlantList::frmPlantList(QWidget *parent) : Form(QStringLiteral("frmPlantList"
     setFieldLimit(txtCOND, 4, ImeMode::None);
     // The year goes into the statement as a number.
     entry().setLeaveCheck(txtCOND, [this] {
-        if (txtCOND->text().isEmpty() || IsNumeric(Value(txtCOND->text())))
-            return true;
-        ShowMsg(QStringLiteral("数値を指定してください。"), Msg::Exclamation);
-        return false;
+        const QString refusal = Plant::yearFilterRefusal(txtCOND->text());
+        if (!refusal.isEmpty())
+            ShowMsg(refusal, Msg::Exclamation);
+        return refusal.isEmpty();
     });
     for (QComboBox *c : cmbCOND)
         entry().setLeaveCheck(c, [c] { return settleComboText(c, QStringLiteral("一覧にある項目を選択してください。"), EmptyText::NoChoice); });
@@ -71,10 +70,7 @@ frmPlantList::frmPlantList(QWidget *parent) : Form(QStringLiteral("frmPlantList"
     ListView1->headerItem()->setTextAlignment(5, Qt::AlignRight | Qt::AlignVCenter);
 
     onClick(ctl<QPushButton>(QStringLiteral("cmdFIND")), [this] {
-        QApplication::setOverrideCursor(Qt::WaitCursor);
-        struct Restore {
-            ~Restore() { QApplication::restoreOverrideCursor(); }
-        } restore;
+        WaitCursor wait;
         SetList();
     });
     onClick(cmdMENU[0], [this] { close(); }, false);
@@ -119,24 +115,10 @@ void frmPlantList::InitList()
 
 void frmPlantList::SetCmb(int index)
 {
-    QComboBox *c = cmbCOND[index];
-    c->clear();
-    addEmptyItem(c);
-    if (index == 0) {
-        RecordsetPtr rs =
-            gWORK->GetFwdOnlyRst(QStringLiteral("SELECT L_CROP.CROP_NM1 FROM L_CROP ORDER BY L_CROP.CROP_NM1"));
-        for (; !rs->eof(); rs->MoveNext()) {
-            const QString nm = Nz(rs->Fields(QStringLiteral("CROP_NM1")), Value(QString())).toText();
-            addItem(c, nm, Value(nm));
-        }
-    } else {
-        RecordsetPtr rs = gWORK->GetFwdOnlyRst(
-            QStringLiteral("SELECT L_KBN.ID, L_KBN.NM FROM L_KBN WHERE KBN=11 ORDER BY L_KBN.ID"));
-        for (; !rs->eof(); rs->MoveNext())
-            addItem(c, Nz(rs->Fields(QStringLiteral("NM")), Value(QString())).toText(),
-                    Nz(rs->Fields(QStringLiteral("ID")), Value(0)));
-    }
-    c->setCurrentIndex(-1);
+    if (index == 0)
+        fillCombo(cmbCOND[0], Plant::crops());
+    else
+        fillCombo(cmbCOND[1], Plant::kinds(Plant::Kbn::PlantType));
 }
 
 void frmPlantList::SetList()
@@ -144,14 +126,13 @@ void frmPlantList::SetList()
     const QString year = txtCOND->text();
     const QString crop = cmbCOND[0]->currentIndex() > 0 ? cmbCOND[0]->itemText(cmbCOND[0]->currentIndex()) : QString();
     const Value kind = cmbCOND[1]->currentIndex() > 0 ? currentItemData(cmbCOND[1]) : Value::null();
-    if (!year.isEmpty() && !IsNumeric(Value(year))) {
-        ShowMsg(QStringLiteral("数値を指定してください。"), Msg::Exclamation);
+    const QString refusal = Plant::yearFilterRefusal(year);
+    if (!refusal.isEmpty()) {
+        ShowMsg(refusal, Msg::Exclamation);
         return;
     }
-    RecordsetPtr rs = gDB->GetFwdOnlyRst(Plant::listSql(year, crop, kind));
+    Plant::readList(year, crop, kind);
     ListView1->clear();
-    Plant::loadRows(*rs);
-    rs->Close();
     QList<QTreeWidgetItem *> items;
     for (const PlantRow &r : gPLANT_ROWS) {
         auto *item = new QTreeWidgetItem;
@@ -170,27 +151,17 @@ void frmPlantList::SetList()
         return;
     // The planting saved last; else the first row, so that a row is always
     // at hand while the list has any.
-    const int row = std::max(0, Plant::rowOfPlant(gLAST_PLANT_ID));
-    QTreeWidgetItem *item = ListView1->topLevelItem(row);
-    ListView1->setCurrentItem(item);
-    item->setSelected(true);
-    ListView1->scrollToItem(item);
-}
-
-int frmPlantList::selectedRow() const
-{
-    const QList<QTreeWidgetItem *> sel = ListView1->selectedItems();
-    if (sel.isEmpty())
-        return -1;
-    return ListView1->indexOfTopLevelItem(sel.first());
+    ListScreen::chooseRow(ListView1, std::max(0, Plant::rowOfPlant(gLAST_PLANT_ID)));
 }
 
 void frmPlantList::openEntry(Mode mode, bool needsRow)
 {
-    const int row = needsRow ? selectedRow() : -1;
+    const int row = needsRow ? ListScreen::chosenRow(ListView1) : -1;
     if (needsRow && row < 0)
         return;
+    // The mode stays readable for the entry conventions (the pop-up
+    // calendar of a date field shows only while adding or changing).
     gMODE = mode;
     gROW_IDX = row;
-    openModal(new frmPlantInput);
+    openModal(new frmPlantInput(mode, row));
 }

@@ -22,9 +22,6 @@ public:
     // Reads the plantings again and selects the one saved last.
     void SetList();
 
-    // The place of the selected row from 0; -1 with none.
-    int selectedRow() const;
-
 protected:
     void onLoad() override;
     void onResize() override;

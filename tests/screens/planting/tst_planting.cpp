@@ -1,7 +1,6 @@
-// Plantings: the harvest month, the list's statement, the delete refusals
-// and the save without a window; then the list and the entry driven as a
-// user drives them, with the rows checked in the data database after each
-// save.
+// The planting list and entry driven as a user drives them, with the rows
+// checked in the data database after each save. The rules behind them are
+// tested without a window in tests/rules/planting.
 
 #include "ui/Form.h"
 #include "base/Globals.h"
@@ -12,9 +11,13 @@
 #include "screens/planting/frmPlantInput.h"
 #include "screens/planting/frmPlantList.h"
 #include "store/Database.h"
+#include "support/Build.h"
 #include "support/GuiDriver.h"
 #include "support/MsgRecorder.h"
 #include "support/TestRoot.h"
+#include "ui/Skeletons.h"
+
+#include "rules/planting/PlantSeed.h"
 
 #include <QApplication>
 #include <QCalendarWidget>
@@ -26,25 +29,6 @@
 #include <QtTest/QTest>
 
 namespace {
-
-// Three plantings of farmer 1 in 2024, one of 2023, one of farmer 2 in 2024.
-void seedPlantings()
-{
-    gDB->EXEC("INSERT INTO D_PLANT (FMR_ID, PLANT_ID, PLANT_NM, YYYY, HARVEST_SCHD_YM, CROP_NM, CROP_NM1, CROP_NM2, "
-              "PLANT_TYPE, FIELD_NM, AREA, PLANT_DATE, START_DATE, IMG_PATH1, IMG_PATH2, NOTES1) VALUES "
-              "(1, 1, '春トマト', 2024, '202407', 'トマト', '桃太郎', 'トマト', 2, '東の畑', 12.5, #2024/4/10#, "
-              "#2024/3/1#, 'C:\\img\\a.jpg', 'C:\\img\\b.jpg', 'ハウス２棟')");
-    gDB->EXEC("INSERT INTO D_PLANT (FMR_ID, PLANT_ID, PLANT_NM, YYYY, HARVEST_SCHD_YM, CROP_NM, CROP_NM1, CROP_NM2, "
-              "PLANT_TYPE, AREA, PLANT_DATE, START_DATE) VALUES "
-              "(1, 2, '露地なす', 2024, '202408', 'なす', '千両二号', 'なす', 1, 8, #2024/5/2#, #2024/5/1#)");
-    gDB->EXEC("INSERT INTO D_PLANT (FMR_ID, PLANT_ID, PLANT_NM, YYYY, HARVEST_SCHD_YM, CROP_NM, CROP_NM1, "
-              "PLANT_TYPE, PLANT_DATE, START_DATE) VALUES "
-              "(1, 3, '夏トマト', 2024, '202409', 'トマト', 'ミニトマト', 1, #2024/6/1#, #2024/6/1#)");
-    gDB->EXEC("INSERT INTO D_PLANT (FMR_ID, PLANT_ID, PLANT_NM, YYYY, HARVEST_SCHD_YM, CROP_NM, PLANT_DATE, "
-              "START_DATE) VALUES (1, 4, '去年のキャベツ', 2023, '202311', 'キャベツ', #2023/8/20#, #2023/8/1#)");
-    gDB->EXEC("INSERT INTO D_PLANT (FMR_ID, PLANT_ID, PLANT_NM, YYYY, HARVEST_SCHD_YM, CROP_NM, PLANT_DATE, "
-              "START_DATE) VALUES (2, 7, '隣の畑のなす', 2024, '202408', 'なす', #2024/5/5#, #2024/5/5#)");
-}
 
 Value plantField(int farmer, int id, const char *column)
 {
@@ -86,43 +70,22 @@ int rowOf(QTreeWidget *list, const QString &name)
     return -1;
 }
 
-void selectRow(QTreeWidget *list, int row)
-{
-    list->clearSelection();
-    list->setCurrentItem(list->topLevelItem(row));
-    list->topLevelItem(row)->setSelected(true);
-}
-
 QLineEdit *txt(Form &f, int i) { return f.ctl<QLineEdit>(QStringLiteral("txtDATA(%1)").arg(i)); }
 QComboBox *cmb(Form &f, int i) { return f.ctl<QComboBox>(QStringLiteral("cmbDATA(%1)").arg(i)); }
 QPushButton *btn(Form &f, int i) { return f.ctl<QPushButton>(QStringLiteral("cmdMENU(%1)").arg(i)); }
 
-// A drop-down list left open (offscreen, a click elsewhere doesn't close it)
-// would hold every focus change of the screen.
-void closePopups()
-{
-    for (int i = 0; i < 5 && QApplication::activePopupWidget(); ++i) {
-        QApplication::activePopupWidget()->close();
-        Gui::settle();
-    }
-}
-
 void typeAndLeave(Form &f, int box, const QString &text)
 {
-    closePopups();
     Gui::type(txt(f, box), text);
     Gui::leave(txt(f, box));
-    closePopups();
+    Gui::closePopups();
 }
 
 // Into a drop-down with its list closed.
 void focusCombo(QComboBox *combo)
 {
-    closePopups();
-    if (!combo->hasFocus())
-        combo->setFocus(Qt::TabFocusReason);
-    Gui::settle();
-    closePopups();
+    Gui::focus(combo);
+    Gui::closePopups();
     QVERIFY(combo->hasFocus());
 }
 
@@ -131,12 +94,9 @@ void chooseText(QComboBox *combo, const QString &text)
 {
     const int i = combo->findText(text, Qt::MatchExactly);
     QVERIFY2(i >= 0, qPrintable(text));
-    focusCombo(combo);
-    combo->setCurrentIndex(i);
-    emit combo->activated(i);
-    Gui::settle();
+    Gui::choose(combo, i);
     Gui::leave(combo);
-    closePopups();
+    Gui::closePopups();
 }
 
 // The list, open as the calendar opens it, with the farmer 1 and a month of 2024.
@@ -166,118 +126,6 @@ private slots:
         gUSE_TYPE = 1;
         gLAST_PLANT_ID = Value();
         gPLANT_ROWS.clear();
-    }
-
-    // ---------------------------------------------------------------- rules
-
-    void harvestMonth_data()
-    {
-        QTest::addColumn<QString>("year");
-        QTest::addColumn<QString>("month");
-        QTest::addColumn<QString>("ym");
-        const QDate today = QDate::currentDate();
-        const QString thisYear = QString::number(today.year());
-        const QString thisMonth = QStringLiteral("%1").arg(today.month(), 2, 10, QLatin1Char('0'));
-        QTest::newRow("plain") << "2024" << "5" << "202405";
-        QTest::newRow("month 13 rolls into the next year") << "2024" << "13" << "202501";
-        QTest::newRow("month 25 two years on") << "2024" << "25" << "202601";
-        QTest::newRow("month -1 goes back") << "2024" << "-1" << "202311";
-        QTest::newRow("month 0 is this month") << "2024" << "0" << QStringLiteral("2024") + thisMonth;
-        QTest::newRow("empty month is this month") << "2024" << "" << QStringLiteral("2024") + thisMonth;
-        QTest::newRow("year 0 is this year") << "0" << "3" << thisYear + QStringLiteral("03");
-        QTest::newRow("empty year is this year") << "" << "3" << thisYear + QStringLiteral("03");
-        QTest::newRow("full-width digits") << "２０２４" << "１２" << "202412";
-        QTest::newRow("two-digit year below 30") << "24" << "1" << "202401";
-        QTest::newRow("two-digit year from 30") << "95" << "1" << "199501";
-        QTest::newRow("halves go to even") << "2024" << "2.5" << "202402";
-        QTest::newRow("beyond 9999") << "9999" << "13" << "";
-        QTest::newRow("negative year") << "-5" << "1" << "";
-    }
-    void harvestMonth()
-    {
-        QFETCH(QString, year);
-        QFETCH(QString, month);
-        QFETCH(QString, ym);
-        const Plant::HarvestMonth h = Plant::harvestMonth(year, month, QDate::currentDate());
-        QCOMPARE(h.ok, !ym.isEmpty());
-        if (h.ok) {
-            QCOMPARE(h.ym, ym);
-            QCOMPARE(h.year, ym.left(4).toInt());
-            QCOMPARE(h.month, ym.right(2).toInt());
-        }
-    }
-
-    void harvestMonthShownInTheBoxesAndTheList()
-    {
-        QCOMPARE(Plant::harvestYearText(Value("202501")), QStringLiteral("2025"));
-        QCOMPARE(Plant::harvestMonthText(Value("202501")), QStringLiteral("01"));
-        QCOMPARE(Plant::harvestListText(Value("202501")), QStringLiteral("2025/01"));
-        QCOMPARE(Plant::harvestListText(Value(202412)), QStringLiteral("2024/12"));
-        // short numbers are padded, as the mask pads them
-        QCOMPARE(Plant::harvestDigits(Value("2024")), QStringLiteral("002024"));
-        QCOMPARE(Plant::harvestYearText(Value("2024")), QStringLiteral("0020"));
-        QCOMPARE(Plant::harvestListText(Value("2024")), QStringLiteral("0020/24"));
-        // empty and odd text
-        QCOMPARE(Plant::harvestListText(Value::null()), QString());
-        QCOMPARE(Plant::harvestYearText(Value::null()), QString());
-        QCOMPARE(Plant::harvestListText(Value("未定")), QStringLiteral("未定"));
-    }
-
-    void listStatement()
-    {
-        const QString order = QStringLiteral(" ORDER BY D_PLANT.YYYY, D_PLANT.CROP_NM, D_PLANT.PLANT_DATE");
-        QCOMPARE(Plant::listSql(QString(), QString(), Value::null()),
-                 QStringLiteral("SELECT D_PLANT.*  FROM D_PLANT ") + order);
-        QCOMPARE(Plant::listSql(QStringLiteral("2024"), QStringLiteral("トマト"), Value(2)),
-                 QStringLiteral("SELECT D_PLANT.*  FROM D_PLANT  WHERE D_PLANT.YYYY=2024 AND  "
-                                "D_PLANT.CROP_NM='トマト' AND  D_PLANT.PLANT_TYPE=2") + order);
-        // the empty kind (0) is no criterion; a full-width year goes in as its number
-        QCOMPARE(Plant::listSql(QStringLiteral("２０２４"), QString(), Value(0)),
-                 QStringLiteral("SELECT D_PLANT.*  FROM D_PLANT  WHERE D_PLANT.YYYY=2024") + order);
-    }
-
-    void deleteRefusalNamesTheEarliestDay()
-    {
-        TestRoot root;
-        seedPlantings();
-        // planting 1: work on 5/20 and 5/3, a shipment on 4/1; planting 2: shipments only
-        gDB->EXEC("INSERT INTO D_DIARY_DTL (FMR_ID, WORK_DATE, DTL_NO, PLANT_ID, WORK_KBN) VALUES (1, #2024/5/20#, 1, 1, 3)");
-        gDB->EXEC("INSERT INTO D_DIARY_DTL (FMR_ID, WORK_DATE, DTL_NO, PLANT_ID, WORK_KBN) VALUES (1, #2024/5/3#, 2, 1, 3)");
-        gDB->EXEC("INSERT INTO D_SHIP (FMR_ID, SHIP_ID, SHIP_DATE, PLANT_ID) VALUES (1, 1, #2024/4/1#, 1)");
-        gDB->EXEC("INSERT INTO D_SHIP (FMR_ID, SHIP_ID, SHIP_DATE, PLANT_ID) VALUES (1, 2, #2024/8/12#, 2)");
-        gDB->EXEC("INSERT INTO D_SHIP (FMR_ID, SHIP_ID, SHIP_DATE, PLANT_ID) VALUES (1, 3, #2024/10/2#, 2)");
-        // another farmer's lines under the same number count for nothing
-        gDB->EXEC("INSERT INTO D_DIARY_DTL (FMR_ID, WORK_DATE, DTL_NO, PLANT_ID, WORK_KBN) VALUES (2, #2024/1/9#, 1, 3, 3)");
-        QCOMPARE(Plant::deleteRefusal(Value(1), Value(1)),
-                 QStringLiteral("5月3日に作業登録されていますので、削除できません。"));
-        QCOMPARE(Plant::deleteRefusal(Value(1), Value(2)),
-                 QStringLiteral("8月12日に出荷登録されていますので、削除できません。"));
-        QCOMPARE(Plant::deleteRefusal(Value(1), Value(3)), QString());
-    }
-
-    void saveWritesByNumberAlone()
-    {
-        TestRoot root;
-        // farmer 1's planting 5 comes first, then farmer 2's with the same number
-        gDB->EXEC("INSERT INTO D_PLANT (FMR_ID, PLANT_ID, PLANT_NM, YYYY) VALUES (1, 5, '一の五', 2024)");
-        gDB->EXEC("INSERT INTO D_PLANT (FMR_ID, PLANT_ID, PLANT_NM, YYYY) VALUES (2, 5, '二の五', 2024)");
-        QCOMPARE(Plant::nextPlantId(Value(1)), Value(6));
-        QCOMPARE(Plant::nextPlantId(Value(3)), Value(1));
-        // a change of farmer 2's planting lands on the first row of that number
-        PlantRow r;
-        r.FMR_ID = Value(2);
-        r.PLANT_ID = Value(5);
-        r.PLANT_NM = Value("書き換え");
-        r.YYYY = Value(2025);
-        QVERIFY(Plant::saveRecord(Mode::Change, r, QStringLiteral("PC-1")));
-        QCOMPARE(rowText(1, 5, "FMR_ID PLANT_NM YYYY LAST_TM HOLD_TM"), QStringLiteral("1|書き換え|2025|PC-1|-"));
-        QCOMPARE(rowText(2, 5, "PLANT_NM YYYY"), QStringLiteral("二の五|2024"));
-        QVERIFY(!plantField(1, 5, "UDATE").isNull());
-        // a number that is gone: nothing written
-        r.PLANT_ID = Value(9);
-        QVERIFY(!Plant::saveRecord(Mode::Change, r, QStringLiteral("PC-1")));
-        QVERIFY(!Plant::saveRecord(Mode::Delete, r, QStringLiteral("PC-1")));
-        QCOMPARE(plantCount(), 2);
     }
 
     // ---------------------------------------------------------------- list
@@ -324,18 +172,18 @@ private slots:
         focusCombo(crop);
         crop->lineEdit()->setText(QStringLiteral("バナナ"));
         Gui::leave(crop);
-        closePopups();
+        Gui::closePopups();
         QCOMPARE(QApplication::focusWidget(), crop);
         QCOMPARE(rig.msgs.count(), 1);
         // emptied, it filters nothing
         crop->lineEdit()->clear();
         Gui::leave(crop);
-        closePopups();
+        Gui::closePopups();
         QCOMPARE(crop->currentIndex(), -1);
         // a year that is no number holds the focus too
         Gui::type(year, QStringLiteral("令和"));
         Gui::leave(year);
-        closePopups();
+        Gui::closePopups();
         QCOMPARE(rig.msgs.lastPrompt(), QStringLiteral("数値を指定してください。"));
         QCOMPARE(QApplication::focusWidget(), year);
         Gui::type(year, QStringLiteral("２０２３"));
@@ -430,7 +278,7 @@ private slots:
         QCOMPARE(rig.view->topLevelItemCount(), 4);
         Gui::type(rig.list.ctl<QLineEdit>("txtCOND(0)"), QStringLiteral("2025"));
         Gui::click(rig.list.ctl<QPushButton>("cmdFIND"));
-        QCOMPARE(rig.list.selectedRow(), 0);
+        QCOMPARE(ListScreen::chosenRow(rig.view), 0);
         QCOMPARE(rig.view->topLevelItem(0)->text(3), QStringLiteral("2025/01"));
     }
 
@@ -440,7 +288,7 @@ private slots:
         seedPlantings();
         ListRig rig;
         const int row = rowOf(rig.view, QStringLiteral("春トマト"));
-        selectRow(rig.view, row);
+        ListScreen::chooseRow(rig.view, row);
         rig.modals.on("frmPlantInput", [&](Form &f) {
             QCOMPARE(gMODE, Mode::Change);
             QCOMPARE(gROW_IDX, row);
@@ -469,7 +317,7 @@ private slots:
                  QStringLiteral("春トマト（大玉）|202408|桃太郎|ハウス２棟|2024/03/01|-|-"));
         QVERIFY(!plantField(1, 1, "UDATE").isNull());
         // the saved planting is selected in the list read again
-        QCOMPARE(rig.list.selectedRow(), rowOf(rig.view, QStringLiteral("春トマト（大玉）")));
+        QCOMPARE(ListScreen::chosenRow(rig.view), rowOf(rig.view, QStringLiteral("春トマト（大玉）")));
         QCOMPARE(gLAST_PLANT_ID, Value(1));
     }
 
@@ -478,7 +326,7 @@ private slots:
         TestRoot root;
         seedPlantings();
         ListRig rig;
-        selectRow(rig.view, rowOf(rig.view, QStringLiteral("夏トマト")));
+        ListScreen::chooseRow(rig.view, rowOf(rig.view, QStringLiteral("夏トマト")));
         rig.modals.on("frmPlantInput", [&](Form &f) {
             gDB->EXEC("DELETE D_PLANT.* FROM D_PLANT WHERE PLANT_ID=3");
             typeAndLeave(f, 8, QStringLiteral("夏トマト２"));
@@ -517,7 +365,7 @@ private slots:
         seedPlantings();
         ListRig rig;
         const int row = rowOf(rig.view, QStringLiteral("隣の畑のなす"));
-        selectRow(rig.view, row);
+        ListScreen::chooseRow(rig.view, row);
         rig.modals.on("frmPlantInput", [&](Form &f) {
             QCOMPARE(gMODE, Mode::Add);
             QCOMPARE(gROW_IDX, row);
@@ -544,7 +392,7 @@ private slots:
         // a hold of this computer, left from before, is released as the entry closes
         gDB->EXEC(QStringLiteral("UPDATE D_PLANT SET HOLD_TM='%1' WHERE PLANT_ID=2").arg(GetCompName()));
         ListRig rig;
-        selectRow(rig.view, rowOf(rig.view, QStringLiteral("春トマト")));
+        ListScreen::chooseRow(rig.view, rowOf(rig.view, QStringLiteral("春トマト")));
         rig.modals.on("frmPlantInput", [&](Form &f) {
             QCOMPARE(gMODE, Mode::View);
             QCOMPARE(btn(f, 0)->text(), QStringLiteral("閉じる"));
@@ -568,14 +416,14 @@ private slots:
         TestRoot root;
         seedPlantings();
         // work on 露地なす (planting 2) on 6/10 and 5/15, shipments from it on 4/30
-        gDB->EXEC("INSERT INTO D_DIARY_DTL (FMR_ID, WORK_DATE, DTL_NO, PLANT_ID, WORK_KBN) VALUES (1, #2024/6/10#, 1, 2, 3)");
-        gDB->EXEC("INSERT INTO D_DIARY_DTL (FMR_ID, WORK_DATE, DTL_NO, PLANT_ID, WORK_KBN) VALUES (1, #2024/5/15#, 1, 2, 3)");
-        gDB->EXEC("INSERT INTO D_SHIP (FMR_ID, SHIP_ID, SHIP_DATE, PLANT_ID) VALUES (1, 1, #2024/4/30#, 2)");
+        Build::diaryLine(QDate(2024, 6, 10), 1, 3).set("PLANT_ID", 2).add();
+        Build::diaryLine(QDate(2024, 5, 15), 1, 3).set("PLANT_ID", 2).add();
+        Build::shipment(1, QDate(2024, 4, 30)).set("PLANT_ID", 2).add();
         // a shipment from 夏トマト (planting 3)
-        gDB->EXEC("INSERT INTO D_SHIP (FMR_ID, SHIP_ID, SHIP_DATE, PLANT_ID) VALUES (1, 2, #2024/9/15#, 3)");
+        Build::shipment(2, QDate(2024, 9, 15)).set("PLANT_ID", 3).add();
         ListRig rig;
         auto deleteRow = [&](const QString &name) {
-            selectRow(rig.view, rowOf(rig.view, name));
+            ListScreen::chooseRow(rig.view, rowOf(rig.view, name));
             rig.modals.on("frmPlantInput", [&](Form &f) {
                 QCOMPARE(gMODE, Mode::Delete);
                 QCOMPARE(btn(f, 0)->text(), QStringLiteral("ｷｬﾝｾﾙ"));
@@ -639,7 +487,7 @@ private slots:
         seedPlantings();
         ListRig rig;
         const QString today = QDate::currentDate().toString(QStringLiteral("yyyy/MM/dd"));
-        selectRow(rig.view, rowOf(rig.view, QStringLiteral("春トマト")));
+        ListScreen::chooseRow(rig.view, rowOf(rig.view, QStringLiteral("春トマト")));
         rig.modals.on("frmPlantInput", [&](Form &f) {
             Gui::click(btn(f, 2));
             QCOMPARE(txt(f, 10)->text(), today);
@@ -709,12 +557,32 @@ private slots:
                  QString(50, QChar(0x3042)) + QStringLiteral("|'; DROP TABLE D_PLANT; --|99999999|-"));
     }
 
+    void openedWithItsModeAndRow()
+    {
+        TestRoot root;
+        seedPlantings();
+        MsgRecorder msgs;
+        Plant::readList(QStringLiteral("2024"), QString(), Value::null());
+        // what the screen is opened with counts, not what was handed over last
+        gMODE = Mode::Add;
+        gROW_IDX = -1;
+        frmPlantInput f(Mode::View, 2);
+        Gui::show(&f);
+        QCOMPARE(f.mode(), Mode::View);
+        QCOMPARE(txt(f, 8)->text(), gPLANT_ROWS[2].PLANT_NM.toText());
+        QCOMPARE(btn(f, 0)->text(), QStringLiteral("閉じる"));
+        QVERIFY(!btn(f, 1)->isVisible());
+        QVERIFY(txt(f, 8)->isReadOnly());
+        f.close();
+        QVERIFY(msgs.messages.isEmpty());
+    }
+
     void resizingStartsTheEntryOver()
     {
         TestRoot root;
         seedPlantings();
         ListRig rig;
-        selectRow(rig.view, rowOf(rig.view, QStringLiteral("春トマト")));
+        ListScreen::chooseRow(rig.view, rowOf(rig.view, QStringLiteral("春トマト")));
         rig.modals.on("frmPlantInput", [&](Form &f) {
             typeAndLeave(f, 8, QStringLiteral("消える名前"));
             f.resize(f.width() + 120, f.height() + 60);
