@@ -188,7 +188,6 @@ private slots:
         gFMR_ID = Value(1);
         gUSE_TYPE = 1;
         gLAST_CHEMI_ID = Value();
-        gCHEMI_ROWS.clear();
         setCompNameForTests(QStringLiteral("PC-PEST"));
     }
 
@@ -313,8 +312,8 @@ private slots:
             cells << first->text(c);
         QCOMPARE(cells.join(QLatin1Char('|')), QStringLiteral("1|殺虫剤|ハルカゼ乳剤（見本）|90001|2024/04/03|3|1|2"));
         QCOMPARE(rig.view->headerItem()->data(1, Qt::UserRole).toString(), QStringLiteral("USED"));
-        QCOMPARE(gCHEMI_ROWS.size(), 2);
-        QCOMPARE(gCHEMI_ROWS[0].NOTES.toText(), QStringLiteral("春の分"));
+        QCOMPARE(rig.list.rows().size(), 2);
+        QCOMPARE(rig.list.rows()[0].NOTES.toText(), QStringLiteral("春の分"));
         QVERIFY(!rig.list.ctl<QPushButton>("cmdMENU(6)")->isEnabled());
 
         // 検索 first gives back what no diary line uses: lot 4's stale count goes
