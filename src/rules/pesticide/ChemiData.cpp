@@ -104,6 +104,16 @@ const ColumnMap<ChemiRow> &ChemiRow::map()
     return m;
 }
 
+const ColumnMap<ApplRow> &ApplRow::map()
+{
+    static const ColumnMap<ApplRow> m{
+        {"TARGET", &ApplRow::TARGET}, {"PURPOSE", &ApplRow::PURPOSE},     {"DILUTION", &ApplRow::DILUTION},
+        {"USE_QTY", &ApplRow::USE_QTY}, {"SEASON", &ApplRow::SEASON}, {"USE_TIMES", &ApplRow::USE_TIMES},
+        {"USE_WAY", &ApplRow::USE_WAY},
+    };
+    return m;
+}
+
 namespace Chemi {
 
 // ---------------------------------------------------------------- lists offered
@@ -306,15 +316,7 @@ QVector<ApplRow> applications(const Value &regNo, const Crop &crop)
                           textField(*rs, "CROP_KBN_NG")};
         if (!cropApplies(m, crop))
             continue;
-        ApplRow a;
-        a.TARGET = rs->Fields(QStringLiteral("TARGET"));
-        a.PURPOSE = rs->Fields(QStringLiteral("PURPOSE"));
-        a.DILUTION = rs->Fields(QStringLiteral("DILUTION"));
-        a.USE_QTY = rs->Fields(QStringLiteral("USE_QTY"));
-        a.SEASON = rs->Fields(QStringLiteral("SEASON"));
-        a.USE_TIMES = rs->Fields(QStringLiteral("USE_TIMES"));
-        a.USE_WAY = rs->Fields(QStringLiteral("USE_WAY"));
-        out.append(a);
+        out.append(ApplRow::map().read(*rs));
     }
     rs->Close();
     return out;

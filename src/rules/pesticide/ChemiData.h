@@ -26,6 +26,8 @@ struct ChemiRow {
 // One registered use shown on the entry screen.
 struct ApplRow {
     Value TARGET, PURPOSE, DILUTION, USE_QTY, SEASON, USE_TIMES, USE_WAY;
+
+    static const ColumnMap<ApplRow> &map();
 };
 
 namespace Chemi {

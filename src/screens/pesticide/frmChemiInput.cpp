@@ -95,6 +95,15 @@ const struct {
 
 } // namespace
 
+void setEntries(QComboBox *combo, const QVector<Chemi::Entry> &entries)
+{
+    combo->clear();
+    addEmptyItem(combo);
+    for (const Chemi::Entry &e : entries)
+        addItem(combo, e.text, e.id);
+    combo->setCurrentIndex(-1);
+}
+
 frmChemiInput::frmChemiInput(Mode mode, const ChemiRow &row, QWidget *parent)
     : Form(QStringLiteral("frmChemiInput"), 12400, 9200, parent), mMode(mode), mOpened(row)
 {
@@ -206,12 +215,7 @@ void frmChemiInput::SetCmb(int index)
     case Chemi::UnitList: entries = Chemi::units(); break;
     default: return;
     }
-    QComboBox *c = cmbDATA[index];
-    c->clear();
-    addEmptyItem(c);
-    for (const Chemi::Entry &e : entries)
-        addItem(c, e.text, e.id);
-    c->setCurrentIndex(-1);
+    setEntries(cmbDATA[index], entries);
 }
 
 void frmChemiInput::SetCmbInfo()

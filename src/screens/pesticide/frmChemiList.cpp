@@ -158,15 +158,7 @@ void frmChemiList::InitList()
         ListView1->setColumnWidth(i, int(kColumns[i].width * rateX() / TwipsPerPixel));
 }
 
-void frmChemiList::SetCmb()
-{
-    const QVector<Chemi::Entry> uses = Chemi::uses();
-    cmbCOND->clear();
-    addEmptyItem(cmbCOND);
-    for (const Chemi::Entry &e : uses)
-        addItem(cmbCOND, e.text, e.id);
-    cmbCOND->setCurrentIndex(-1);
-}
+void frmChemiList::SetCmb() { setEntries(cmbCOND, Chemi::uses()); }
 
 void frmChemiList::SetList()
 {
