@@ -3,59 +3,15 @@
 #include "base/AppError.h"
 #include "base/Globals.h"
 #include "base/Helpers.h"
-#include "store/SqlText.h"
+#include "rules/common/Ids.h"
 #include "store/Database.h"
 #include "store/Lookup.h"
-
-#include <QHash>
-#include <QRegularExpression>
+#include "store/SqlText.h"
+#include "store/Stmt.h"
 
 #include <cmath>
 
-QVector<ChemiRow> gCHEMI_ROWS;
-
 namespace {
-
-using Member = Value ChemiRow::*;
-
-struct ColumnMember {
-    const char *name;
-    Member member;
-};
-
-const ColumnMember kMembers[] = {
-    {"FMR_ID", &ChemiRow::FMR_ID},         {"CHEMI_ID", &ChemiRow::CHEMI_ID},
-    {"CHEMI_NM", &ChemiRow::CHEMI_NM},     {"REG_NO", &ChemiRow::REG_NO},
-    {"USES", &ChemiRow::USES},             {"MAKER_NM", &ChemiRow::MAKER_NM},
-    {"CHEMI_TYPE", &ChemiRow::CHEMI_TYPE}, {"CHEMI_KIND", &ChemiRow::CHEMI_KIND},
-    {"PUR_DATE", &ChemiRow::PUR_DATE},     {"PUR_SHOP", &ChemiRow::PUR_SHOP},
-    {"PUR_QTY", &ChemiRow::PUR_QTY},       {"PUR_UNIT", &ChemiRow::PUR_UNIT},
-    {"ACC_ID", &ChemiRow::ACC_ID},         {"PUR_AMT", &ChemiRow::PUR_AMT},
-    {"USED_QTY", &ChemiRow::USED_QTY},     {"REST_QTY", &ChemiRow::REST_QTY},
-    {"NOTES", &ChemiRow::NOTES},           {"LEDGE_ID", &ChemiRow::LEDGE_ID},
-    {"CHK_FLG", &ChemiRow::CHK_FLG},       {"IDATE", &ChemiRow::IDATE},
-    {"UDATE", &ChemiRow::UDATE},           {"LAST_TM", &ChemiRow::LAST_TM},
-    {"HOLD_TM", &ChemiRow::HOLD_TM},
-};
-
-const QHash<QString, Member> &memberIndex()
-{
-    static const QHash<QString, Member> index = [] {
-        QHash<QString, Member> h;
-        for (const ColumnMember &c : kMembers)
-            h.insert(QString::fromLatin1(c.name), c.member);
-        return h;
-    }();
-    return index;
-}
-
-Member memberOf(const QString &column)
-{
-    const Member m = memberIndex().value(column.toUpper(), nullptr);
-    if (!m)
-        raiseError(VbErr::ItemNotFound, column);
-    return m;
-}
 
 // The items of a "," list, or none for an empty column.
 bool listHas(const QString &list, const QString &a, const QString *b = nullptr)
@@ -73,104 +29,239 @@ QString textField(const Recordset &rs, const char *column)
     return Nz(rs.Fields(QString::fromLatin1(column)), Value(QString())).toText();
 }
 
-QString dateLiteral(const QDateTime &dt) { return QLatin1Char('#') + DateUtil::sqlText(dt) + QLatin1Char('#'); }
+// A registration number as the register is searched by it: the leading
+// number of what was typed, as a number typed into a code field is read
+// (第123号 and an empty number are 0, which no pesticide has).
+Value regNumber(const QString &typed) { return Value(leadingNumber(typed)); }
 
-// A typed date as the statement takes it; text that is no date as typed.
-QString filterDate(const QString &typed)
+// A typed purchase date of the list's filter. The filter's boxes let only
+// dates the tables can hold through; anything else is the date error.
+QDateTime filterDay(const QString &typed)
+{
+    QDateTime d;
+    if (!DateUtil::parseStorable(typed, d))
+        raiseError(VbErr::DateSyntax, typed);
+    return d;
+}
+
+// A number as typed ("１２", "1,200") kept as its value; none for other text.
+Value numberOrNull(const QString &t)
+{
+    double d;
+    if (t.isEmpty() || !parseNumber(t, d) || !std::isfinite(d))
+        return Value::null();
+    return Value(d);
+}
+
+// A date the data tables can hold; none for other text.
+Value dateOrNull(const QString &t)
 {
     QDateTime dt;
-    if (DateUtil::parse(typed, dt))
-        return DateUtil::format(dt, QStringLiteral("yyyy/MM/dd"));
-    return typed;
+    if (!DateUtil::parseStorable(t, dt))
+        return Value::null();
+    return Value(dt);
 }
 
 double numberOf(const Value &v) { return hasValue(v) ? v.toDouble() : 0; }
 
 Currency amountOf(const Value &v) { return hasValue(v) ? v.toCurrency() : Currency(); }
 
+QVector<Chemi::Entry> entries(const QString &sql)
+{
+    QVector<Chemi::Entry> out;
+    RecordsetPtr rs = gWORK->GetFwdOnlyRst(sql);
+    for (; !rs->eof(); rs->MoveNext())
+        out.append({Nz(rs->Fields(QStringLiteral("NM")), Value(QString())).toText(),
+                    Nz(rs->Fields(QStringLiteral("ID")), Value(0))});
+    rs->Close();
+    return out;
+}
+
 } // namespace
 
 ChemiRow::ChemiRow()
 {
-    for (const ColumnMember &c : kMembers)
-        this->*c.member = Value::null();
+    for (const QString &c : map().names())
+        map().of(*this, c) = Value::null();
 }
 
-Value &ChemiRow::field(const QString &column) { return this->*memberOf(column); }
-
-const Value &ChemiRow::field(const QString &column) const { return this->*memberOf(column); }
-
-const QStringList &ChemiRow::columns()
+const ColumnMap<ChemiRow> &ChemiRow::map()
 {
-    static const QStringList all = [] {
-        QStringList out;
-        for (const ColumnMember &c : kMembers)
-            out << QString::fromLatin1(c.name);
-        return out;
-    }();
-    return all;
+    static const ColumnMap<ChemiRow> m{
+        {"FMR_ID", &ChemiRow::FMR_ID},         {"CHEMI_ID", &ChemiRow::CHEMI_ID},
+        {"CHEMI_NM", &ChemiRow::CHEMI_NM},     {"REG_NO", &ChemiRow::REG_NO},
+        {"USES", &ChemiRow::USES},             {"MAKER_NM", &ChemiRow::MAKER_NM},
+        {"CHEMI_TYPE", &ChemiRow::CHEMI_TYPE}, {"CHEMI_KIND", &ChemiRow::CHEMI_KIND},
+        {"PUR_DATE", &ChemiRow::PUR_DATE},     {"PUR_SHOP", &ChemiRow::PUR_SHOP},
+        {"PUR_QTY", &ChemiRow::PUR_QTY},       {"PUR_UNIT", &ChemiRow::PUR_UNIT},
+        {"ACC_ID", &ChemiRow::ACC_ID},         {"PUR_AMT", &ChemiRow::PUR_AMT},
+        {"USED_QTY", &ChemiRow::USED_QTY},     {"REST_QTY", &ChemiRow::REST_QTY},
+        {"NOTES", &ChemiRow::NOTES},           {"LEDGE_ID", &ChemiRow::LEDGE_ID},
+        {"CHK_FLG", &ChemiRow::CHK_FLG},       {"IDATE", &ChemiRow::IDATE},
+        {"UDATE", &ChemiRow::UDATE},           {"LAST_TM", &ChemiRow::LAST_TM},
+        {"HOLD_TM", &ChemiRow::HOLD_TM},
+    };
+    return m;
+}
+
+const ColumnMap<ApplRow> &ApplRow::map()
+{
+    static const ColumnMap<ApplRow> m{
+        {"TARGET", &ApplRow::TARGET}, {"PURPOSE", &ApplRow::PURPOSE},     {"DILUTION", &ApplRow::DILUTION},
+        {"USE_QTY", &ApplRow::USE_QTY}, {"SEASON", &ApplRow::SEASON}, {"USE_TIMES", &ApplRow::USE_TIMES},
+        {"USE_WAY", &ApplRow::USE_WAY},
+    };
+    return m;
 }
 
 namespace Chemi {
 
+// ---------------------------------------------------------------- lists offered
+
+QVector<Entry> uses() { return entries(QStringLiteral("SELECT L_KBN.ID, L_KBN.NM FROM L_KBN WHERE KBN=15 ORDER BY L_KBN.ID")); }
+
+QVector<Entry> formulations()
+{
+    return entries(QStringLiteral("SELECT L_KBN.ID, L_KBN.NM FROM L_KBN WHERE KBN=16 ORDER BY L_KBN.ID"));
+}
+
+QVector<Entry> units()
+{
+    return entries(QStringLiteral("SELECT L_CHEMI_UNIT.ID, L_CHEMI_UNIT.NM FROM L_CHEMI_UNIT ORDER BY L_CHEMI_UNIT.ID"));
+}
+
+QStringList crops()
+{
+    QStringList out;
+    RecordsetPtr rs =
+        gWORK->GetFwdOnlyRst(QStringLiteral("SELECT L_CROP.CROP_NM1 FROM L_CROP ORDER BY L_CROP.CROP_NM1"));
+    for (; !rs->eof(); rs->MoveNext())
+        out << textField(*rs, "CROP_NM1");
+    rs->Close();
+    return out;
+}
+
+// ---------------------------------------------------------------- the list
+
 QString listSql(const ListFilter &f)
 {
-    QStringList criteria{QStringLiteral(" D_CHEMI.FMR_ID=") + Sql::number(f.farmer)};
+    QVector<Stmt> criteria{Stmt(" D_CHEMI.FMR_ID=?").num(f.farmer)};
     if (hasValue(f.uses) && !isNumber(f.uses, 0))
-        criteria << QStringLiteral(" D_CHEMI.USES=") + Sql::number(f.uses);
-    if (!f.name.isEmpty()) {
-        criteria << QStringLiteral(" D_CHEMI.CHEMI_NM LIKE '%") + Sql::escaped(f.name) + QStringLiteral("%'");
-    }
+        criteria << Stmt(" D_CHEMI.USES=?").num(f.uses);
+    if (!f.name.isEmpty())
+        criteria << Stmt(" D_CHEMI.CHEMI_NM LIKE ?").text(QLatin1Char('%') + f.name + QLatin1Char('%'));
     if (!f.dateFrom.isEmpty())
-        criteria << QStringLiteral(" D_CHEMI.PUR_DATE>=#") + filterDate(f.dateFrom) + QStringLiteral("#");
+        criteria << Stmt(" D_CHEMI.PUR_DATE>=?").day(filterDay(f.dateFrom));
     if (!f.dateTo.isEmpty())
-        criteria << QStringLiteral(" D_CHEMI.PUR_DATE<=#") + filterDate(f.dateTo) + QStringLiteral("#");
+        criteria << Stmt(" D_CHEMI.PUR_DATE<=?").day(filterDay(f.dateTo));
     if (!f.regNo.isEmpty())
-        criteria << QStringLiteral(" D_CHEMI.REG_NO=") + Sql::leadingNumber(f.regNo);
+        criteria << Stmt(" D_CHEMI.REG_NO=?").num(regNumber(f.regNo));
     if (f.stock == Stock::InHand)
-        criteria << QStringLiteral(" D_CHEMI.REST_QTY>0");
+        criteria << Stmt(" D_CHEMI.REST_QTY>0");
     else if (f.stock == Stock::UsedUp)
-        criteria << QStringLiteral(" ((D_CHEMI.REST_QTY<=0) OR (D_CHEMI.REST_QTY IS NULL))");
-    return QStringLiteral("SELECT") + QStringLiteral(" D_CHEMI.* ") + QStringLiteral(" FROM D_CHEMI ") +
-           QStringLiteral(" WHERE") + criteria.join(QStringLiteral(" AND ")) +
-           QStringLiteral(" ORDER BY D_CHEMI.PUR_DATE, D_CHEMI.CHEMI_NM");
+        criteria << Stmt(" ((D_CHEMI.REST_QTY<=0) OR (D_CHEMI.REST_QTY IS NULL))");
+    return Stmt("SELECT D_CHEMI.*  FROM D_CHEMI  WHERE? ORDER BY D_CHEMI.PUR_DATE, D_CHEMI.CHEMI_NM")
+        .part(Stmt::joined(criteria, QStringLiteral(" AND ")));
 }
 
-void loadRows(Recordset &rs)
+QVector<ChemiRow> readLots(const ListFilter &f)
 {
-    gCHEMI_ROWS.clear();
-    const QStringList &cols = ChemiRow::columns();
-    for (; !rs.eof(); rs.MoveNext()) {
-        ChemiRow row;
-        for (const QString &c : cols)
-            row.field(c) = rs.Fields(c);
-        gCHEMI_ROWS.append(row);
-    }
+    QVector<ChemiRow> rows;
+    RecordsetPtr rs = gDB->GetFwdOnlyRst(listSql(f));
+    for (; !rs->eof(); rs->MoveNext())
+        rows.append(ChemiRow::map().read(*rs));
+    rs->Close();
+    return rows;
 }
 
-int rowOfChemi(const Value &id)
+QStringList listLine(const ChemiRow &r)
+{
+    return {textOf(r.CHEMI_ID), GetKbn15Nm(r.USES),    textOf(r.CHEMI_NM),  textOf(r.REG_NO),
+            Sql::dayText(r.PUR_DATE), textOf(r.PUR_QTY), textOf(r.USED_QTY), textOf(r.REST_QTY)};
+}
+
+int rowOfChemi(const QVector<ChemiRow> &rows, const Value &id)
 {
     if (!hasValue(id) || !IsNumeric(id))
         return -1;
     const double want = id.toDouble();
-    for (int i = 0; i < gCHEMI_ROWS.size(); ++i) {
-        const Value &v = gCHEMI_ROWS[i].CHEMI_ID;
+    for (int i = 0; i < rows.size(); ++i) {
+        const Value &v = rows[i].CHEMI_ID;
         if (hasValue(v) && IsNumeric(v) && v.toDouble() == want)
             return i;
     }
     return -1;
 }
 
+// ---------------------------------------------------------------- the entry
+
+ChemiRow openRecord(Mode mode, const ChemiRow &row, const Value &farmer)
+{
+    ChemiRow r = row;
+    if (mode == Mode::Add) {
+        // A copy is a new lot of the same pesticide: a new purchase date,
+        // and the whole quantity in hand. The slip's number and the day the
+        // model was made stay with it.
+        r.FMR_ID = farmer;
+        r.CHEMI_ID = r.PUR_DATE = r.USED_QTY = r.REST_QTY = r.UDATE = Value::null();
+        r.CHK_FLG = Value(1);
+    }
+    return r;
+}
+
+bool registered(const ChemiRow &r) { return !textOf(r.REG_NO).isEmpty(); }
+
+void leaveBox(ChemiRow &r, int box, const QString &text)
+{
+    switch (box) {
+    case RegNoBox:
+        r.REG_NO = textOrNull(text);
+        setChemiData(r);
+        break;
+    case NameBox: r.CHEMI_NM = textOrNull(text); break;
+    case KindBox: r.CHEMI_KIND = textOrNull(text); break;
+    case MakerBox: r.MAKER_NM = textOrNull(text); break;
+    case ShopBox: r.PUR_SHOP = textOrNull(text); break;
+    case NotesBox: r.NOTES = textOrNull(text); break;
+    case DateBox: r.PUR_DATE = dateOrNull(text); break;
+    case QtyBox:
+        r.PUR_QTY = numberOrNull(text);
+        computeRest(r);
+        break;
+    case AmountBox: r.PUR_AMT = numberOrNull(text); break;
+    default: break;
+    }
+}
+
+void leaveList(ChemiRow &r, int list, const Value &id)
+{
+    switch (list) {
+    case UsesList: r.USES = id; break;
+    case TypeList: r.CHEMI_TYPE = id; break;
+    case UnitList: r.PUR_UNIT = id; break;
+    default: break;
+    }
+}
+
+Refusal check(ChemiRow &r, Mode mode)
+{
+    if (mode == Mode::Delete)
+        return {deleteRefusal(r.FMR_ID, r.CHEMI_ID), -1};
+    computeRest(r);
+    if (textOf(r.CHEMI_NM).isEmpty())
+        return {QStringLiteral("名称は必須入力です。"), NameBox};
+    return {};
+}
+
 void setChemiData(ChemiRow &r)
 {
-    const QString regNo = hasValue(r.REG_NO) ? r.REG_NO.toText() : QString();
     RecordsetPtr rs = gWORK->GetFwdOnlyRst(
-        QStringLiteral("SELECT L_CHEMI.*, L_MAKER.MAKER_NM, L_KBN.ID AS USES_ID, L_KBN_1.ID AS CHEMI_TYPE_ID") +
-        QStringLiteral(" FROM ((L_CHEMI LEFT JOIN L_MAKER ON L_CHEMI.MAKER_OMT = L_MAKER.MAKER_OMT)") +
-        QStringLiteral(" LEFT JOIN L_KBN ON L_CHEMI.USES = L_KBN.NOTE)") +
-        QStringLiteral(" LEFT JOIN L_KBN AS L_KBN_1 ON L_CHEMI.CHEMI_TYPE = L_KBN_1.NOTE") +
-        QStringLiteral(" WHERE L_KBN.KBN=15") + QStringLiteral(" AND L_KBN_1.KBN=16") +
-        QStringLiteral(" AND L_CHEMI.REG_NO=") + Sql::leadingNumber(regNo));
+        Stmt("SELECT L_CHEMI.*, L_MAKER.MAKER_NM, L_KBN.ID AS USES_ID, L_KBN_1.ID AS CHEMI_TYPE_ID"
+             " FROM ((L_CHEMI LEFT JOIN L_MAKER ON L_CHEMI.MAKER_OMT = L_MAKER.MAKER_OMT)"
+             " LEFT JOIN L_KBN ON L_CHEMI.USES = L_KBN.NOTE)"
+             " LEFT JOIN L_KBN AS L_KBN_1 ON L_CHEMI.CHEMI_TYPE = L_KBN_1.NOTE"
+             " WHERE L_KBN.KBN=15 AND L_KBN_1.KBN=16 AND L_CHEMI.REG_NO=?")
+            .num(regNumber(textOf(r.REG_NO))));
     if (rs->eof()) {
         r.CHEMI_NM = r.CHEMI_KIND = r.MAKER_NM = r.CHEMI_TYPE = r.USES = Value::null();
     } else {
@@ -197,7 +288,7 @@ Crop cropOf(const QString &name)
 {
     Crop c;
     c.name = name;
-    const QString where = QStringLiteral("CROP_NM1=") + Sql::quoted(name);
+    const QString where = Stmt("CROP_NM1=?").text(name);
     c.group = Nz(gWORK->DLookup(QStringLiteral("CROP_KBN"), QStringLiteral("L_CROP"), where), Value(QString())).toText();
     c.item = Nz(gWORK->DLookup(QStringLiteral("CROP_NM2"), QStringLiteral("L_CROP"), where), Value(QString())).toText();
     return c;
@@ -207,41 +298,47 @@ QVector<ApplRow> applications(const Value &regNo, const Crop &crop)
 {
     QVector<ApplRow> out;
     RecordsetPtr rs = gWORK->GetFwdOnlyRst(
-        QStringLiteral("SELECT DISTINCT L_CHEMI_APPL.TARGET, L_CHEMI_APPL.PURPOSE, L_CHEMI_APPL.DILUTION, "
-                       "L_CHEMI_APPL.USE_QTY, L_CHEMI_APPL.SEASON, L_CHEMI_APPL.USE_TIMES, L_CHEMI_APPL.USE_WAY, "
-                       "L_CHEMI_APPL_MATCH.CROP_NM, L_CHEMI_APPL_MATCH.CROP_KBN, L_CHEMI_APPL_MATCH.CROP_NM_NG, "
-                       "L_CHEMI_APPL_MATCH.CROP_KBN_NG") +
-        QStringLiteral(" FROM L_CHEMI_APPL INNER JOIN L_CHEMI_APPL_MATCH ON L_CHEMI_APPL.CROP_NM = "
-                       "L_CHEMI_APPL_MATCH.CHEMI_CROP_NM") +
-        QStringLiteral(" WHERE L_CHEMI_APPL.REG_NO=") + Sql::leadingNumber(hasValue(regNo) ? regNo.toText() : QString()) +
-        // in the order of the distinct rows, the same on every engine
-        QStringLiteral(" ORDER BY L_CHEMI_APPL.TARGET, L_CHEMI_APPL.PURPOSE, L_CHEMI_APPL.DILUTION, "
-                       "L_CHEMI_APPL.USE_QTY, L_CHEMI_APPL.SEASON, L_CHEMI_APPL.USE_TIMES, L_CHEMI_APPL.USE_WAY, "
-                       "L_CHEMI_APPL_MATCH.CROP_NM, L_CHEMI_APPL_MATCH.CROP_KBN, L_CHEMI_APPL_MATCH.CROP_NM_NG, "
-                       "L_CHEMI_APPL_MATCH.CROP_KBN_NG"));
+        Stmt("SELECT DISTINCT L_CHEMI_APPL.TARGET, L_CHEMI_APPL.PURPOSE, L_CHEMI_APPL.DILUTION, "
+             "L_CHEMI_APPL.USE_QTY, L_CHEMI_APPL.SEASON, L_CHEMI_APPL.USE_TIMES, L_CHEMI_APPL.USE_WAY, "
+             "L_CHEMI_APPL_MATCH.CROP_NM, L_CHEMI_APPL_MATCH.CROP_KBN, L_CHEMI_APPL_MATCH.CROP_NM_NG, "
+             "L_CHEMI_APPL_MATCH.CROP_KBN_NG"
+             " FROM L_CHEMI_APPL INNER JOIN L_CHEMI_APPL_MATCH ON L_CHEMI_APPL.CROP_NM = "
+             "L_CHEMI_APPL_MATCH.CHEMI_CROP_NM"
+             " WHERE L_CHEMI_APPL.REG_NO=?"
+             // in the order of the distinct rows, the same on every engine
+             " ORDER BY L_CHEMI_APPL.TARGET, L_CHEMI_APPL.PURPOSE, L_CHEMI_APPL.DILUTION, "
+             "L_CHEMI_APPL.USE_QTY, L_CHEMI_APPL.SEASON, L_CHEMI_APPL.USE_TIMES, L_CHEMI_APPL.USE_WAY, "
+             "L_CHEMI_APPL_MATCH.CROP_NM, L_CHEMI_APPL_MATCH.CROP_KBN, L_CHEMI_APPL_MATCH.CROP_NM_NG, "
+             "L_CHEMI_APPL_MATCH.CROP_KBN_NG")
+            .num(regNumber(textOf(regNo))));
     for (; !rs->eof(); rs->MoveNext()) {
         const CropMatch m{textField(*rs, "CROP_NM"), textField(*rs, "CROP_KBN"), textField(*rs, "CROP_NM_NG"),
                           textField(*rs, "CROP_KBN_NG")};
         if (!cropApplies(m, crop))
             continue;
-        ApplRow a;
-        a.TARGET = rs->Fields(QStringLiteral("TARGET"));
-        a.PURPOSE = rs->Fields(QStringLiteral("PURPOSE"));
-        a.DILUTION = rs->Fields(QStringLiteral("DILUTION"));
-        a.USE_QTY = rs->Fields(QStringLiteral("USE_QTY"));
-        a.SEASON = rs->Fields(QStringLiteral("SEASON"));
-        a.USE_TIMES = rs->Fields(QStringLiteral("USE_TIMES"));
-        a.USE_WAY = rs->Fields(QStringLiteral("USE_WAY"));
-        out.append(a);
+        out.append(ApplRow::map().read(*rs));
     }
     rs->Close();
     return out;
 }
 
+QVector<ApplRow> applicationsFor(const ChemiRow &r, const QString &crop)
+{
+    if (!registered(r) || crop.isEmpty())
+        return {};
+    return applications(r.REG_NO, cropOf(crop));
+}
+
+QStringList applTexts(const ApplRow &a)
+{
+    const auto t = [](const Value &v) { return Nz(v, Value(QString())).toText(); };
+    return {t(a.TARGET) + t(a.PURPOSE), t(a.DILUTION) + t(a.USE_QTY), t(a.SEASON),
+            t(a.USE_TIMES) + QLatin1Char(' ') + t(a.USE_WAY)};
+}
+
 QString deleteRefusal(const Value &farmer, const Value &chemiId)
 {
-    const QString key = QStringLiteral("FMR_ID=") + Sql::number(farmer) + QStringLiteral(" AND CHEMI_ID=") +
-                        Sql::number(chemiId);
+    const QString key = Stmt("FMR_ID=? AND CHEMI_ID=?").num(farmer).num(chemiId);
     if (Nz(gDB->DCount(QStringLiteral("*"), QStringLiteral("D_DIARY_DTL"), key), Value(0)).toDouble() == 0)
         return QString();
     const Value day = gDB->DMin(QStringLiteral("WORK_DATE"), QStringLiteral("D_DIARY_DTL"), key);
@@ -268,34 +365,34 @@ QString purchaseSlipSql(Mode mode, const ChemiRow &r, const QString &computer)
     const Currency amount = amountOf(r.PUR_AMT);
     if (amount == Currency())
         return QString();
-    const QString name = slipLotText(r);
-    const QString lot = QString::number(StockAccount) + QLatin1Char(',') + QString::number(LotSide) +
-                        QLatin1Char(',') + Sql::number(r.CHEMI_ID) + QLatin1Char(',') +
-                        (name.isEmpty() ? QStringLiteral("NULL") : Sql::quoted(name));
-    const QString money =
-        (hasValue(r.ACC_ID) ? Sql::number(r.ACC_ID) : QStringLiteral("NULL")) + QStringLiteral(",0,0,NULL");
+    // The lot's side: the stock account, named by the lot with its quantity;
+    // the money's side: the account paid from.
+    const Stmt lot = Stmt("?,?,?,?")
+                         .num(Acc::PesticideStock)
+                         .num(OptKbn::PesticideLot)
+                         .num(r.CHEMI_ID)
+                         .textOrNull(Value(slipLotText(r)));
+    const Stmt money = Stmt("?,?,?,NULL").numOrNull(r.ACC_ID).num(OptKbn::None).num(0);
     // A purchase puts stock on the debit side; a negative one (a return)
     // turns the sides round and keeps the amount positive.
     const bool purchase = amount > Currency();
-    const QString shop = textOf(r.PUR_SHOP);
+    Stmt s("INSERT INTO D_LEDGE (FMR_ID, LEDGE_ID, LEDGE_DATE, D_ACC_ID, D_OPT_KBN, D_OPT_ID, D_OPT_NM, C_ACC_ID, "
+           "C_OPT_KBN, C_OPT_ID, C_OPT_NM, CTR_NM, NOTES, AMT, IDATE, UDATE, LAST_TM, HOLD_TM) "
+           "VALUES (?,?,?,?,?,?,?,?,?,?,?,NULL)");
+    s.num(r.FMR_ID)
+        .num(r.LEDGE_ID)
+        .time(r.PUR_DATE)
+        .part(purchase ? lot : money)
+        .part(purchase ? money : lot)
+        .textOrNull(r.PUR_SHOP)
+        .text(textOf(r.NOTES))
+        .amount(purchase ? amount : -amount);
     const QDateTime now = DateUtil::now();
-    QString idate, udate;
-    if (mode == Mode::Add) {
-        idate = dateLiteral(now);
-        udate = QStringLiteral("NULL");
-    } else {
-        idate = hasValue(r.IDATE) ? dateLiteral(r.IDATE.toDate()) : QStringLiteral("NULL");
-        udate = dateLiteral(now);
-    }
-    return QStringLiteral("INSERT INTO D_LEDGE (FMR_ID, LEDGE_ID, LEDGE_DATE, D_ACC_ID, D_OPT_KBN, D_OPT_ID, "
-                          "D_OPT_NM, C_ACC_ID, C_OPT_KBN, C_OPT_ID, C_OPT_NM, CTR_NM, NOTES, AMT, IDATE, UDATE, "
-                          "LAST_TM, HOLD_TM) VALUES (") +
-           Sql::number(r.FMR_ID) + QLatin1Char(',') + Sql::number(r.LEDGE_ID) + QLatin1Char(',') +
-           dateLiteral(r.PUR_DATE.toDate()) + QLatin1Char(',') + (purchase ? lot : money) + QLatin1Char(',') +
-           (purchase ? money : lot) + QLatin1Char(',') + (shop.isEmpty() ? QStringLiteral("NULL") : Sql::quoted(shop)) +
-           QLatin1Char(',') + Sql::quoted(textOf(r.NOTES)) + QLatin1Char(',') +
-           (purchase ? amount : -amount).toString() + QLatin1Char(',') + idate + QLatin1Char(',') + udate +
-           QLatin1Char(',') + Sql::quoted(computer) + QStringLiteral(",NULL)");
+    if (mode == Mode::Add)
+        s.time(now).part(Stmt("NULL"));
+    else
+        s.timeOrNull(r.IDATE).time(now);
+    return s.text(computer);
 }
 
 bool saveLot(Mode mode, ChemiRow &r, const QString &computer)
@@ -306,13 +403,9 @@ bool saveLot(Mode mode, ChemiRow &r, const QString &computer)
         const Value max = gDB->DMax(QStringLiteral("CHEMI_ID"), QStringLiteral("D_CHEMI"));
         r.CHEMI_ID = Value::int32(qint64(Nz(max, Value(0)).toDouble()) + 1);
     }
-    const auto slipKey = [&r] {
-        return QStringLiteral("FMR_ID=") + Sql::number(r.FMR_ID) + QStringLiteral(" AND LEDGE_ID=") +
-               Sql::number(r.LEDGE_ID);
-    };
     // 2. the old purchase slip goes
     if ((mode == Mode::Change || mode == Mode::Delete) && numberOf(r.LEDGE_ID) > 0)
-        gDB->EXEC(QStringLiteral("DELETE D_LEDGE.* FROM D_LEDGE WHERE ") + slipKey());
+        gDB->EXEC(Stmt("DELETE D_LEDGE.* FROM D_LEDGE WHERE FMR_ID=? AND LEDGE_ID=?").num(r.FMR_ID).num(r.LEDGE_ID));
     // 3. the new one, for a purchase with a date
     if ((mode == Mode::Add || mode == Mode::Change) && hasValue(r.PUR_DATE)) {
         if (amountOf(r.PUR_AMT) == Currency()) {
@@ -322,16 +415,17 @@ bool saveLot(Mode mode, ChemiRow &r, const QString &computer)
                 r.LEDGE_ID = Value(GetNewLedgeId(r.FMR_ID));
             // A copied lot keeps the number of its model's slip, which the
             // slip table takes only once per farmer.
-            if (Nz(gDB->DCount(QStringLiteral("*"), QStringLiteral("D_LEDGE"), slipKey()), Value(0)).toDouble() != 0)
+            const QString slipKey = Stmt("FMR_ID=? AND LEDGE_ID=?").num(r.FMR_ID).num(r.LEDGE_ID);
+            if (Nz(gDB->DCount(QStringLiteral("*"), QStringLiteral("D_LEDGE"), slipKey), Value(0)).toDouble() != 0)
                 throw AppError(VbErr::InvalidCall,
                                QStringLiteral("伝票番号%1は既に他の伝票に使われているため、購入の伝票を登録できません。")
-                                   .arg(Sql::number(r.LEDGE_ID)));
+                                   .arg(textOf(r.LEDGE_ID)));
             gDB->EXEC(purchaseSlipSql(mode, r, computer));
         }
     }
     // 4. the lot
-    RecordsetPtr rs = gDB->GetDynamicRst(QStringLiteral("SELECT D_CHEMI.* FROM D_CHEMI WHERE D_CHEMI.CHEMI_ID=") +
-                                         Sql::number(r.CHEMI_ID));
+    RecordsetPtr rs =
+        gDB->GetDynamicRst(Stmt("SELECT D_CHEMI.* FROM D_CHEMI WHERE D_CHEMI.CHEMI_ID=?").num(r.CHEMI_ID));
     if (mode == Mode::Add) {
         rs->AddNew();
         rs->SetField(QStringLiteral("FMR_ID"), r.FMR_ID);
@@ -347,9 +441,9 @@ bool saveLot(Mode mode, ChemiRow &r, const QString &computer)
     }
     if (mode == Mode::Add || mode == Mode::Change) {
         gLAST_CHEMI_ID = r.CHEMI_ID;
-        for (const char *c : {"CHEMI_NM", "REG_NO", "USES", "MAKER_NM", "CHEMI_TYPE", "CHEMI_KIND", "PUR_DATE",
-                              "PUR_SHOP"})
-            rs->SetField(QString::fromLatin1(c), r.field(QString::fromLatin1(c)));
+        ChemiRow::map().write(*rs, r,
+                              {"CHEMI_NM", "REG_NO", "USES", "MAKER_NM", "CHEMI_TYPE", "CHEMI_KIND", "PUR_DATE",
+                               "PUR_SHOP"});
         rs->SetField(QStringLiteral("PUR_QTY"), Value(numberOf(r.PUR_QTY)));
         rs->SetField(QStringLiteral("PUR_UNIT"), r.PUR_UNIT);
         rs->SetField(QStringLiteral("ACC_ID"), r.ACC_ID);

@@ -1,18 +1,17 @@
 #pragma once
-// Pesticide lots: the working record, the rows of the pesticide list, and the
-// rules of the pesticide screens that need no window (the list's statement,
-// names from the register, the crop match of the registered uses, the
-// refusal of a delete, the save with its purchase slip).
+// Pesticide lots: the working record, and the rules of the pesticide list and
+// the pesticide entry that need no window: the lists offered, the list's
+// statement and its lines, the leave rules of the entry's fields, the check
+// before a save, the names from the register, the crop match of the
+// registered uses, and the save with its purchase slip.
 
-#include "store/SqlText.h"
 #include "base/Mode.h"
 #include "base/Value.h"
+#include "rules/common/Record.h"
 
 #include <QString>
 #include <QStringList>
 #include <QVector>
-
-class Recordset;
 
 // One lot, a field per column of D_CHEMI in the table's order. Every field
 // starts Null: an empty field is Null, as the boxes leave it.
@@ -21,50 +20,93 @@ struct ChemiRow {
         PUR_UNIT, ACC_ID, PUR_AMT, USED_QTY, REST_QTY, NOTES, LEDGE_ID, CHK_FLG, IDATE, UDATE, LAST_TM, HOLD_TM;
 
     ChemiRow();
-    // The field of a column by name; raises 3265 for a name that is none.
-    Value &field(const QString &column);
-    const Value &field(const QString &column) const;
-    // All columns, in the table's order.
-    static const QStringList &columns();
+    static const ColumnMap<ChemiRow> &map();
 };
-
-// The rows read by the pesticide list; the entry screen copies its record
-// from here by gROW_IDX.
-extern QVector<ChemiRow> gCHEMI_ROWS;
 
 // One registered use shown on the entry screen.
 struct ApplRow {
     Value TARGET, PURPOSE, DILUTION, USE_QTY, SEASON, USE_TIMES, USE_WAY;
+
+    static const ColumnMap<ApplRow> &map();
 };
 
 namespace Chemi {
 
-// Accounts of the purchase.
-constexpr int CashAccount = 1000;
-constexpr int PayableAccount = 2000;
-constexpr int StockAccount = 1130; // pesticide stock; side code 3 names the lot
-constexpr int LotSide = 3;
+// ---------------------------------------------------------------- lists offered
 
-// The filters of the pesticide list.
+// An entry of a drop-down: its text and its id (the item data).
+struct Entry {
+    QString text;
+    Value id;
+};
+// The uses (L_KBN 15), the formulations (L_KBN 16) and the units
+// (L_CHEMI_UNIT), each by id.
+QVector<Entry> uses();
+QVector<Entry> formulations();
+QVector<Entry> units();
+// The crop names of L_CROP in order; an empty name stays an empty entry.
+QStringList crops();
+
+// ---------------------------------------------------------------- the list
+
 enum class Stock { InHand, UsedUp, All };
 struct ListFilter {
     Value farmer;
     Value uses;        // an id; Null or 0 for every use
     QString name;      // part of the name
-    QString dateFrom;  // purchase dates as typed; empty for open ends
+    QString dateFrom;  // purchase dates as typed (dates the tables can hold); empty for open ends
     QString dateTo;
     QString regNo;     // registration number as typed
     Stock stock = Stock::InHand;
 };
 QString listSql(const ListFilter &f);
-// Fills gCHEMI_ROWS from the rows of the list's statement.
-void loadRows(Recordset &rs);
+// The farmer's lots that the filter lets through, in the list's order.
+QVector<ChemiRow> readLots(const ListFilter &f);
+// The cells of a lot's line: id, use, name, registration number, purchase
+// day, bought, used, left.
+QStringList listLine(const ChemiRow &r);
 // The place of the first row whose CHEMI_ID equals id; -1 when none does.
-int rowOfChemi(const Value &id);
+int rowOfChemi(const QVector<ChemiRow> &rows, const Value &id);
+
+// ---------------------------------------------------------------- the entry
+
+// The record an entry screen starts from: the row handed over (none for a
+// new lot). Adding from a row copies it as a new lot of the same pesticide:
+// no number, purchase date, use or change date, the whole quantity in hand,
+// switched on, for the farmer.
+ChemiRow openRecord(Mode mode, const ChemiRow &row, const Value &farmer);
+
+// Whether the lot has a registration number: the registered uses are offered
+// only then.
+bool registered(const ChemiRow &r);
+
+// The text boxes of the entry, in the order of their index.
+enum Box { RegNoBox, NameBox, KindBox, MakerBox, DateBox, ShopBox, QtyBox, AmountBox, NotesBox, BoxCount };
+// The rule of leaving a text box: the field takes the text (an empty text is
+// Null). The registration number brings the names from the register; the
+// purchase date keeps only a date the tables can hold, the quantity and the
+// amount only a number (else the field empties, quietly); the quantity
+// recounts what is left.
+void leaveBox(ChemiRow &r, int box, const QString &text);
+// The drop-downs of the entry: use, formulation, unit. Leaving one stores
+// the id chosen, Null for none.
+enum List { UsesList, TypeList, UnitList };
+void leaveList(ChemiRow &r, int list, const Value &id);
+
+// Why a lot may not be saved as it stands: the message and the text box
+// that takes the focus (-1 for none). An empty message lets the save go on.
+struct Refusal {
+    QString message;
+    int box = -1;
+    bool ok() const { return message.isEmpty(); }
+};
+// The check before a save. Deleting is refused while a diary line uses the
+// lot; adding and changing count what is left and need a name.
+Refusal check(ChemiRow &r, Mode mode);
 
 // The pesticide's own fields from the register by its number: CHEMI_NM,
 // CHEMI_KIND (both full width), MAKER_NM, CHEMI_TYPE and USES of the record.
-// A number the register doesn't know empties the five.
+// A number the register doesn't know (or no number) empties the five.
 void setChemiData(ChemiRow &r);
 
 // The crop match of one row of the registered uses. Each list is empty or
@@ -86,6 +128,12 @@ bool cropApplies(const CropMatch &m, const Crop &crop);
 Crop cropOf(const QString &name);
 // The registered uses of a registration number that apply to the crop.
 QVector<ApplRow> applications(const Value &regNo, const Crop &crop);
+// The registered uses of the lot for the crop chosen; none without a
+// registration number or a crop.
+QVector<ApplRow> applicationsFor(const ChemiRow &r, const QString &crop);
+// The four lines of a registered use: target and purpose; dilution and
+// quantity; season; times and way of use.
+QStringList applTexts(const ApplRow &a);
 
 // Why a lot may not be deleted: the day of one of its uses in the diary, in
 // the message the user sees; "" when it may be deleted.
@@ -100,10 +148,12 @@ QString purchaseSlipSql(Mode mode, const ChemiRow &r, const QString &computer);
 // The quantity and unit written on the slip's lot side: "3.0kg"; "" for none.
 QString slipLotText(const ChemiRow &r);
 
-// Writes the lot and its purchase slip: mode 1 adds (the lot takes the next
-// number over all farmers), 2 changes, 4 deletes. The record takes its new
-// numbers. False when the lot to change or delete is gone. Steps done
-// before a failure stand; database failures are raised.
+// Writes the lot and its purchase slip: Add adds (the lot takes the next
+// number over all farmers, for the current farmer), Change changes, Delete
+// deletes. The record takes its new numbers, and a lot added or changed is
+// the one saved last (gLAST_CHEMI_ID). False when the lot to change or
+// delete is gone. Steps done before a failure stand; database failures are
+// raised.
 bool saveLot(Mode mode, ChemiRow &r, const QString &computer);
 
 } // namespace Chemi

@@ -2,42 +2,41 @@
 
 #include "base/Helpers.h"
 #include "store/Database.h"
-
-namespace {
-QString sqlDay(const QDateTime &d) { return DateUtil::sqlText(d); }
-}
+#include "store/Stmt.h"
 
 void ResetUnusedChemi(const Value &fmrId)
 {
-    const QString farmer = fmrId.toText();
     RecordsetPtr rs = gDB->GetFwdOnlyRst(
-        QStringLiteral("SELECT D_CHEMI.CHEMI_ID FROM D_CHEMI LEFT JOIN D_DIARY_DTL ON D_CHEMI.CHEMI_ID = "
-                       "D_DIARY_DTL.CHEMI_ID WHERE D_DIARY_DTL.FMR_ID IS NULL AND D_CHEMI.FMR_ID=") +
-        farmer);
+        Stmt("SELECT D_CHEMI.CHEMI_ID FROM D_CHEMI LEFT JOIN D_DIARY_DTL ON D_CHEMI.CHEMI_ID = "
+             "D_DIARY_DTL.CHEMI_ID WHERE D_DIARY_DTL.FMR_ID IS NULL AND D_CHEMI.FMR_ID=?")
+            .num(fmrId));
     for (; !rs->eof(); rs->MoveNext())
-        gDB->EXEC(QStringLiteral("UPDATE D_CHEMI SET  D_CHEMI.USED_QTY=0,  D_CHEMI.REST_QTY=D_CHEMI.PUR_QTY  WHERE "
-                                 "D_CHEMI.FMR_ID=") +
-                  farmer + QStringLiteral(" AND D_CHEMI.CHEMI_ID=") + rs->Fields(0).toText());
+        gDB->EXEC(Stmt("UPDATE D_CHEMI SET  D_CHEMI.USED_QTY=0,  D_CHEMI.REST_QTY=D_CHEMI.PUR_QTY  WHERE "
+                       "D_CHEMI.FMR_ID=? AND D_CHEMI.CHEMI_ID=?")
+                      .num(fmrId)
+                      .num(rs->Fields(0)));
 }
 
 void RecountChemiUse(const Value &fmrId, const QDateTime &workDate)
 {
-    const QString farmer = fmrId.toText();
-    // 1. the lots named on this day's lines
+    // 1. the lots named on this day's lines (a line without one names 0)
     RecordsetPtr rs = gDB->GetFwdOnlyRst(
-        QStringLiteral("SELECT  D_DIARY_DTL.CHEMI_ID  FROM D_DIARY_DTL  WHERE D_DIARY_DTL.FMR_ID=") + farmer +
-        QStringLiteral(" AND D_DIARY_DTL.WORK_DATE=#") + sqlDay(workDate) + QStringLiteral("#"));
-    QStringList ids;
+        Stmt("SELECT  D_DIARY_DTL.CHEMI_ID  FROM D_DIARY_DTL  WHERE D_DIARY_DTL.FMR_ID=? AND D_DIARY_DTL.WORK_DATE=?")
+            .num(fmrId)
+            .time(workDate));
+    QVector<Value> ids;
     for (; !rs->eof(); rs->MoveNext())
-        ids << Nz(rs->Fields(0), Value(0)).toText();
+        ids << rs->Fields(0);
     if (ids.isEmpty())
         return;
     // 2. their uses over all days
     rs = gDB->GetFwdOnlyRst(
-        QStringLiteral("SELECT  D_DIARY_DTL.CHEMI_ID,  D_CHEMI.PUR_UNIT AS PUR_UNIT_ID,  D_DIARY_DTL.UNIT_ID AS "
-                       "DTL_UNIT_ID,  D_DIARY_DTL.QTY FROM D_DIARY_DTL  INNER JOIN D_CHEMI  ON D_DIARY_DTL.CHEMI_ID = "
-                       "D_CHEMI.CHEMI_ID AND D_DIARY_DTL.FMR_ID = D_CHEMI.FMR_ID WHERE D_DIARY_DTL.FMR_ID=") +
-        farmer + QStringLiteral(" AND D_DIARY_DTL.CHEMI_ID IN(") + ids.join(QLatin1Char(',')) + QStringLiteral(")"));
+        Stmt("SELECT  D_DIARY_DTL.CHEMI_ID,  D_CHEMI.PUR_UNIT AS PUR_UNIT_ID,  D_DIARY_DTL.UNIT_ID AS "
+             "DTL_UNIT_ID,  D_DIARY_DTL.QTY FROM D_DIARY_DTL  INNER JOIN D_CHEMI  ON D_DIARY_DTL.CHEMI_ID = "
+             "D_CHEMI.CHEMI_ID AND D_DIARY_DTL.FMR_ID = D_CHEMI.FMR_ID WHERE D_DIARY_DTL.FMR_ID=? AND "
+             "D_DIARY_DTL.CHEMI_ID IN(?)")
+            .num(fmrId)
+            .ids(ids));
     // 3. into the scratch table of the work database (the scratch work is
     // one transaction, the updates of the lots another)
     inTransaction(gWORK.get(), [&] {
@@ -70,8 +69,7 @@ void RecountChemiUse(const Value &fmrId, const QDateTime &workDate)
                                              "W_CHEMI_USE GROUP BY W_CHEMI_USE.CHEMI_ID"));
     inTransaction(gDB.get(), [&] {
         for (; !rs->eof(); rs->MoveNext())
-            gDB->EXEC(QStringLiteral("UPDATE D_CHEMI SET  USED_QTY=") + Nz(rs->Fields(1), Value(0)).toText() +
-                      QStringLiteral(" WHERE D_CHEMI.CHEMI_ID=") + rs->Fields(0).toText());
+            gDB->EXEC(Stmt("UPDATE D_CHEMI SET  USED_QTY=? WHERE D_CHEMI.CHEMI_ID=?").num(rs->Fields(1)).num(rs->Fields(0)));
         // 6. what is left, for every lot
         gDB->EXEC(QStringLiteral("UPDATE D_CHEMI SET  REST_QTY=PUR_QTY-USED_QTY"));
     });
@@ -82,10 +80,10 @@ Currency CalChemiAmt(const Value &fmrId, const Value &chemiId, const Value &qty,
     const qint32 chemi = chemiId.toLong();
     const Currency q = qty.toCurrency();
     const qint32 unit = unitId.toLong(); // a missing unit is the Null error
-    RecordsetPtr rs = gDB->GetFwdOnlyRst(QStringLiteral("SELECT D_CHEMI.PUR_QTY, D_CHEMI.PUR_UNIT,D_CHEMI.PUR_AMT FROM "
-                                                        "D_CHEMI") +
-                                         QStringLiteral(" WHERE FMR_ID=") + fmrId.toText() +
-                                         QStringLiteral(" AND CHEMI_ID=") + QString::number(chemi));
+    RecordsetPtr rs = gDB->GetFwdOnlyRst(
+        Stmt("SELECT D_CHEMI.PUR_QTY, D_CHEMI.PUR_UNIT,D_CHEMI.PUR_AMT FROM D_CHEMI WHERE FMR_ID=? AND CHEMI_ID=?")
+            .num(fmrId)
+            .num(chemi));
     double purQty = 0;
     qint32 purUnit = 0;
     Currency purAmt;

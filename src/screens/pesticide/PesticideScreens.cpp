@@ -6,5 +6,6 @@
 void registerPesticideScreens()
 {
     registerScreen(QStringLiteral("frmChemiList"), [] { return new frmChemiList; });
-    registerScreen(QStringLiteral("frmChemiInput"), [] { return new frmChemiInput; });
+    // By name (the companion's pictures) the entry shows an empty lot, as changed.
+    registerScreen(QStringLiteral("frmChemiInput"), [] { return new frmChemiInput(Mode::Change); });
 }

@@ -1,14 +1,14 @@
 #include "screens/pesticide/frmChemiInput.h"
 
-#include "screens/pesticide/frmChemiList.h"
-
-#include "ui/Entry.h"
 #include "base/Globals.h"
 #include "base/Helpers.h"
 #include "base/Msg.h"
-#include "store/SqlText.h"
+#include "rules/common/Ids.h"
 #include "screens/diary/frmDairyCal.h"
 #include "store/Database.h"
+#include "store/SqlText.h"
+#include "ui/Entry.h"
+#include "ui/Skeletons.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -19,8 +19,6 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
-
-#include <cmath>
 
 namespace {
 
@@ -95,37 +93,30 @@ const struct {
     {10, ImeMode::Disabled},  {10, ImeMode::Disabled},  {50, ImeMode::Hiragana},
 };
 
-// A number as typed ("１２", "1,200") kept as its value; none for other text.
-Value numberOrNull(const QString &t)
-{
-    double d;
-    if (t.isEmpty() || !parseNumber(t, d) || !std::isfinite(d))
-        return Value::null();
-    return Value(d);
-}
-
-// A date the data tables can hold; none for other text.
-Value dateOrNull(const QString &t)
-{
-    QDateTime dt;
-    if (t.isEmpty() || !DateUtil::parse(t, dt) || dt.date().year() < 1000 || dt.date().year() > 9999)
-        return Value::null();
-    return Value(dt);
-}
-
-QString infoText(const Value &v) { return Nz(v, Value(QString())).toText(); }
-
 } // namespace
 
-frmChemiInput::frmChemiInput(QWidget *parent) : Form(QStringLiteral("frmChemiInput"), 12400, 9200, parent)
+void setEntries(QComboBox *combo, const QVector<Chemi::Entry> &entries)
 {
+    combo->clear();
+    addEmptyItem(combo);
+    for (const Chemi::Entry &e : entries)
+        addItem(combo, e.text, e.id);
+    combo->setCurrentIndex(-1);
+}
+
+frmChemiInput::frmChemiInput(Mode mode, const ChemiRow &row, QWidget *parent)
+    : Form(QStringLiteral("frmChemiInput"), 12400, 9200, parent), mMode(mode), mOpened(row)
+{
+    // The pop-up calendar of the date field follows the mode the screens
+    // hand each other.
+    gMODE = mode;
     setWindowTitle(QStringLiteral("農薬入力"));
     setSizable(true);
     setTrapStyle(TrapStyle::Description);
     // The scroll bar keeps its own size.
     scaleRules().skip << QStringLiteral("VSc");
     buildControls(kControls, int(std::size(kControls)));
-    txtDATA = array<QLineEdit>(QStringLiteral("txtDATA"), 9);
+    txtDATA = array<QLineEdit>(QStringLiteral("txtDATA"), Chemi::BoxCount);
     cmbDATA = array<QComboBox>(QStringLiteral("cmbDATA"), 3);
     lblDATA = array<QLabel>(QStringLiteral("lblDATA"), 3);
     lblINFO = array<QLabel>(QStringLiteral("lblINFO"), 4);
@@ -139,22 +130,22 @@ frmChemiInput::frmChemiInput(QWidget *parent) : Form(QStringLiteral("frmChemiInp
     ctl<QLabel>(QStringLiteral("lblUNIT(0)"))->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     for (QLabel *l : lblDATA)
         l->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    for (int i : {6, 7})
+    for (int i : {Chemi::QtyBox, Chemi::AmountBox})
         txtDATA[i]->setAlignment(Qt::AlignRight);
     VScroll1->setRange(0, 0);
     VScroll1->setPageStep(1);
 
-    for (int i = 0; i < 9; ++i) {
+    for (int i = 0; i < Chemi::BoxCount; ++i) {
         setFieldLimit(txtDATA[i], kLimits[i].length, kLimits[i].mode);
         connect(txtDATA[i], &QLineEdit::textChanged, this, [this] { mChanged = true; });
         entry().setLeaveCheck(txtDATA[i], [this, i] { return txtLeave(i); });
     }
-    entry().registerDateField(txtDATA[4], 4);
+    entry().registerDateField(txtDATA[Chemi::DateBox], Chemi::DateBox);
     for (int i = 0; i < 3; ++i)
         entry().setLeaveCheck(cmbDATA[i], [this, i] { return cmbLeave(i); });
     entry().setLeaveCheck(cmbINFO, [this] { return cmbInfoLeave(); });
-    connect(Option1[0], &QRadioButton::clicked, this, [this] { mDATA[0].ACC_ID = Value(Chemi::CashAccount); });
-    connect(Option1[1], &QRadioButton::clicked, this, [this] { mDATA[0].ACC_ID = Value(Chemi::PayableAccount); });
+    connect(Option1[0], &QRadioButton::clicked, this, [this] { mDATA[0].ACC_ID = Value(Acc::Cash); });
+    connect(Option1[1], &QRadioButton::clicked, this, [this] { mDATA[0].ACC_ID = Value(Acc::Payable); });
     connect(Check1, &QCheckBox::clicked, this, [this] { mDATA[0].CHK_FLG = Value(Check1->isChecked() ? 1 : 0); });
     connect(VScroll1, &QScrollBar::valueChanged, this, [this] { trap([this] { DispAppl(); }); });
 
@@ -164,8 +155,7 @@ frmChemiInput::frmChemiInput(QWidget *parent) : Form(QStringLiteral("frmChemiInp
             return;
         if (!SaveData())
             return;
-        if (auto *list = qobject_cast<frmChemiList *>(Form::find(QStringLiteral("frmChemiList"))))
-            list->SetList();
+        // The list reads its lots again when the screen is accepted.
         if (auto *cal = qobject_cast<frmDairyCal *>(Form::find(QStringLiteral("frmDairyCal"))))
             cal->DispData();
         done(QDialog::Accepted);
@@ -185,7 +175,7 @@ void frmChemiInput::onResize()
     SetSize();
     InitForm();
     SetMode();
-    if (!hasValue(mDATA[0].REG_NO) || mDATA[0].REG_NO.toText().isEmpty()) {
+    if (!Chemi::registered(mDATA[0])) {
         Frame2->setVisible(false);
     } else {
         SetCmbInfo();
@@ -197,7 +187,7 @@ void frmChemiInput::onActivate()
 {
     applyWindowState();
     // Viewing and deleting leave the locked first box.
-    if (gMODE == Mode::View || gMODE == Mode::Delete) {
+    if (mMode == Mode::View || mMode == Mode::Delete) {
         QWidget *from = focusWidget();
         sendTab(from ? from : this);
     }
@@ -218,34 +208,22 @@ void frmChemiInput::InitForm()
 
 void frmChemiInput::SetCmb(int index)
 {
-    QComboBox *c = cmbDATA[index];
-    c->clear();
-    addEmptyItem(c);
-    QString sql;
+    QVector<Chemi::Entry> entries;
     switch (index) {
-    case 0: sql = QStringLiteral("SELECT L_KBN.ID, L_KBN.NM FROM L_KBN WHERE KBN=15 ORDER BY L_KBN.ID"); break;
-    case 1: sql = QStringLiteral("SELECT L_KBN.ID, L_KBN.NM FROM L_KBN WHERE KBN=16 ORDER BY L_KBN.ID"); break;
-    case 2: sql = QStringLiteral("SELECT L_CHEMI_UNIT.ID, L_CHEMI_UNIT.NM FROM L_CHEMI_UNIT ORDER BY L_CHEMI_UNIT.ID"); break;
+    case Chemi::UsesList: entries = Chemi::uses(); break;
+    case Chemi::TypeList: entries = Chemi::formulations(); break;
+    case Chemi::UnitList: entries = Chemi::units(); break;
     default: return;
     }
-    RecordsetPtr rs = gWORK->GetFwdOnlyRst(sql);
-    for (; !rs->eof(); rs->MoveNext())
-        addItem(c, Nz(rs->Fields(QStringLiteral("NM")), Value(QString())).toText(),
-                Nz(rs->Fields(QStringLiteral("ID")), Value(0)));
-    rs->Close();
-    c->setCurrentIndex(-1);
+    setEntries(cmbDATA[index], entries);
 }
 
 void frmChemiInput::SetCmbInfo()
 {
+    const QStringList crops = Chemi::crops();
     cmbINFO->clear();
-    RecordsetPtr rs =
-        gWORK->GetFwdOnlyRst(QStringLiteral("SELECT L_CROP.CROP_NM1 FROM L_CROP ORDER BY L_CROP.CROP_NM1"));
-    for (; !rs->eof(); rs->MoveNext()) {
-        const QString nm = Nz(rs->Fields(QStringLiteral("CROP_NM1")), Value(QString())).toText();
+    for (const QString &nm : crops)
         addItem(cmbINFO, nm, Value(nm));
-    }
-    rs->Close();
     cmbINFO->setCurrentIndex(-1);
     mAPPL.clear();
     VScroll1->setRange(0, 0);
@@ -255,61 +233,19 @@ void frmChemiInput::SetCmbInfo()
 void frmChemiInput::SetMode()
 {
     mDATA.resize(1);
-    if (gROW_IDX >= 0 && gROW_IDX < gCHEMI_ROWS.size())
-        mDATA[0] = gCHEMI_ROWS[gROW_IDX];
-    ChemiRow &r = mDATA[0];
-    if (gMODE == Mode::Add) {
-        // A copy is a new lot of the same pesticide: a new purchase date,
-        // and the whole quantity in hand.
-        r.FMR_ID = gFMR_ID;
-        r.CHEMI_ID = r.PUR_DATE = r.USED_QTY = r.REST_QTY = r.UDATE = Value::null();
-        r.CHK_FLG = Value(1);
+    mDATA[0] = Chemi::openRecord(mMode, mOpened, gFMR_ID);
+    // The crop of the registered uses stays open while the lot is only shown
+    // or deleted, so that the uses can be read; the payment is locked too.
+    const Qt::FocusPolicy cropFocus = cmbINFO->focusPolicy();
+    EntryScreen::setMode(this, cmdMENU[0], cmdMENU[1], mMode);
+    if (mMode == Mode::View || mMode == Mode::Delete) {
+        cmbINFO->setEnabled(true);
+        cmbINFO->setFocusPolicy(cropFocus);
+        cmbINFO->setProperty("locked", false);
+        for (QRadioButton *o : Option1)
+            o->setEnabled(false);
     }
-    switch (gMODE) {
-    case Mode::Add:
-    case Mode::Change:
-        cmdMENU[0]->setText(QStringLiteral("ｷｬﾝｾﾙ"));
-        cmdMENU[1]->setText(QStringLiteral("登録"));
-        cmdMENU[1]->setVisible(true);
-        break;
-    case Mode::View:
-        cmdMENU[0]->setText(QStringLiteral("閉じる"));
-        cmdMENU[1]->setVisible(false);
-        break;
-    case Mode::Delete:
-        cmdMENU[0]->setText(QStringLiteral("ｷｬﾝｾﾙ"));
-        cmdMENU[1]->setText(QStringLiteral("削除"));
-        cmdMENU[1]->setVisible(true);
-        break;
-    default: break;
-    }
-    if (gMODE == Mode::View || gMODE == Mode::Delete)
-        lockFields();
     DispData();
-}
-
-void frmChemiInput::lockFields()
-{
-    // The crop of the registered uses stays open: the uses can be read.
-    for (QWidget *w : controls()) {
-        const QString n = w->objectName();
-        if (n == QLatin1String("cmbINFO"))
-            continue;
-        if (n.startsWith(QLatin1String("txt")) || n.startsWith(QLatin1String("cmb"))) {
-            w->setFocusPolicy(Qt::NoFocus);
-            w->setProperty("locked", true);
-            if (auto *e = qobject_cast<QLineEdit *>(w)) {
-                e->setReadOnly(true);
-                QPalette p = e->palette();
-                p.setColor(QPalette::Base, palette().color(QPalette::Window));
-                e->setPalette(p);
-            } else {
-                w->setEnabled(false);
-            }
-        } else if (n.startsWith(QLatin1String("Che")) || n.startsWith(QLatin1String("Opt"))) {
-            w->setEnabled(false);
-        }
-    }
 }
 
 void frmChemiInput::DispData()
@@ -318,23 +254,23 @@ void frmChemiInput::DispData()
     lblDATA[0]->setText(textOf(r.CHEMI_ID));
     lblDATA[1]->setText(textOf(r.USED_QTY));
     lblDATA[2]->setText(textOf(r.REST_QTY));
-    txtDATA[0]->setText(textOf(r.REG_NO));
-    txtDATA[1]->setText(textOf(r.CHEMI_NM));
-    txtDATA[2]->setText(textOf(r.CHEMI_KIND));
-    txtDATA[3]->setText(textOf(r.MAKER_NM));
-    txtDATA[4]->setText(Sql::dayText(r.PUR_DATE));
-    txtDATA[5]->setText(textOf(r.PUR_SHOP));
-    txtDATA[6]->setText(textOf(r.PUR_QTY));
-    txtDATA[7]->setText(textOf(r.PUR_AMT));
-    txtDATA[8]->setText(textOf(r.NOTES));
-    selectItemData(cmbDATA[0], r.USES);
-    selectItemData(cmbDATA[1], r.CHEMI_TYPE);
-    selectItemData(cmbDATA[2], r.PUR_UNIT);
+    txtDATA[Chemi::RegNoBox]->setText(textOf(r.REG_NO));
+    txtDATA[Chemi::NameBox]->setText(textOf(r.CHEMI_NM));
+    txtDATA[Chemi::KindBox]->setText(textOf(r.CHEMI_KIND));
+    txtDATA[Chemi::MakerBox]->setText(textOf(r.MAKER_NM));
+    txtDATA[Chemi::DateBox]->setText(Sql::dayText(r.PUR_DATE));
+    txtDATA[Chemi::ShopBox]->setText(textOf(r.PUR_SHOP));
+    txtDATA[Chemi::QtyBox]->setText(textOf(r.PUR_QTY));
+    txtDATA[Chemi::AmountBox]->setText(textOf(r.PUR_AMT));
+    txtDATA[Chemi::NotesBox]->setText(textOf(r.NOTES));
+    selectItemData(cmbDATA[Chemi::UsesList], r.USES);
+    selectItemData(cmbDATA[Chemi::TypeList], r.CHEMI_TYPE);
+    selectItemData(cmbDATA[Chemi::UnitList], r.PUR_UNIT);
     // Neither option stands for an account that is neither.
     for (QRadioButton *o : Option1)
         o->setAutoExclusive(false);
-    Option1[0]->setChecked(isNumber(r.ACC_ID, Chemi::CashAccount));
-    Option1[1]->setChecked(isNumber(r.ACC_ID, Chemi::PayableAccount));
+    Option1[0]->setChecked(isNumber(r.ACC_ID, Acc::Cash));
+    Option1[1]->setChecked(isNumber(r.ACC_ID, Acc::Payable));
     for (QRadioButton *o : Option1)
         o->setAutoExclusive(true);
     Check1->setChecked(hasValue(r.CHK_FLG) && r.CHK_FLG.toBool());
@@ -347,26 +283,7 @@ bool frmChemiInput::txtLeave(int index)
 {
     if (!mChanged)
         return true;
-    ChemiRow &r = mDATA[0];
-    const QString text = txtDATA[index]->text();
-    switch (index) {
-    case 0:
-        r.REG_NO = textOrNull(text);
-        SetChemiData();
-        break;
-    case 1: r.CHEMI_NM = textOrNull(text); break;
-    case 2: r.CHEMI_KIND = textOrNull(text); break;
-    case 3: r.MAKER_NM = textOrNull(text); break;
-    case 5: r.PUR_SHOP = textOrNull(text); break;
-    case 8: r.NOTES = textOrNull(text); break;
-    case 4: r.PUR_DATE = dateOrNull(text); break;
-    case 6:
-        r.PUR_QTY = numberOrNull(text);
-        Chemi::computeRest(r);
-        break;
-    case 7: r.PUR_AMT = numberOrNull(text); break;
-    default: break;
-    }
+    Chemi::leaveBox(mDATA[0], index, txtDATA[index]->text());
     DispData();
     return true;
 }
@@ -376,14 +293,7 @@ bool frmChemiInput::cmbLeave(int index)
     QComboBox *c = cmbDATA[index];
     if (!settleComboText(c))
         return false;
-    const Value id = c->currentIndex() >= 0 ? currentItemData(c) : Value::null();
-    ChemiRow &r = mDATA[0];
-    switch (index) {
-    case 0: r.USES = id; break;
-    case 1: r.CHEMI_TYPE = id; break;
-    case 2: r.PUR_UNIT = id; break;
-    default: break;
-    }
+    Chemi::leaveList(mDATA[0], index, c->currentIndex() >= 0 ? currentItemData(c) : Value::null());
     return true;
 }
 
@@ -405,53 +315,35 @@ void frmChemiInput::SetAppl()
     mAPPL.clear();
     VScroll1->setRange(0, 0);
     VScroll1->setValue(0);
-    const ChemiRow &r = mDATA[0];
-    if (hasValue(r.REG_NO) && !r.REG_NO.toText().isEmpty() && !crop.isEmpty()) {
-        mAPPL = Chemi::applications(r.REG_NO, Chemi::cropOf(crop));
-        VScroll1->setRange(0, std::max(0, int(mAPPL.size()) - 1));
-        VScroll1->setValue(0);
-    }
+    mAPPL = Chemi::applicationsFor(mDATA[0], crop);
+    VScroll1->setRange(0, std::max(0, int(mAPPL.size()) - 1));
+    VScroll1->setValue(0);
     DispAppl();
 }
 
 void frmChemiInput::DispAppl()
 {
     const int at = VScroll1->value();
-    if (mAPPL.isEmpty() || at < 0 || at >= mAPPL.size()) {
-        for (QLabel *l : lblINFO)
-            l->clear();
-        return;
-    }
-    const ApplRow &a = mAPPL[at];
-    lblINFO[0]->setText(infoText(a.TARGET) + infoText(a.PURPOSE));
-    lblINFO[1]->setText(infoText(a.DILUTION) + infoText(a.USE_QTY));
-    lblINFO[2]->setText(infoText(a.SEASON));
-    lblINFO[3]->setText(infoText(a.USE_TIMES) + QLatin1Char(' ') + infoText(a.USE_WAY));
+    const QStringList texts =
+        at >= 0 && at < mAPPL.size() ? Chemi::applTexts(mAPPL[at]) : QStringList(lblINFO.size(), QString());
+    for (int i = 0; i < lblINFO.size(); ++i)
+        lblINFO[i]->setText(texts[i]);
 }
 
 bool frmChemiInput::ChkData()
 {
-    ChemiRow &r = mDATA[0];
-    if (gMODE == Mode::Delete) {
-        const QString refusal = Chemi::deleteRefusal(r.FMR_ID, r.CHEMI_ID);
-        if (!refusal.isEmpty()) {
-            ShowMsg(refusal, Msg::Exclamation);
-            return false;
-        }
+    const Chemi::Refusal refusal = Chemi::check(mDATA[0], mMode);
+    if (refusal.ok())
         return true;
-    }
-    Chemi::computeRest(r);
-    if (txtDATA[1]->text().isEmpty()) {
-        ShowMsg(QStringLiteral("名称は必須入力です。"), Msg::Exclamation);
-        txtDATA[1]->setFocus();
-        return false;
-    }
-    return true;
+    ShowMsg(refusal.message, Msg::Exclamation);
+    if (refusal.box >= 0)
+        txtDATA[refusal.box]->setFocus();
+    return false;
 }
 
 bool frmChemiInput::SaveData()
 {
-    if (!Chemi::saveLot(gMODE, mDATA[0], GetCompName())) {
+    if (!Chemi::saveLot(mMode, mDATA[0], GetCompName())) {
         ShowMsg(QStringLiteral("該当データが存在しません。"), Msg::Critical);
         return false;
     }

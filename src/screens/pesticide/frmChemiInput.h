@@ -1,8 +1,9 @@
 #pragma once
 // The pesticide entry ("農薬入力"): one purchased lot, opened from the
-// pesticide list with gMODE (1 add or copy, 2 change, 3 view, 4 delete) and
-// gROW_IDX (the row of gCHEMI_ROWS, -1 for a new one). Its lower part shows,
-// crop by crop, the uses that the pesticide's registration allows.
+// pesticide list with its mode (add, which copies the row handed over when
+// there is one; change; view; delete) and the lot's row. Its lower part
+// shows, crop by crop, the uses that the pesticide's registration allows.
+// The fields' rules, the check and the save are those of Chemi.
 
 #include "rules/pesticide/ChemiData.h"
 
@@ -17,10 +18,16 @@ class QPushButton;
 class QRadioButton;
 class QScrollBar;
 
+// Fills a drop-down of the pesticide screens: the empty first entry, then
+// the entries with their ids as item data; nothing chosen.
+void setEntries(QComboBox *combo, const QVector<Chemi::Entry> &entries);
+
 class frmChemiInput : public Form {
     Q_OBJECT
 public:
-    explicit frmChemiInput(QWidget *parent = nullptr);
+    explicit frmChemiInput(Mode mode, const ChemiRow &row = ChemiRow(), QWidget *parent = nullptr);
+
+    Mode mode() const { return mMode; }
 
     void InitForm();
     void SetCmb(int index);
@@ -46,7 +53,6 @@ private:
     bool txtLeave(int index);
     bool cmbLeave(int index);
     bool cmbInfoLeave();
-    void lockFields();
 
     QVector<QLineEdit *> txtDATA;
     QVector<QComboBox *> cmbDATA;
@@ -58,6 +64,8 @@ private:
     QComboBox *cmbINFO;
     QScrollBar *VScroll1;
     QGroupBox *Frame2;
+    const Mode mMode;
+    const ChemiRow mOpened; // the row handed over
     QVector<ChemiRow> mDATA{ChemiRow()};
     QVector<ApplRow> mAPPL;
     bool mChanged = false;

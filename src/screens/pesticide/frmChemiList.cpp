@@ -4,12 +4,10 @@
 #include "rules/pesticide/ChemiStock.h"
 #include "screens/pesticide/frmChemiInput.h"
 
-#include "ui/Entry.h"
 #include "base/Globals.h"
 #include "base/Msg.h"
-#include "store/SqlText.h"
-#include "store/Database.h"
-#include "store/Lookup.h"
+#include "ui/Entry.h"
+#include "ui/Skeletons.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -62,12 +60,6 @@ const struct {
     {"PUR_DATE", 1400, false}, {"PUR_QTY", 1000, true}, {"USED_QTY", 1000, true}, {"REST_QTY", 1000, true},
 };
 
-bool isFilterDate(const QString &t)
-{
-    QDateTime dt;
-    return DateUtil::parse(t, dt) && dt.date().year() >= 1000 && dt.date().year() <= 9999;
-}
-
 } // namespace
 
 frmChemiList::frmChemiList(QWidget *parent) : Form(QStringLiteral("frmChemiList"), 12400, 9200, parent)
@@ -91,7 +83,8 @@ frmChemiList::frmChemiList(QWidget *parent) : Form(QStringLiteral("frmChemiList"
         entry().registerDateField(txtCOND[i], i);
         entry().setLeaveCheck(txtCOND[i], [this, i] {
             const QString t = txtCOND[i]->text();
-            if (t.isEmpty() || isFilterDate(t))
+            QDateTime day;
+            if (t.isEmpty() || DateUtil::parseStorable(t, day))
                 return true;
             ShowMsg(QStringLiteral("日付を指定してください。"), Msg::Exclamation);
             return false;
@@ -165,18 +158,7 @@ void frmChemiList::InitList()
         ListView1->setColumnWidth(i, int(kColumns[i].width * rateX() / TwipsPerPixel));
 }
 
-void frmChemiList::SetCmb()
-{
-    cmbCOND->clear();
-    addEmptyItem(cmbCOND);
-    RecordsetPtr rs =
-        gWORK->GetFwdOnlyRst(QStringLiteral("SELECT L_KBN.ID, L_KBN.NM FROM L_KBN WHERE KBN=15 ORDER BY L_KBN.ID"));
-    for (; !rs->eof(); rs->MoveNext())
-        addItem(cmbCOND, Nz(rs->Fields(QStringLiteral("NM")), Value(QString())).toText(),
-                Nz(rs->Fields(QStringLiteral("ID")), Value(0)));
-    rs->Close();
-    cmbCOND->setCurrentIndex(-1);
-}
+void frmChemiList::SetCmb() { setEntries(cmbCOND, Chemi::uses()); }
 
 void frmChemiList::SetList()
 {
@@ -190,21 +172,11 @@ void frmChemiList::SetList()
     f.stock = Option1[0]->isChecked()   ? Chemi::Stock::InHand
               : Option1[1]->isChecked() ? Chemi::Stock::UsedUp
                                         : Chemi::Stock::All;
-    RecordsetPtr rs = gDB->GetFwdOnlyRst(Chemi::listSql(f));
+    mRows = Chemi::readLots(f);
     ListView1->clear();
-    Chemi::loadRows(*rs);
-    rs->Close();
     QList<QTreeWidgetItem *> items;
-    for (const ChemiRow &r : gCHEMI_ROWS) {
-        auto *item = new QTreeWidgetItem;
-        item->setText(0, textOf(r.CHEMI_ID));
-        item->setText(1, GetKbn15Nm(r.USES));
-        item->setText(2, textOf(r.CHEMI_NM));
-        item->setText(3, textOf(r.REG_NO));
-        item->setText(4, Sql::dayText(r.PUR_DATE));
-        item->setText(5, textOf(r.PUR_QTY));
-        item->setText(6, textOf(r.USED_QTY));
-        item->setText(7, textOf(r.REST_QTY));
+    for (const ChemiRow &r : mRows) {
+        auto *item = new QTreeWidgetItem(Chemi::listLine(r));
         for (int i = 0; i < 8; ++i)
             if (kColumns[i].number)
                 item->setTextAlignment(i, Qt::AlignRight | Qt::AlignVCenter);
@@ -215,27 +187,16 @@ void frmChemiList::SetList()
         return;
     // The lot saved last; else the first row, so that a row is at hand
     // while the list has any.
-    const int row = std::max(0, Chemi::rowOfChemi(gLAST_CHEMI_ID));
-    QTreeWidgetItem *item = ListView1->topLevelItem(row);
-    ListView1->setCurrentItem(item);
-    item->setSelected(true);
-    ListView1->scrollToItem(item);
+    ListScreen::chooseRow(ListView1, std::max(0, Chemi::rowOfChemi(mRows, gLAST_CHEMI_ID)));
 }
 
-int frmChemiList::selectedRow() const
-{
-    const QList<QTreeWidgetItem *> sel = ListView1->selectedItems();
-    if (sel.isEmpty())
-        return -1;
-    return ListView1->indexOfTopLevelItem(sel.first());
-}
+int frmChemiList::selectedRow() const { return ListScreen::chosenRow(ListView1); }
 
 void frmChemiList::openEntry(Mode mode, bool needsRow)
 {
     const int row = needsRow ? selectedRow() : -1;
-    if (needsRow && row < 0)
+    if (needsRow && (row < 0 || row >= mRows.size()))
         return;
-    gMODE = mode;
-    gROW_IDX = row;
-    openModal(new frmChemiInput);
+    if (openModal(new frmChemiInput(mode, row >= 0 ? mRows[row] : ChemiRow())) == QDialog::Accepted)
+        SetList();
 }

@@ -2,9 +2,11 @@
 // The pesticide list ("農薬一覧"): the farmer's pesticide lots with their
 // stock, narrowed by use, name, purchase dates, registration number and what
 // is left, and the way into the pesticide entry for adding, changing,
-// viewing, deleting and copying.
+// viewing, deleting and copying: the entry is opened with its mode and the
+// lot's row, and the list is read again when a save closes it.
 
 #include "base/Mode.h"
+#include "rules/pesticide/ChemiData.h"
 #include "ui/Form.h"
 
 class QComboBox;
@@ -26,6 +28,8 @@ public:
 
     // The place of the selected row from 0; -1 with none.
     int selectedRow() const;
+    // The lots listed, a row a line.
+    const QVector<ChemiRow> &rows() const { return mRows; }
 
 protected:
     void onLoad() override;
@@ -39,4 +43,5 @@ private:
     QVector<QRadioButton *> Option1;
     QTreeWidget *ListView1;
     QVector<QPushButton *> cmdMENU;
+    QVector<ChemiRow> mRows;
 };

@@ -1,1 +1,2 @@
 # The rules tests of pesticide (no widgets).
+tillora_rules_test(tst_chemi rules/pesticide/tst_chemi.cpp rules/pesticide/LotFixture.cpp)

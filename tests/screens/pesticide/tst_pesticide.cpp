@@ -1,18 +1,20 @@
-// Pesticide lots: the crop match of the registered uses, the names from the
-// register, the list's statement; then the list and the entry driven as a
-// user drives them, with the lot, its purchase slip and its stock checked in
-// the data database after each save.
+// The pesticide list and the pesticide entry driven as a user drives them,
+// with the lot, its purchase slip and its stock checked in the data database
+// after each save.
 
 #include "ui/Form.h"
 #include "base/Globals.h"
 #include "base/Helpers.h"
 #include "screens/diary/frmDairyCal.h"
+#include "rules/common/Ids.h"
 #include "rules/pesticide/ChemiData.h"
 #include "rules/pesticide/ChemiStock.h"
+#include "rules/pesticide/LotFixture.h"
 #include "screens/pesticide/frmChemiInput.h"
 #include "screens/pesticide/frmChemiList.h"
 #include "store/Database.h"
 #include "store/Lookup.h"
+#include "support/Build.h"
 #include "support/GuiDriver.h"
 #include "support/MsgRecorder.h"
 #include "support/TestRoot.h"
@@ -30,39 +32,6 @@
 #include <QtTest/QTest>
 
 namespace {
-
-// Farmer 1: lot 1 (3 kg on credit, slip 3, used on two days), lot 2 (used
-// up), lot 3 (no quantity, no number), lot 4 (a stale count, no use, slip
-// 4); farmer 2: lot 5 and its slip 9.
-void seedLots()
-{
-    gDB->EXEC("INSERT INTO D_CHEMI (FMR_ID, CHEMI_ID, CHEMI_NM, REG_NO, USES, MAKER_NM, CHEMI_TYPE, CHEMI_KIND, "
-              "PUR_DATE, PUR_SHOP, PUR_QTY, PUR_UNIT, ACC_ID, PUR_AMT, USED_QTY, REST_QTY, NOTES, LEDGE_ID, CHK_FLG, "
-              "IDATE) VALUES (1, 1, 'ハルカゼ乳剤（見本）', '90001', 1, 'あおば農化株式会社（見本）', 1, "
-              "'ピレスロイド系殺虫剤（見本）', #2024/4/3#, 'JAみどり', 3, 2, 2000, 4500, 1, 2, '春の分', 3, -1, "
-              "#2024/4/3 10:00:00#)");
-    gDB->EXEC("INSERT INTO D_CHEMI (FMR_ID, CHEMI_ID, CHEMI_NM, REG_NO, USES, PUR_DATE, PUR_QTY, PUR_UNIT, ACC_ID, "
-              "PUR_AMT, USED_QTY, REST_QTY, LEDGE_ID, CHK_FLG) VALUES (1, 2, 'ミナモフロアブル（見本）', '90003', 2, "
-              "#2024/5/10#, 500, 4, 1000, 0, 500, 0, 0, -1)");
-    gDB->EXEC("INSERT INTO D_CHEMI (FMR_ID, CHEMI_ID, CHEMI_NM, USES, PUR_DATE, PUR_AMT, CHK_FLG) VALUES "
-              "(1, 3, '自家製の木酢液', 8, #2024/3/1#, 0, -1)");
-    gDB->EXEC("INSERT INTO D_CHEMI (FMR_ID, CHEMI_ID, CHEMI_NM, REG_NO, USES, PUR_DATE, PUR_QTY, PUR_UNIT, ACC_ID, "
-              "PUR_AMT, USED_QTY, REST_QTY, LEDGE_ID, CHK_FLG) VALUES (1, 4, 'コモレビ水和剤（見本）', '90002', 2, "
-              "#2024/6/20#, 2, 2, 1000, 1800, 0.5, 1.5, 4, -1)");
-    gDB->EXEC("INSERT INTO D_CHEMI (FMR_ID, CHEMI_ID, CHEMI_NM, REG_NO, USES, PUR_DATE, PUR_QTY, USED_QTY, REST_QTY, "
-              "CHK_FLG) VALUES (2, 5, 'ハルカゼ乳剤（見本）', '90001', 1, #2024/4/5#, 5, 0, 5, -1)");
-    const char *slip = "INSERT INTO D_LEDGE (FMR_ID, LEDGE_ID, LEDGE_DATE, D_ACC_ID, D_OPT_KBN, D_OPT_ID, D_OPT_NM, "
-                       "C_ACC_ID, C_OPT_KBN, C_OPT_ID, AMT) VALUES ";
-    gDB->EXEC(QString::fromLatin1(slip) + "(1, 3, #2024/4/3#, 1130, 3, 1, '3.0kg', 2000, 0, 0, 4500)");
-    gDB->EXEC(QString::fromLatin1(slip) + "(1, 4, #2024/6/20#, 1130, 3, 4, '2.0kg', 1000, 0, 0, 1800)");
-    gDB->EXEC(QString::fromLatin1(slip) + "(2, 9, #2024/4/5#, 1130, 3, 5, NULL, 1000, 0, 0, 900)");
-    // lot 1: 500 g and 0.5 kg; lot 2: all of it
-    const char *use = "INSERT INTO D_DIARY_DTL (FMR_ID, WORK_DATE, DTL_NO, PLANT_ID, WORK_KBN, CHEMI_ID, QTY, "
-                      "UNIT_ID) VALUES ";
-    gDB->EXEC(QString::fromLatin1(use) + "(1, #2024/6/9#, 1, 1, 5, 1, 500, 1)");
-    gDB->EXEC(QString::fromLatin1(use) + "(1, #2024/5/20#, 1, 1, 5, 1, 0.5, 2)");
-    gDB->EXEC(QString::fromLatin1(use) + "(1, #2024/5/21#, 1, 1, 5, 2, 500, 4)");
-}
 
 QString shown(const Value &v)
 {
@@ -188,112 +157,7 @@ private slots:
         gFMR_ID = Value(1);
         gUSE_TYPE = 1;
         gLAST_CHEMI_ID = Value();
-        gCHEMI_ROWS.clear();
         setCompNameForTests(QStringLiteral("PC-PEST"));
-    }
-
-    // ---------------------------------------------------------------- rules
-
-    void cropMatch_data()
-    {
-        QTest::addColumn<QString>("names");
-        QTest::addColumn<QString>("groups");
-        QTest::addColumn<QString>("namesNg");
-        QTest::addColumn<QString>("groupsNg");
-        QTest::addColumn<bool>("applies");
-        // the crop: ミニトマト, item トマト, group 01
-        QTest::newRow("second of two names") << "トマト,ミニトマト" << "" << "" << "" << true;
-        QTest::newRow("the item's name allows") << "トマト" << "" << "" << "" << true;
-        QTest::newRow("item excluded") << "トマト,ミニトマト" << "" << "トマト" << "" << false;
-        QTest::newRow("group, no names") << "" << "01,02,03" << "" << "" << true;
-        QTest::newRow("exclusion does not see the listed name") << "" << "01" << "ミニトマト" << "" << true;
-        QTest::newRow("group excluded wins") << "ミニトマト" << "" << "" << "02,01" << false;
-        QTest::newRow("all four empty") << "" << "" << "" << "" << false;
-        QTest::newRow("exclusions alone") << "" << "" << "なす" << "06" << false;
-        QTest::newRow("items are not trimmed") << "なす, ミニトマト" << " 01" << "" << "" << false;
-        QTest::newRow("groups compared whole") << "" << "1,001,010" << "" << "" << false;
-        QTest::newRow("another crop") << "なす,きゅうり" << "06" << "" << "" << false;
-    }
-    void cropMatch()
-    {
-        QFETCH(QString, names);
-        QFETCH(QString, groups);
-        QFETCH(QString, namesNg);
-        QFETCH(QString, groupsNg);
-        QFETCH(bool, applies);
-        const Chemi::Crop crop{QStringLiteral("ミニトマト"), QStringLiteral("トマト"), QStringLiteral("01")};
-        QCOMPARE(Chemi::cropApplies({names, groups, namesNg, groupsNg}, crop), applies);
-    }
-
-    void registeredUsesOfTheDeliveredRegister()
-    {
-        TestRoot root;
-        auto targets = [](const char *regNo, const char *crop) {
-            QStringList out;
-            for (const ApplRow &a : Chemi::applications(Value(regNo), Chemi::cropOf(QString::fromUtf8(crop))))
-                out << a.TARGET.toText() + QLatin1Char('/') + Nz(a.DILUTION, Value(QString())).toText();
-            out.sort();
-            return out.join(QLatin1Char(' '));
-        };
-        // the same use under the words トマト and ミニトマト: twice, as the match columns differ
-        QCOMPARE(targets("90003", "ミニトマト"), QStringLiteral("灰色かび病/2000倍 灰色かび病/2000倍"));
-        QCOMPARE(targets("90003", "トマト"), QStringLiteral("灰色かび病/2000倍"));
-        // by its own name and by the vegetables' groups
-        QCOMPARE(targets("90002", "きゅうり"), QStringLiteral("べと病/500～800倍 べと病/800倍 斑点細菌病/500～800倍"));
-        // fruit trees except citrus: みかん is listed as かんきつ
-        QCOMPARE(targets("90006", "りんご"), QStringLiteral("一年生雑草/100倍 多年生雑草/50倍"));
-        QCOMPARE(targets("90006", "みかん"), QString());
-        // vegetables except ねぎ
-        QCOMPARE(targets("90008", "ねぎ"), QString());
-        QCOMPARE(targets("90008", "キャベツ"), QStringLiteral("タネバエ/ ネキリムシ類/"));
-        QCOMPARE(targets("99999", "キャベツ"), QString());
-        const Chemi::Crop unknown = Chemi::cropOf(QStringLiteral("O'バナナ"));
-        QVERIFY(unknown.item.isEmpty() && unknown.group.isEmpty());
-    }
-
-    void namesFromTheRegister()
-    {
-        TestRoot root;
-        ChemiRow r;
-        r.REG_NO = Value("90013");
-        r.CHEMI_NM = Value("手で打った名前");
-        Chemi::setChemiData(r);
-        QCOMPARE(r.CHEMI_NM.toText(), QStringLiteral("ミズカガミ１キロ粒剤（見本）"));
-        QCOMPARE(r.CHEMI_KIND.toText(), QStringLiteral("水田用除草剤（見本）"));
-        QCOMPARE(r.MAKER_NM.toText(), QStringLiteral("ひなた化成工業株式会社（見本）"));
-        // the codes of the register are ids of the lists
-        QCOMPARE(r.USES.toLong(), 4);
-        QCOMPARE(r.CHEMI_TYPE.toLong(), 8);
-        r.REG_NO = Value("ＢＴ");
-        Chemi::setChemiData(r);
-        QVERIFY(r.CHEMI_NM.isNull() && r.CHEMI_KIND.isNull() && r.MAKER_NM.isNull() && r.USES.isNull() &&
-                r.CHEMI_TYPE.isNull());
-    }
-
-    void listStatement()
-    {
-        Chemi::ListFilter f;
-        f.farmer = Value(1);
-        const QString order = QStringLiteral(" ORDER BY D_CHEMI.PUR_DATE, D_CHEMI.CHEMI_NM");
-        QCOMPARE(Chemi::listSql(f), QStringLiteral("SELECT D_CHEMI.*  FROM D_CHEMI  WHERE D_CHEMI.FMR_ID=1 AND "
-                                                   " D_CHEMI.REST_QTY>0") + order);
-        f.uses = Value(2);
-        f.name = QStringLiteral("O'フロア");
-        f.dateFrom = QStringLiteral("2024/4/1");
-        f.dateTo = QStringLiteral("2024/05/31");
-        f.regNo = QStringLiteral("９０００３");
-        f.stock = Chemi::Stock::UsedUp;
-        QCOMPARE(Chemi::listSql(f),
-                 QStringLiteral("SELECT D_CHEMI.*  FROM D_CHEMI  WHERE D_CHEMI.FMR_ID=1 AND  D_CHEMI.USES=2 AND  "
-                                "D_CHEMI.CHEMI_NM LIKE '%O''フロア%' AND  D_CHEMI.PUR_DATE>=#2024/04/01# AND  "
-                                "D_CHEMI.PUR_DATE<=#2024/05/31# AND  D_CHEMI.REG_NO=90003 AND  "
-                                "((D_CHEMI.REST_QTY<=0) OR (D_CHEMI.REST_QTY IS NULL))") + order);
-        // the empty use (0) is no criterion; 全て has none for the stock
-        f = Chemi::ListFilter();
-        f.farmer = Value(2);
-        f.uses = Value(0);
-        f.stock = Chemi::Stock::All;
-        QCOMPARE(Chemi::listSql(f), QStringLiteral("SELECT D_CHEMI.*  FROM D_CHEMI  WHERE D_CHEMI.FMR_ID=2") + order);
     }
 
     // ---------------------------------------------------------------- list
@@ -313,8 +177,8 @@ private slots:
             cells << first->text(c);
         QCOMPARE(cells.join(QLatin1Char('|')), QStringLiteral("1|殺虫剤|ハルカゼ乳剤（見本）|90001|2024/04/03|3|1|2"));
         QCOMPARE(rig.view->headerItem()->data(1, Qt::UserRole).toString(), QStringLiteral("USED"));
-        QCOMPARE(gCHEMI_ROWS.size(), 2);
-        QCOMPARE(gCHEMI_ROWS[0].NOTES.toText(), QStringLiteral("春の分"));
+        QCOMPARE(rig.list.rows().size(), 2);
+        QCOMPARE(rig.list.rows()[0].NOTES.toText(), QStringLiteral("春の分"));
         QVERIFY(!rig.list.ctl<QPushButton>("cmdMENU(6)")->isEnabled());
 
         // 検索 first gives back what no diary line uses: lot 4's stale count goes
@@ -566,8 +430,13 @@ private slots:
         TestRoot root;
         seedLots();
         // another farmer's line under lot 4's number
-        gDB->EXEC("INSERT INTO D_DIARY_DTL (FMR_ID, WORK_DATE, DTL_NO, PLANT_ID, WORK_KBN, CHEMI_ID, QTY, UNIT_ID) "
-                  "VALUES (2, #2024/7/1#, 1, 1, 5, 4, 1, 2)");
+        Build::diaryLine(QDate(2024, 7, 1), 1, WorkKbn::Spraying)
+            .set("FMR_ID", 2)
+            .set("PLANT_ID", 1)
+            .set("CHEMI_ID", 4)
+            .set("QTY", 1)
+            .set("UNIT_ID", 2)
+            .add();
         ListRig rig;
         auto remove = [&](int lot) {
             selectLot(rig.view, lot);
@@ -646,8 +515,7 @@ private slots:
             rig.press(mode);
             QCOMPARE(rig.msgs.lastPrompt(), QStringLiteral("該当データが存在しません。"));
             QCOMPARE(rig.msgs.messages.last().buttons, 16);
-            gDB->EXEC("INSERT INTO D_CHEMI (FMR_ID, CHEMI_ID, CHEMI_NM, PUR_QTY, REST_QTY) VALUES "
-                      "(1, 4, 'コモレビ水和剤（見本）', 2, 2)");
+            Build::lot(4, QStringLiteral("コモレビ水和剤（見本）")).set("PUR_QTY", 2).set("REST_QTY", 2).add();
         }
         QCOMPARE(rig.msgs.count(), 2);
         // the slip steps before the lot stand: the change wrote its slip again, the delete took it
