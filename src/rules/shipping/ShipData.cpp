@@ -3,30 +3,31 @@
 #include "base/Globals.h"
 #include "base/Helpers.h"
 #include "base/Msg.h"
-#include "store/SqlText.h"
+#include "rules/common/Ids.h"
 #include "store/Database.h"
 #include "store/Lookup.h"
+#include "store/Stmt.h"
 
 QVector<ShipRow> gSHIP_ROWS;
 
-namespace {
+const ColumnMap<ShipRow> &ShipRow::map()
+{
+    static const ColumnMap<ShipRow> m{
+        {"FMR_ID", &ShipRow::FMR_ID},         {"SHIP_ID", &ShipRow::SHIP_ID},       {"SHIP_DATE", &ShipRow::SHIP_DATE},
+        {"PLANT_ID", &ShipRow::PLANT_ID},     {"DTL_NO", &ShipRow::DTL_NO},         {"SHOP_ID", &ShipRow::SHOP_ID},
+        {"PRD_ID", &ShipRow::PRD_ID},         {"PRD_NM", &ShipRow::PRD_NM},         {"LOCATE", &ShipRow::LOCATE},
+        {"PLAS", &ShipRow::PLAS},             {"ACC_ID", &ShipRow::ACC_ID},         {"SHOP_PRC", &ShipRow::SHOP_PRC},
+        {"SHIP_QTY", &ShipRow::SHIP_QTY},     {"RTN_QTY", &ShipRow::RTN_QTY},       {"SALES_QTY", &ShipRow::SALES_QTY},
+        {"DSC_AMT", &ShipRow::DSC_AMT},       {"SALES_AMT", &ShipRow::SALES_AMT},   {"FEE_RT", &ShipRow::FEE_RT},
+        {"FEE_AMT", &ShipRow::FEE_AMT},       {"NOTES", &ShipRow::NOTES},           {"PRINT_DATE", &ShipRow::PRINT_DATE},
+        {"EXP_DATE", &ShipRow::EXP_DATE},     {"LEDGE_ID_S", &ShipRow::LEDGE_ID_S}, {"LEDGE_ID_F", &ShipRow::LEDGE_ID_F},
+        {"IDATE", &ShipRow::IDATE},           {"UDATE", &ShipRow::UDATE},           {"LAST_TM", &ShipRow::LAST_TM},
+        {"HOLD_TM", &ShipRow::HOLD_TM},
+    };
+    return m;
+}
 
-struct Field {
-    const char *name;
-    Value ShipRow::*member;
-};
-const Field kFields[] = {
-    {"FMR_ID", &ShipRow::FMR_ID},         {"SHIP_ID", &ShipRow::SHIP_ID},       {"SHIP_DATE", &ShipRow::SHIP_DATE},
-    {"PLANT_ID", &ShipRow::PLANT_ID},     {"DTL_NO", &ShipRow::DTL_NO},         {"SHOP_ID", &ShipRow::SHOP_ID},
-    {"PRD_ID", &ShipRow::PRD_ID},         {"PRD_NM", &ShipRow::PRD_NM},         {"LOCATE", &ShipRow::LOCATE},
-    {"PLAS", &ShipRow::PLAS},             {"ACC_ID", &ShipRow::ACC_ID},         {"SHOP_PRC", &ShipRow::SHOP_PRC},
-    {"SHIP_QTY", &ShipRow::SHIP_QTY},     {"RTN_QTY", &ShipRow::RTN_QTY},       {"SALES_QTY", &ShipRow::SALES_QTY},
-    {"DSC_AMT", &ShipRow::DSC_AMT},       {"SALES_AMT", &ShipRow::SALES_AMT},   {"FEE_RT", &ShipRow::FEE_RT},
-    {"FEE_AMT", &ShipRow::FEE_AMT},       {"NOTES", &ShipRow::NOTES},           {"PRINT_DATE", &ShipRow::PRINT_DATE},
-    {"EXP_DATE", &ShipRow::EXP_DATE},     {"LEDGE_ID_S", &ShipRow::LEDGE_ID_S}, {"LEDGE_ID_F", &ShipRow::LEDGE_ID_F},
-    {"IDATE", &ShipRow::IDATE},           {"UDATE", &ShipRow::UDATE},           {"LAST_TM", &ShipRow::LAST_TM},
-    {"HOLD_TM", &ShipRow::HOLD_TM},
-};
+namespace {
 
 // A field that takes part in the arithmetic: there, and a number.
 bool num(const Value &v, double &out)
@@ -54,7 +55,7 @@ void stepE(ShipRow &r)
     if (hasValue(r.FEE_RT))
         return;
     const Value rt = gMST->DLookup(QStringLiteral("FEE_RT"), QStringLiteral("M_SHOP"),
-                                   QStringLiteral("SHOP_ID=") + Nz(gSHOP_ID, Value(1)).toText());
+                                   Stmt("SHOP_ID=?").num(Nz(gSHOP_ID, Value(1))));
     r.FEE_RT = hasValue(rt) ? rt : Value(1);
 }
 
@@ -65,17 +66,28 @@ void stepF(ShipRow &r)
     r.FEE_AMT = Value(RoundEx(Value(numOr0(r.SALES_AMT) * numOr0(r.FEE_RT) / 100), 3, 0));
 }
 
+// The amount, the rate when there is none, and the fee.
+void amountAndFee(ShipRow &r)
+{
+    Ship::computeSalesAmount(r);
+    stepE(r);
+    stepF(r);
+}
+
+// A price, a sold quantity or a discount changed: the amount and the fee
+// again, or no amount while price or sold quantity is missing (the fee
+// stays as it was).
 void stepA(ShipRow &r)
 {
     if (!present(r.SHOP_PRC) || !present(r.SALES_QTY)) {
         r.SALES_AMT = Value::null();
         return;
     }
-    Ship::computeSalesAmount(r);
-    stepE(r);
-    stepF(r);
+    amountAndFee(r);
 }
 
+// The shipped quantity changed: sold is shipped less returned once the
+// returns are known.
 void stepB(ShipRow &r)
 {
     if (!present(r.RTN_QTY)) {
@@ -93,6 +105,7 @@ void stepB(ShipRow &r)
     stepF(r);
 }
 
+// The returns changed.
 void stepC(ShipRow &r)
 {
     if (!present(r.SHIP_QTY)) {
@@ -105,23 +118,8 @@ void stepC(ShipRow &r)
         r.SALES_AMT = Value::null();
         return;
     }
-    Ship::computeSalesAmount(r);
-    stepE(r);
-    stepF(r);
+    amountAndFee(r);
 }
-
-void stepD(ShipRow &r)
-{
-    if (!present(r.SHOP_PRC) || !present(r.SALES_QTY)) {
-        r.SALES_AMT = Value::null();
-        return;
-    }
-    Ship::computeSalesAmount(r);
-    stepE(r);
-    stepF(r);
-}
-
-QString sqlDate(const Value &v) { return QLatin1Char('#') + DateUtil::sqlText(v.toDate()) + QLatin1Char('#'); }
 
 } // namespace
 
@@ -132,8 +130,7 @@ int LoadShipRows(Recordset &rs)
     for (; !rs.eof(); rs.MoveNext(), ++n) {
         if (n > 0)
             gSHIP_ROWS.append(ShipRow());
-        for (const Field &f : kFields)
-            gSHIP_ROWS[n].*f.member = rs.Fields(QString::fromLatin1(f.name));
+        ShipRow::map().read(rs, gSHIP_ROWS[n]);
     }
     return n;
 }
@@ -162,11 +159,9 @@ void leaveBox(ShipRow &r, int box, const QString &text)
             r.PRD_ID = Value::null();
         } else {
             r.PRD_ID = t;
-            double code = 0;
-            parseNumber(text, code);
+            // the code as a number: its leading digits, 0 for none
             const Value nm = gMST->DLookup(QStringLiteral("PRD_NM"), QStringLiteral("M_PRD"),
-                                           QStringLiteral("SHOP_ID=") + Nz(gSHOP_ID, Value(1)).toText() +
-                                               QStringLiteral(" AND PRD_ID=") + Value(code).toText());
+                                           Stmt("SHOP_ID=? AND PRD_ID=?").num(Nz(gSHOP_ID, Value(1))).num(t));
             r.PRD_NM = hasValue(nm) ? nm : Value::null();
         }
         break;
@@ -208,7 +203,7 @@ void leaveBox(ShipRow &r, int box, const QString &text)
             r.DSC_AMT = r.SALES_AMT = r.FEE_AMT = Value::null();
         } else {
             r.DSC_AMT = t;
-            stepD(r);
+            stepA(r);
         }
         break;
     case FeeRt:
@@ -234,29 +229,99 @@ ShipRow newShipment()
     r.FMR_ID = gFMR_ID;
     r.SHIP_DATE = Value(DateUtil::today());
     r.SHOP_ID = gSHOP_ID;
-    r.LOCATE = Value(textOf(gMST->DLookup(QStringLiteral("LOCATE"), QStringLiteral("M_FMR"),
-                                          QStringLiteral("FMR_ID=") + Nz(gFMR_ID, Value(0)).toText())));
+    r.LOCATE = Value(textOf(
+        gMST->DLookup(QStringLiteral("LOCATE"), QStringLiteral("M_FMR"), Stmt("FMR_ID=?").num(gFMR_ID))));
     r.PLAS = Value(true);
-    r.ACC_ID = Nz(gMST->DLookup(QStringLiteral("ACC_ID"), QStringLiteral("M_SHOP"),
-                                QStringLiteral("SHOP_ID=") + Nz(r.SHOP_ID, Value(0)).toText()),
-                  Value(0));
+    r.ACC_ID = shopAccount(r.SHOP_ID);
     return r;
+}
+
+Value shopAccount(const Value &shopId)
+{
+    return Nz(gMST->DLookup(QStringLiteral("ACC_ID"), QStringLiteral("M_SHOP"), Stmt("SHOP_ID=?").num(shopId)),
+              Value(0));
+}
+
+void chooseShop(ShipRow &r, const Value &shopId)
+{
+    r.SHOP_ID = shopId;
+    r.ACC_ID = shopAccount(shopId);
+}
+
+void takePlantingProduct(ShipRow &r)
+{
+    const QString where = Stmt("PLANT_ID=?").num(r.PLANT_ID);
+    r.PRD_ID = Value(textOf(gDB->DLookup(QStringLiteral("PRD_ID"), QStringLiteral("D_PLANT"), where)));
+    r.PRD_NM = Value(textOf(gDB->DLookup(QStringLiteral("PRD_NM"), QStringLiteral("D_PLANT"), where)));
+}
+
+namespace {
+
+QVector<Choice> choices(DbObject *db, const QString &sql)
+{
+    QVector<Choice> out;
+    RecordsetPtr rs = db->GetFwdOnlyRst(sql);
+    for (; !rs->eof(); rs->MoveNext())
+        out.append({rs->Fields(0), textOf(rs->Fields(1))});
+    rs->Close();
+    return out;
+}
+
+} // namespace
+
+QVector<Choice> farmerChoices()
+{
+    return choices(gMST.get(),
+                   QStringLiteral("SELECT  M_FMR.FMR_ID,  M_FMR.FMR_NM  FROM M_FMR  WHERE CHK_FLG<>0 ORDER BY FMR_ID"));
+}
+
+QVector<Choice> shopChoices()
+{
+    return choices(gMST.get(), QStringLiteral("SELECT  M_SHOP.SHOP_ID,  M_SHOP.SHOP_NM  FROM M_SHOP  WHERE CHK_FLG<>0 "
+                                              "ORDER BY M_SHOP.SHOP_ID"));
+}
+
+QVector<Choice> openPlantings(const Value &day)
+{
+    if (!hasValue(day) || !IsDate(day))
+        return {};
+    return choices(gDB.get(), Stmt("SELECT  D_PLANT.PLANT_ID,  D_PLANT.PLANT_NM  FROM D_PLANT  WHERE FMR_ID=?"
+                                   " AND START_DATE<=?"
+                                   " AND ((END_DATE IS NULL) OR (END_DATE>=?))"
+                                   " ORDER BY PLANT_DATE")
+                                  .num(gFMR_ID)
+                                  .day(day)
+                                  .day(day));
+}
+
+PlantingInfo plantingInfo(const Value &plantId)
+{
+    static const ColumnMap<PlantingInfo> columns{
+        {"CROP_NM1", &PlantingInfo::CROP_NM1},     {"CROP_NM2", &PlantingInfo::CROP_NM2},
+        {"PLANT_DATE", &PlantingInfo::PLANT_DATE}, {"AREA", &PlantingInfo::AREA},
+        {"SHIP_SCHD_DATE1", &PlantingInfo::SHIP_SCHD_DATE1}, {"SHIP_SCHD_DATE2", &PlantingInfo::SHIP_SCHD_DATE2},
+    };
+    PlantingInfo info;
+    if (!present(plantId) || plantId.toDouble() == 0)
+        return info;
+    RecordsetPtr rs = gDB->GetFwdOnlyRst(Stmt("SELECT D_PLANT.* FROM D_PLANT WHERE PLANT_ID=?").num(plantId));
+    if (!rs->eof())
+        columns.read(*rs, info);
+    rs->Close();
+    return info;
 }
 
 QString check(ShipRow &r, Mode mode)
 {
     if (mode == Mode::Add) {
         r.FMR_ID = gFMR_ID;
-        r.SHIP_ID = Value(Nz(gDB->DMax(QStringLiteral("SHIP_ID"), QStringLiteral("D_SHIP"),
-                                       QStringLiteral("FMR_ID=") + Nz(r.FMR_ID, Value(0)).toText()),
-                             Value(0))
-                              .toLong() +
-                          1);
+        r.SHIP_ID = Value(
+            Nz(gDB->DMax(QStringLiteral("SHIP_ID"), QStringLiteral("D_SHIP"), Stmt("FMR_ID=?").num(r.FMR_ID)), Value(0))
+                .toLong() +
+            1);
     }
     if (!hasValue(r.ACC_ID))
-        r.ACC_ID = Nz(gMST->DLookup(QStringLiteral("ACC_ID"), QStringLiteral("M_SHOP"),
-                                    QStringLiteral("SHOP_ID=") + Nz(r.SHOP_ID, Value(0)).toText()),
-                      Value(0));
+        r.ACC_ID = shopAccount(r.SHOP_ID);
     if (!hasValue(r.SHIP_DATE) || !IsDate(r.SHIP_DATE))
         return QStringLiteral("日付を指定してください。");
     if (!hasValue(r.FMR_ID) || !IsNumeric(r.FMR_ID))
@@ -272,33 +337,20 @@ QString check(ShipRow &r, Mode mode)
 
 namespace {
 
-// One slip of a shipment, inserted by a statement as the books take it.
-void insertSlip(const ShipRow &r, Mode mode, const Value &ledgeId, const QString &debit, const QString &credit,
-                const QString &notes, double amount)
+// One side of a slip: account, option kind, option id, option name.
+Stmt moneySide(const ShipRow &r)
 {
-    const QString farmer = Nz(r.FMR_ID, Value(0)).toText();
-    const QString shop = GetShopNm(r.SHOP_ID);
-    const QString idate = mode == Mode::Add ? sqlDate(Value(DateUtil::now()))
-                                    : (hasValue(r.IDATE) ? sqlDate(r.IDATE) : QStringLiteral("NULL"));
-    const QString udate = mode == Mode::Add ? QStringLiteral("NULL") : sqlDate(Value(DateUtil::now()));
-    gDB->EXEC(QStringLiteral("INSERT INTO D_LEDGE (FMR_ID, LEDGE_ID, LEDGE_DATE, D_ACC_ID, D_OPT_KBN, D_OPT_ID, "
-                             "D_OPT_NM, C_ACC_ID, C_OPT_KBN, C_OPT_ID, C_OPT_NM, CTR_NM, NOTES, AMT, IDATE, UDATE, "
-                             "LAST_TM, HOLD_TM) VALUES (") +
-              farmer + QLatin1Char(',') + ledgeId.toText() + QLatin1Char(',') + sqlDate(r.SHIP_DATE) +
-              QLatin1Char(',') + debit + QLatin1Char(',') + credit + QLatin1Char(',') +
-              Sql::quotedOrNull(Value(shop)) +
-              QLatin1Char(',') + notes + QLatin1Char(',') + Value(amount).toText() + QLatin1Char(',') + idate +
-              QLatin1Char(',') + udate + QLatin1Char(',') + Sql::quoted(GetCompName()) + QStringLiteral(",NULL)"));
+    return Stmt("?,?,0,NULL").num(r.ACC_ID).num(OptKbn::None);
+}
+Stmt plantSide(int account, const ShipRow &r)
+{
+    return Stmt("?,?,?,?").num(account).num(OptKbn::Planting).num(r.PLANT_ID).textOrNull(r.PRD_NM);
 }
 
-// The sides of the slips: the money side and the planting's side.
-QString moneySide(const ShipRow &r) { return Nz(r.ACC_ID, Value(0)).toText() + QStringLiteral(",0,0,NULL"); }
-QString plantSide(int acc, const ShipRow &r)
-{
-    return QString::number(acc) + QStringLiteral(",2,") + Nz(r.PLANT_ID, Value(0)).toText() + QLatin1Char(',') +
-           Sql::quotedOrNull(r.PRD_NM);
-}
-
+// One slip of a shipment: the sale (against sales) or the fee (against the
+// shop's fee), dated the shipment day. A sale above 0 credits the sales, a
+// fee above 0 debits the fee; a negative amount turns the slip round and
+// books the amount positive. An amount of 0 takes the slip's number to 0.
 void postSlip(ShipRow &r, Mode mode, Value &ledgeId, double amount, bool sale)
 {
     if (amount == 0) {
@@ -307,45 +359,61 @@ void postSlip(ShipRow &r, Mode mode, Value &ledgeId, double amount, bool sale)
     }
     if (!hasValue(ledgeId) || ledgeId.toDouble() == 0)
         ledgeId = Value(GetNewLedgeId(r.FMR_ID));
-    const int account = sale ? 4000 : 4520;
-    QString debit, credit;
-    // A sale above 0 credits the sales; a fee above 0 debits the fee; a
-    // negative amount turns the slip round and books the amount positive.
+    const Stmt planting = plantSide(sale ? Acc::Sales : Acc::ShopFee, r);
     const bool moneyDebited = sale ? amount > 0 : amount < 0;
-    if (moneyDebited) {
-        debit = moneySide(r);
-        credit = plantSide(account, r);
-    } else {
-        debit = plantSide(account, r);
-        credit = moneySide(r);
-    }
-    const QString notes = sale ? Sql::quoted(textOf(r.NOTES)) : QStringLiteral("NULL");
-    insertSlip(r, mode, ledgeId, debit, credit, notes, amount > 0 ? amount : -amount);
+    const QDateTime now = DateUtil::now();
+    Stmt insert("INSERT INTO D_LEDGE (FMR_ID, LEDGE_ID, LEDGE_DATE, D_ACC_ID, D_OPT_KBN, D_OPT_ID, D_OPT_NM, "
+                "C_ACC_ID, C_OPT_KBN, C_OPT_ID, C_OPT_NM, CTR_NM, NOTES, AMT, IDATE, UDATE, LAST_TM, HOLD_TM) "
+                "VALUES (?,?,?,?,?,?,?,?,?,?,?,NULL)");
+    insert.num(r.FMR_ID).num(ledgeId).time(r.SHIP_DATE);
+    insert.part(moneyDebited ? moneySide(r) : planting).part(moneyDebited ? planting : moneySide(r));
+    insert.textOrNull(Value(GetShopNm(r.SHOP_ID)));
+    if (sale)
+        insert.text(textOf(r.NOTES)); // an empty note is stored as empty text
+    else
+        insert.part(Stmt("NULL"));
+    insert.num(Value(amount > 0 ? amount : -amount));
+    if (mode == Mode::Add)
+        insert.time(now).part(Stmt("NULL"));
+    else
+        insert.timeOrNull(r.IDATE).time(now);
+    insert.text(GetCompName());
+    gDB->EXEC(insert);
+}
+
+// The columns of D_SHIP that a save takes from the record; the key, the
+// stamps and the dates of the row are set apart.
+const QStringList &savedColumns()
+{
+    static const QStringList columns = [] {
+        QStringList c = ShipRow::map().names();
+        for (const char *apart : {"FMR_ID", "SHIP_ID", "IDATE", "UDATE", "LAST_TM", "HOLD_TM"})
+            c.removeAll(QString::fromLatin1(apart));
+        return c;
+    }();
+    return columns;
 }
 
 } // namespace
 
 bool post(ShipRow &r, Mode mode)
 {
-    const QString farmer = Nz(r.FMR_ID, Value(0)).toText();
+    const bool writes = mode == Mode::Add || mode == Mode::Change;
     gLAST_SHIP_ID = r.SHIP_ID;
     if (mode == Mode::Change || mode == Mode::Delete) {
         for (const Value *id : {&r.LEDGE_ID_S, &r.LEDGE_ID_F})
             if (present(*id) && id->toDouble() > 0)
-                gDB->EXEC(QStringLiteral("DELETE D_LEDGE.* FROM D_LEDGE WHERE ") + QStringLiteral("FMR_ID=") + farmer +
-                          QStringLiteral(" AND LEDGE_ID=") + id->toText());
+                gDB->EXEC(Stmt("DELETE D_LEDGE.* FROM D_LEDGE WHERE FMR_ID=? AND LEDGE_ID=?").num(r.FMR_ID).num(*id));
     }
-    if (mode == Mode::Add || mode == Mode::Change) {
+    if (writes) {
         postSlip(r, mode, r.LEDGE_ID_S, numOr0(r.SALES_AMT), true);
         postSlip(r, mode, r.LEDGE_ID_F, numOr0(r.FEE_AMT), false);
     }
 
-    RecordsetPtr rs = gDB->GetDynamicRst(QStringLiteral("SELECT D_SHIP.* FROM D_SHIP WHERE D_SHIP.SHIP_ID=") +
-                                         Nz(r.SHIP_ID, Value(0)).toText());
+    RecordsetPtr rs = gDB->GetDynamicRst(Stmt("SELECT D_SHIP.* FROM D_SHIP WHERE D_SHIP.SHIP_ID=?").num(r.SHIP_ID));
     if (mode == Mode::Add) {
         rs->AddNew();
-        rs->SetField(QStringLiteral("FMR_ID"), r.FMR_ID);
-        rs->SetField(QStringLiteral("SHIP_ID"), r.SHIP_ID);
+        ShipRow::map().write(*rs, r, {QStringLiteral("FMR_ID"), QStringLiteral("SHIP_ID")});
         rs->SetField(QStringLiteral("IDATE"), Value(DateUtil::now()));
     } else if (rs->eof()) {
         ShowMsg(QStringLiteral("該当データが存在しません。"), Msg::Critical);
@@ -354,13 +422,8 @@ bool post(ShipRow &r, Mode mode)
     }
     if (mode == Mode::Change)
         rs->SetField(QStringLiteral("UDATE"), Value(DateUtil::now()));
-    if (mode == Mode::Add || mode == Mode::Change) {
-        for (const Field &f : kFields) {
-            const QString name = QString::fromLatin1(f.name);
-            static const QStringList skipped = {"FMR_ID", "SHIP_ID", "IDATE", "UDATE", "LAST_TM", "HOLD_TM"};
-            if (!skipped.contains(name))
-                rs->SetField(name, r.*f.member);
-        }
+    if (writes) {
+        ShipRow::map().write(*rs, r, savedColumns());
         rs->SetField(QStringLiteral("LAST_TM"), Value(GetCompName()));
         rs->SetField(QStringLiteral("HOLD_TM"), Value::null());
         rs->Update();
@@ -369,26 +432,47 @@ bool post(ShipRow &r, Mode mode)
     }
     rs->Close();
 
-    const QString day = QStringLiteral("#") + DateUtil::sqlText(r.SHIP_DATE.toDate()) + QStringLiteral("#");
-    const QString key = QStringLiteral("FMR_ID=") + farmer + QStringLiteral(" AND WORK_DATE=") + day;
-    if ((mode == Mode::Add || mode == Mode::Change) && gDB->DCount(QStringLiteral("*"), QStringLiteral("D_DIARY"), key).toLong() == 0)
-        gDB->EXEC(QStringLiteral("INSERT INTO D_DIARY (FMR_ID, WORK_DATE, IDATE, LAST_TM)") + QStringLiteral(" VALUES(") +
-                  farmer + QLatin1Char(',') + day + QLatin1Char(',') + sqlDate(Value(DateUtil::now())) +
-                  QLatin1Char(',') + Sql::quoted(GetCompName()) + QLatin1Char(')'));
+    const QString key = Stmt("FMR_ID=? AND WORK_DATE=?").num(r.FMR_ID).time(r.SHIP_DATE);
+    if (writes && gDB->DCount(QStringLiteral("*"), QStringLiteral("D_DIARY"), key).toLong() == 0)
+        gDB->EXEC(Stmt("INSERT INTO D_DIARY (FMR_ID, WORK_DATE, IDATE, LAST_TM) VALUES(?,?,?,?)")
+                      .num(r.FMR_ID)
+                      .time(r.SHIP_DATE)
+                      .time(DateUtil::now())
+                      .text(GetCompName()));
     if (mode == Mode::Change || mode == Mode::Delete)
-        gDB->EXEC(QStringLiteral("DELETE D_DIARY_DTL.* FROM D_DIARY_DTL") +
-                  QStringLiteral(" WHERE D_DIARY_DTL.FMR_ID=") + farmer + QStringLiteral(" AND D_DIARY_DTL.WORK_KBN=8") +
-                  QStringLiteral(" AND D_DIARY_DTL.SHIP_ID=") + Nz(r.SHIP_ID, Value(0)).toText());
-    if (mode == Mode::Add || mode == Mode::Change) {
-        const qint32 no = Nz(gDB->DMax(QStringLiteral("DTL_NO"), QStringLiteral("D_DIARY_DTL"), key), Value(0)).toLong() + 1;
-        gDB->EXEC(QStringLiteral("INSERT INTO D_DIARY_DTL (FMR_ID, WORK_DATE, DTL_NO, PLANT_ID, WORK_KBN, WORK_NM, NOTES, "
-                                 "SHIP_ID)") +
-                  QStringLiteral(" VALUES(") + farmer + QLatin1Char(',') + day + QLatin1Char(',') + QString::number(no) +
-                  QLatin1Char(',') + Nz(r.PLANT_ID, Value(0)).toText() + QStringLiteral(",8,") +
-                  QStringLiteral("'出荷',") + Sql::quotedOrNull(r.NOTES) + QLatin1Char(',') + Nz(r.SHIP_ID, Value(0)).toText() +
-                  QLatin1Char(')'));
+        gDB->EXEC(Stmt("DELETE D_DIARY_DTL.* FROM D_DIARY_DTL WHERE D_DIARY_DTL.FMR_ID=? AND D_DIARY_DTL.WORK_KBN=?"
+                       " AND D_DIARY_DTL.SHIP_ID=?")
+                      .num(r.FMR_ID)
+                      .num(WorkKbn::Shipment)
+                      .num(r.SHIP_ID));
+    if (writes) {
+        const qint32 no =
+            Nz(gDB->DMax(QStringLiteral("DTL_NO"), QStringLiteral("D_DIARY_DTL"), key), Value(0)).toLong() + 1;
+        gDB->EXEC(Stmt("INSERT INTO D_DIARY_DTL (FMR_ID, WORK_DATE, DTL_NO, PLANT_ID, WORK_KBN, WORK_NM, NOTES, "
+                       "SHIP_ID) VALUES(?,?,?,?,?,'出荷',?,?)")
+                      .num(r.FMR_ID)
+                      .time(r.SHIP_DATE)
+                      .num(no)
+                      .num(r.PLANT_ID)
+                      .num(WorkKbn::Shipment)
+                      .textOrNull(r.NOTES)
+                      .num(r.SHIP_ID));
     }
     return true;
+}
+
+void releaseShipments() { gDB->ReleaseData(QStringLiteral("D_SHIP"), QString()); }
+
+int loadShipment(const Value &shipId)
+{
+    RecordsetPtr rs = gDB->GetStaticRst(Stmt("SELECT  D_SHIP.*  FROM D_SHIP INNER JOIN D_PLANT ON "
+                                             "D_SHIP.PLANT_ID=D_PLANT.PLANT_ID WHERE D_SHIP.FMR_ID=? AND SHIP_ID=?"
+                                             " ORDER BY D_SHIP.SHIP_DATE,D_SHIP.PLANT_ID,D_SHIP.SHIP_ID")
+                                            .num(gFMR_ID)
+                                            .num(shipId));
+    const int n = LoadShipRows(*rs);
+    rs->Close();
+    return n;
 }
 
 }

@@ -3,8 +3,8 @@
 #include "base/AppError.h"
 #include "base/Globals.h"
 #include "base/Helpers.h"
-#include "store/SqlText.h"
 #include "store/Database.h"
+#include "store/Stmt.h"
 
 namespace {
 
@@ -50,8 +50,7 @@ Placement placementOf(Recordset *rs, int field)
 
 QString GetShopBarcode(qint32 product, qint32 farmer, Currency price, qint32 option)
 {
-    RecordsetPtr rs = gMST->GetFwdOnlyRst(QStringLiteral("SELECT M_SHOP.* FROM M_SHOP WHERE SHOP_ID=") +
-                                          Sql::number(gSHOP_ID));
+    RecordsetPtr rs = gMST->GetFwdOnlyRst(Stmt("SELECT M_SHOP.* FROM M_SHOP WHERE SHOP_ID=?").num(gSHOP_ID));
     Recordset *shop = rs->eof() ? nullptr : rs.get();
 
     const QString values[FieldCount] = {

@@ -1,13 +1,13 @@
 #include "screens/shipping/frmShipInput.h"
 
-#include "ui/Entry.h"
-#include "base/Globals.h"
 #include "base/Msg.h"
-#include "store/SqlText.h"
+#include "rules/common/Ids.h"
 #include "rules/diary/BookPage.h"
 #include "screens/diary/frmDairyCal.h"
 #include "screens/shipping/frmShipList.h"
-#include "store/Database.h"
+#include "store/SqlText.h"
+#include "ui/Entry.h"
+#include "ui/Skeletons.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -90,7 +90,8 @@ const struct {
 
 } // namespace
 
-frmShipInput::frmShipInput(QWidget *parent) : Form(QStringLiteral("frmShipInput"), 12400, 9200, parent)
+frmShipInput::frmShipInput(Mode mode, int row, QWidget *parent)
+    : Form(QStringLiteral("frmShipInput"), 12400, 9200, parent), mMode(mode), mRowIdx(row)
 {
     setWindowTitle(QStringLiteral("出荷入力"));
     setSizable(true);
@@ -125,11 +126,7 @@ frmShipInput::frmShipInput(QWidget *parent) : Form(QStringLiteral("frmShipInput"
         return true;
     });
     entry().setLeaveCheck(cmbDATA[1], [this] {
-        mRow.SHOP_ID = cmbDATA[1]->currentIndex() >= 0 ? currentItemData(cmbDATA[1]) : Value::null();
-        // a new shop brings its own cash or receivable choice back
-        mRow.ACC_ID = Nz(gMST->DLookup(QStringLiteral("ACC_ID"), QStringLiteral("M_SHOP"),
-                                       QStringLiteral("SHOP_ID=") + Nz(mRow.SHOP_ID, Value(0)).toText()),
-                         Value(0));
+        Ship::chooseShop(mRow, cmbDATA[1]->currentIndex() >= 0 ? currentItemData(cmbDATA[1]) : Value::null());
         DispData();
         return true;
     });
@@ -143,18 +140,16 @@ frmShipInput::frmShipInput(QWidget *parent) : Form(QStringLiteral("frmShipInput"
     });
     // The product of the planting, whatever was typed before.
     entry().setLeaveCheck(List1, [this] {
-        if (gMODE != Mode::Add && gMODE != Mode::Change)
+        if (mMode != Mode::Add && mMode != Mode::Change)
             return true;
-        const QString where = QStringLiteral("PLANT_ID=") + Nz(mRow.PLANT_ID, Value(0)).toText();
-        mRow.PRD_ID = Value(textOf(gDB->DLookup(QStringLiteral("PRD_ID"), QStringLiteral("D_PLANT"), where)));
-        mRow.PRD_NM = Value(textOf(gDB->DLookup(QStringLiteral("PRD_NM"), QStringLiteral("D_PLANT"), where)));
+        Ship::takePlantingProduct(mRow);
         txtDATA[2]->setText(mRow.PRD_ID.toText());
         txtDATA[3]->setText(mRow.PRD_NM.toText());
         mChanged = false;
         return true;
     });
-    onClick(Option1[0], [this] { mRow.ACC_ID = Value(1000); });
-    onClick(Option1[1], [this] { mRow.ACC_ID = Value(1040); });
+    onClick(Option1[0], [this] { mRow.ACC_ID = Value(Acc::Cash); });
+    onClick(Option1[1], [this] { mRow.ACC_ID = Value(Acc::Receivable); });
     onClick(Check1, [this] { mRow.PLAS = Value(Check1->isChecked()); });
     onClick(cmdMENU[0], [this] { close(); }, false);
     onClick(cmdMENU[1], [this] {
@@ -184,7 +179,7 @@ void frmShipInput::onResize()
     SetMode();
 }
 
-void frmShipInput::onUnload() { gDB->ReleaseData(QStringLiteral("D_SHIP"), QString()); }
+void frmShipInput::onUnload() { Ship::releaseShipments(); }
 
 void frmShipInput::InitForm()
 {
@@ -198,61 +193,42 @@ void frmShipInput::SetCmb(int index)
     QComboBox *c = cmbDATA[index];
     c->clear();
     addEmptyItem(c);
-    const QString sql = index == 0
-                            ? QStringLiteral("SELECT  M_FMR.FMR_ID,  M_FMR.FMR_NM  FROM M_FMR  WHERE CHK_FLG<>0 ORDER BY FMR_ID")
-                            : QStringLiteral("SELECT  M_SHOP.SHOP_ID,  M_SHOP.SHOP_NM  FROM M_SHOP  WHERE CHK_FLG<>0 ORDER BY "
-                                             "M_SHOP.SHOP_ID");
-    RecordsetPtr rs = gMST->GetFwdOnlyRst(sql);
-    for (; !rs->eof(); rs->MoveNext())
-        addItem(c, textOf(rs->Fields(1)), rs->Fields(0));
+    for (const Ship::Choice &choice : index == 0 ? Ship::farmerChoices() : Ship::shopChoices())
+        addItem(c, choice.name, choice.id);
     c->setCurrentIndex(-1);
 }
 
 void frmShipInput::SetList()
 {
     List1->clear();
-    // The plantings open on the shipment date; a date that is none offers none.
-    if (!hasValue(mRow.SHIP_DATE) || !IsDate(mRow.SHIP_DATE))
-        return;
-    const QString day = mRow.SHIP_DATE.toDate().toString(QStringLiteral("yyyy/MM/dd"));
-    RecordsetPtr rs = gDB->GetFwdOnlyRst(
-        QStringLiteral("SELECT  D_PLANT.PLANT_ID,  D_PLANT.PLANT_NM  FROM D_PLANT  WHERE FMR_ID=") +
-        Nz(gFMR_ID, Value(0)).toText() + QStringLiteral(" AND START_DATE<=#") + day + QStringLiteral("#") +
-        QStringLiteral(" AND ((END_DATE IS NULL) OR (END_DATE>=#") + day + QStringLiteral("#))") +
-        QStringLiteral(" ORDER BY PLANT_DATE"));
-    for (; !rs->eof(); rs->MoveNext())
-        addItem(List1, textOf(rs->Fields(1)), rs->Fields(0));
+    for (const Ship::Choice &choice : Ship::openPlantings(mRow.SHIP_DATE))
+        addItem(List1, choice.name, choice.id);
 }
 
 void frmShipInput::SetMode()
 {
     mRow = ShipRow();
-    if (gROW_IDX >= 0 && gROW_IDX < gSHIP_ROWS.size())
-        mRow = gSHIP_ROWS[gROW_IDX];
-    if (gMODE == Mode::Add)
+    if (mRowIdx >= 0 && mRowIdx < gSHIP_ROWS.size())
+        mRow = gSHIP_ROWS[mRowIdx];
+    if (mMode == Mode::Add)
         mRow = Ship::newShipment(); // a copy starts as blank as a new one
-    const bool editing = gMODE == Mode::Add || gMODE == Mode::Change;
-    cmdMENU[0]->setText(gMODE == Mode::View ? QStringLiteral("閉じる") : QStringLiteral("ｷｬﾝｾﾙ"));
-    cmdMENU[1]->setText(gMODE == Mode::Delete ? QStringLiteral("削除") : QStringLiteral("登録"));
-    cmdMENU[1]->setVisible(gMODE != Mode::View);
+    EntryScreen::setMode(this, cmdMENU[0], cmdMENU[1], mMode);
     // The tab order follows the stage: dispatch in mode 1, the report in mode 2.
-    if (gMODE == Mode::Add) {
+    if (mMode == Mode::Add) {
         for (int i = 6; i <= 10; ++i)
             txtDATA[i]->setFocusPolicy(Qt::ClickFocus);
-    } else if (gMODE == Mode::Change) {
+    } else if (mMode == Mode::Change) {
         for (int i : {0, 1, 2, 3, 4, 5, 7})
             txtDATA[i]->setFocusPolicy(Qt::ClickFocus);
         List1->setFocusPolicy(Qt::ClickFocus);
         Check1->setFocusPolicy(Qt::ClickFocus);
-    }
-    if (!editing) {
-        lockRecordFields(this);
+    } else {
         List1->setEnabled(false);
         for (QRadioButton *o : Option1)
             o->setEnabled(false);
     }
     DispData();
-    if (gMODE == Mode::Change)
+    if (mMode == Mode::Change)
         txtDATA[6]->setFocus(Qt::TabFocusReason);
 }
 
@@ -266,16 +242,13 @@ void frmShipInput::DispData()
     for (int i = 1; i < 12; ++i)
         txtDATA[i]->setText(textOf(mRow.*boxes[i]));
     SetList();
-    if (gMODE != Mode::Add)
+    if (mMode != Mode::Add)
         lblDATA[0]->setText(textOf(mRow.SHIP_ID));
     lblDATA[7]->setText(hasValue(mRow.SALES_AMT) ? BookPage::amountText(mRow.SALES_AMT.toCurrency()) : QString());
-    auto select = [](auto *w, const Value &v) {
-        if (hasValue(v))
-            selectItemData(w, v);
-        else
-            w->setCurrentRow(-1);
-    };
-    select(List1, mRow.PLANT_ID);
+    if (hasValue(mRow.PLANT_ID))
+        selectItemData(List1, mRow.PLANT_ID);
+    else
+        List1->setCurrentRow(-1);
     for (int i = 0; i < 2; ++i) {
         const Value &v = i == 0 ? mRow.FMR_ID : mRow.SHOP_ID;
         if (hasValue(v))
@@ -284,9 +257,9 @@ void frmShipInput::DispData()
             cmbDATA[i]->setCurrentIndex(-1);
     }
     Check1->setChecked(hasValue(mRow.PLAS) && mRow.PLAS.toBool());
-    if (isNumber(mRow.ACC_ID, 1000))
+    if (isNumber(mRow.ACC_ID, Acc::Cash))
         Option1[0]->setChecked(true);
-    else if (isNumber(mRow.ACC_ID, 1040))
+    else if (isNumber(mRow.ACC_ID, Acc::Receivable))
         Option1[1]->setChecked(true);
     DispPlantData();
     mChanged = false;
@@ -294,29 +267,22 @@ void frmShipInput::DispData()
 
 void frmShipInput::DispPlantData()
 {
-    for (int i = 1; i <= 6; ++i)
-        lblDATA[i]->clear();
-    if (!hasValue(mRow.PLANT_ID) || !IsNumeric(mRow.PLANT_ID) || mRow.PLANT_ID.toDouble() == 0)
-        return;
-    RecordsetPtr rs = gDB->GetFwdOnlyRst(QStringLiteral("SELECT D_PLANT.* FROM D_PLANT WHERE PLANT_ID=") +
-                                         mRow.PLANT_ID.toText());
-    if (rs->eof())
-        return;
-    lblDATA[1]->setText(textOf(rs->Fields(QStringLiteral("CROP_NM1"))));
-    lblDATA[2]->setText(textOf(rs->Fields(QStringLiteral("CROP_NM2"))));
-    lblDATA[3]->setText(Sql::dayText(rs->Fields(QStringLiteral("PLANT_DATE"))));
-    lblDATA[4]->setText(textOf(rs->Fields(QStringLiteral("AREA"))));
-    lblDATA[5]->setText(Sql::dayText(rs->Fields(QStringLiteral("SHIP_SCHD_DATE1"))));
-    lblDATA[6]->setText(Sql::dayText(rs->Fields(QStringLiteral("SHIP_SCHD_DATE2"))));
+    const Ship::PlantingInfo p = Ship::plantingInfo(mRow.PLANT_ID);
+    lblDATA[1]->setText(textOf(p.CROP_NM1));
+    lblDATA[2]->setText(textOf(p.CROP_NM2));
+    lblDATA[3]->setText(Sql::dayText(p.PLANT_DATE));
+    lblDATA[4]->setText(textOf(p.AREA));
+    lblDATA[5]->setText(Sql::dayText(p.SHIP_SCHD_DATE1));
+    lblDATA[6]->setText(Sql::dayText(p.SHIP_SCHD_DATE2));
 }
 
 bool frmShipInput::ChkData()
 {
-    const QString message = Ship::check(mRow, gMODE);
+    const QString message = Ship::check(mRow, mMode);
     if (message.isEmpty())
         return true;
     ShowMsg(message, Msg::Exclamation);
     return false;
 }
 
-void frmShipInput::SaveData() { Ship::post(mRow, gMODE); }
+void frmShipInput::SaveData() { Ship::post(mRow, mMode); }

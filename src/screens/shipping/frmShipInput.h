@@ -4,8 +4,10 @@
 // field left goes into the working record, and the screen is drawn again
 // from it.
 
-#include "ui/Form.h"
+#include "base/Globals.h"
+#include "base/Mode.h"
 #include "rules/shipping/ShipData.h"
+#include "ui/Form.h"
 
 class QCheckBox;
 class QComboBox;
@@ -18,7 +20,10 @@ class QRadioButton;
 class frmShipInput : public Form {
     Q_OBJECT
 public:
-    explicit frmShipInput(QWidget *parent = nullptr);
+    // Opened for a mode with a row of gSHIP_ROWS (-1 none). Opened by its
+    // name, as the diary opens a shipment to look at, it takes the mode and
+    // the row handed over in gMODE and gROW_IDX.
+    explicit frmShipInput(Mode mode = gMODE, int row = gROW_IDX, QWidget *parent = nullptr);
 
     void InitForm();
     void SetCmb(int index);
@@ -37,6 +42,8 @@ protected:
     void onUnload() override;
 
 private:
+    Mode mMode;
+    int mRowIdx;
     ShipRow mRow;
     bool mChanged = false;
     QVector<QLineEdit *> txtDATA;

@@ -1,11 +1,11 @@
 #include "screens/shipping/frmShipList.h"
 
-#include "ui/Entry.h"
 #include "base/Globals.h"
-#include "ui/Screens.h"
 #include "rules/diary/BookPage.h"
-#include "rules/shipping/ShipData.h"
-#include "store/Database.h"
+#include "rules/shipping/ShipList.h"
+#include "screens/shipping/frmShipInput.h"
+#include "ui/Entry.h"
+#include "ui/Skeletons.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -51,8 +51,6 @@ const CtlSpec kControls[] = {
 };
 
 QString amount(const Value &v) { return hasValue(v) && IsNumeric(v) ? BookPage::amountText(v.toCurrency()) : textOf(v); }
-
-const QString kFrom = QStringLiteral(" FROM D_SHIP INNER JOIN D_PLANT ON D_SHIP.PLANT_ID=D_PLANT.PLANT_ID");
 
 } // namespace
 
@@ -131,97 +129,63 @@ void frmShipList::InitList()
     }
 }
 
-QString frmShipList::plantCriteria() const
+Ship::ListFilter frmShipList::filter() const
 {
-    // Index 1 is the first planting: choosing it shows all, as choosing none does.
-    if (List1->currentRow() > 1)
-        return QStringLiteral(" D_SHIP.PLANT_ID=") + textOf(itemData(List1, List1->currentRow()));
-    QStringList ids;
+    Ship::ListFilter f;
+    f.year = txtCOND[0]->text();
+    for (int i = 0; i < Option1.size(); ++i)
+        if (Option1[i]->isChecked())
+            f.status = Ship::PlantStatus(i);
+    f.from = txtCOND[1]->text();
+    f.to = txtCOND[2]->text();
     for (int i = 0; i < List1->count(); ++i)
-        ids << Nz(itemData(List1, i), Value(0)).toText();
-    return QStringLiteral(" D_SHIP.PLANT_ID IN(") + ids.join(QLatin1Char(',')) + QStringLiteral(")");
+        f.plantings << itemData(List1, i);
+    f.chosen = List1->currentRow();
+    return f;
 }
 
 void frmShipList::SetList1()
 {
-    QStringList terms;
-    if (!txtCOND[0]->text().isEmpty())
-        terms << QStringLiteral(" D_PLANT.YYYY=") + txtCOND[0]->text();
-    if (Option1[0]->isChecked())
-        terms << QStringLiteral(" D_SHIP.SHIP_ID IS NULL");
-    else if (Option1[1]->isChecked())
-        terms << QStringLiteral(" D_SHIP.SHIP_ID IS NOT NULL AND D_PLANT.END_DATE IS NULL");
-    else if (Option1[2]->isChecked())
-        terms << QStringLiteral(" D_SHIP.SHIP_ID IS NOT NULL AND D_PLANT.END_DATE IS NOT NULL");
-    QString sql = QStringLiteral("SELECT DISTINCT  D_PLANT.PLANT_ID,  D_PLANT.PLANT_NM  FROM D_PLANT  LEFT JOIN D_SHIP ") +
-                  QStringLiteral(" ON (D_PLANT.PLANT_ID = D_SHIP.PLANT_ID) ") +
-                  QStringLiteral(" AND (D_PLANT.FMR_ID = D_SHIP.FMR_ID)");
-    if (!terms.isEmpty())
-        sql += QStringLiteral(" WHERE ") + terms.join(QStringLiteral(" AND "));
-    sql += QStringLiteral(" ORDER BY D_PLANT.PLANT_ID");
-    RecordsetPtr rs = gDB->GetFwdOnlyRst(sql);
+    const QVector<Ship::Choice> plantings = Ship::plantingsByStatus(filter());
     ListView1->clear();
     List1->clear();
     addItem(List1, QString(), Value(0));
-    for (; !rs->eof(); rs->MoveNext())
-        addItem(List1, textOf(rs->Fields(1)), rs->Fields(0));
-    if (List1->count() > 1) {
-        for (int i = 0; i < List1->count(); ++i)
-            if (hasValue(gLAST_PLANT_ID) && isNumber(itemData(List1, i), Nz(gLAST_PLANT_ID, Value(0)).toDouble())) {
-                List1->setCurrentRow(i);
-                break;
-            }
-    }
+    for (const Ship::Choice &p : plantings)
+        addItem(List1, p.name, p.id);
+    if (List1->count() > 1)
+        selectItemData(List1, gLAST_PLANT_ID);
 }
 
 void frmShipList::SetList2()
 {
-    QStringList terms;
-    if (!txtCOND[0]->text().isEmpty())
-        terms << QStringLiteral(" D_PLANT.YYYY=") + txtCOND[0]->text();
-    terms << plantCriteria();
-    if (!txtCOND[1]->text().isEmpty())
-        terms << QStringLiteral(" D_SHIP.SHIP_DATE>=#") + txtCOND[1]->text() + QStringLiteral("#");
-    if (!txtCOND[2]->text().isEmpty())
-        terms << QStringLiteral(" D_SHIP.SHIP_DATE<=#") + txtCOND[2]->text() + QStringLiteral("#");
-    const QString where = QStringLiteral(" WHERE ") + terms.join(QStringLiteral(" AND "));
-    RecordsetPtr rs = gDB->GetStaticRst(QStringLiteral("SELECT ") + QStringLiteral(" D_SHIP.* ") + kFrom + where +
-                                        QStringLiteral(" ORDER BY D_SHIP.SHIP_DATE,D_SHIP.PLANT_ID,D_SHIP.SHIP_ID"));
+    const Ship::ListFilter f = filter();
+    const int rows = Ship::loadShipments(f);
     ListView1->clear();
-    if (LoadShipRows(*rs) > 0) {
-        for (const ShipRow &r : gSHIP_ROWS) {
-            auto *item = new QTreeWidgetItem(ListView1);
-            item->setText(0, textOf(r.SHIP_ID));
-            item->setText(1, hasValue(r.SHIP_DATE) ? r.SHIP_DATE.toDate().toString(QStringLiteral("MM/dd")) : QString());
-            const Value *cols[6] = {&r.SHOP_PRC, &r.SHIP_QTY, &r.SALES_QTY, &r.DSC_AMT, &r.SALES_AMT, &r.FEE_AMT};
-            for (int c = 0; c < 6; ++c) {
-                item->setText(c + 2, amount(*cols[c]));
-                item->setTextAlignment(c + 2, Qt::AlignRight | Qt::AlignVCenter);
-            }
-            if (hasValue(gLAST_SHIP_ID) && isNumber(r.SHIP_ID, Nz(gLAST_SHIP_ID, Value(0)).toDouble()))
-                ListView1->setCurrentItem(item);
+    int saved = -1;
+    for (int i = 0; i < rows; ++i) {
+        const ShipRow &r = gSHIP_ROWS[i];
+        auto *item = new QTreeWidgetItem(ListView1);
+        item->setText(0, textOf(r.SHIP_ID));
+        item->setText(1, hasValue(r.SHIP_DATE) ? r.SHIP_DATE.toDate().toString(QStringLiteral("MM/dd")) : QString());
+        const Value *cols[6] = {&r.SHOP_PRC, &r.SHIP_QTY, &r.SALES_QTY, &r.DSC_AMT, &r.SALES_AMT, &r.FEE_AMT};
+        for (int c = 0; c < 6; ++c) {
+            item->setText(c + 2, amount(*cols[c]));
+            item->setTextAlignment(c + 2, Qt::AlignRight | Qt::AlignVCenter);
         }
+        if (hasValue(gLAST_SHIP_ID) && isNumber(r.SHIP_ID, Nz(gLAST_SHIP_ID, Value(0)).toDouble()))
+            saved = i;
     }
-    RecordsetPtr sums = gDB->GetFwdOnlyRst(QStringLiteral("SELECT ") + QStringLiteral(" SUM(D_SHIP.SHIP_QTY), ") +
-                                           QStringLiteral(" SUM(D_SHIP.SALES_QTY), ") +
-                                           QStringLiteral(" SUM(D_SHIP.DSC_AMT), ") +
-                                           QStringLiteral(" SUM(D_SHIP.SALES_AMT), ") +
-                                           QStringLiteral(" SUM(D_SHIP.FEE_AMT) ") + kFrom + where);
+    if (saved >= 0)
+        ListScreen::chooseRow(ListView1, saved);
+    const std::array<Currency, 5> sums = Ship::shipmentTotals(f);
     for (int i = 0; i < 5; ++i)
-        lblSUM[i]->setText(sums->eof() ? QStringLiteral("0")
-                                       : BookPage::amountText(Nz(sums->Fields(i), Value(0)).toCurrency()));
+        lblSUM[i]->setText(BookPage::amountText(sums[i]));
 }
 
 void frmShipList::openInput(Mode mode, bool needsRow)
 {
-    int row = -1;
-    if (needsRow) {
-        QTreeWidgetItem *item = ListView1->currentItem();
-        if (!item || gSHIP_ROWS.isEmpty())
-            return;
-        row = ListView1->indexOfTopLevelItem(item);
-    }
-    gMODE = mode;
-    gROW_IDX = row;
-    openScreen(QStringLiteral("frmShipInput"));
+    const int row = needsRow ? ListScreen::chosenRow(ListView1) : -1;
+    if (needsRow && row < 0)
+        return;
+    openModal<frmShipInput>(mode, row);
 }

@@ -3,6 +3,7 @@
 // chosen planting's shipments on the right, and their totals.
 
 #include "base/Mode.h"
+#include "rules/shipping/ShipList.h"
 #include "ui/Form.h"
 
 class QLabel;
@@ -28,7 +29,8 @@ protected:
 
 private:
     void openInput(Mode mode, bool needsRow);
-    QString plantCriteria() const;
+    // The filters and the plantings' list as they stand.
+    Ship::ListFilter filter() const;
 
     QVector<QLineEdit *> txtCOND;
     QVector<QRadioButton *> Option1;

@@ -1,1 +1,2 @@
-tillora_gui_test(tst_shipping screens/shipping/tst_shipping.cpp)
+# The screen tests of shipping.
+tillora_gui_test(tst_shipscreens screens/shipping/tst_shipscreens.cpp)

@@ -1,0 +1,145 @@
+// The shipment list and entry screens as a user drives them: the list's
+// filters at start, a shipment entered at dispatch and completed with the
+// shop's report, looked at from the diary's shipment line, and deleted.
+
+#include "base/Globals.h"
+#include "rules/shipping/ShipSeed.h"
+#include "screens/diary/frmDairyInput.h"
+#include "store/Database.h"
+#include "support/GuiDriver.h"
+#include "support/MsgRecorder.h"
+#include "support/TestRoot.h"
+#include "ui/Form.h"
+#include "ui/Screens.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTreeWidget>
+#include <QtTest/QTest>
+
+class TestShipScreens : public QObject {
+    Q_OBJECT
+private slots:
+    void init()
+    {
+        gFMR_ID = Value(1);
+        gSHOP_ID = Value(1);
+    }
+
+    void theListAndTheEntryOnScreen()
+    {
+        TestRoot root;
+        seedPlantings();
+        gBASE_DATE = DateUtil::make(2024, 5, 1);
+        MsgRecorder rec;
+        Gui::Modals modals;
+        Form *list = nullptr;
+        {
+            list = createScreen(QStringLiteral("frmShipList"));
+            Gui::show(list);
+        }
+        QCOMPARE(list->ctl<QLineEdit>("txtCOND(1)")->text(), QStringLiteral("2024/05/01"));
+        QCOMPARE(list->ctl<QLineEdit>("txtCOND(2)")->text(), QStringLiteral("2024/05/31"));
+        auto *plants = list->ctl<QListWidget>("List1");
+        QCOMPARE(plants->count(), 3); // the empty entry and two plantings
+        QCOMPARE(list->ctl<QLabel>("lblSUM(0)")->text(), QStringLiteral("0"));
+
+        // a new shipment entered at dispatch
+        modals.on("frmShipInput", [](Form &f) {
+            QCOMPARE(f.ctl<QLineEdit>("txtDATA(0)")->text(), DateUtil::today().toString(QStringLiteral("yyyy/MM/dd")));
+            Gui::type(f.ctl<QLineEdit>("txtDATA(0)"), QStringLiteral("20240510")); // the slashes come by themselves
+            Gui::leave(f.ctl<QLineEdit>("txtDATA(0)"));
+            auto *plantList = f.ctl<QListWidget>("List1");
+            QCOMPARE(plantList->count(), 2);
+            plantList->setCurrentRow(0);
+            emit plantList->itemClicked(plantList->item(0));
+            Gui::focus(plantList);
+            Gui::leave(plantList);
+            QCOMPARE(f.ctl<QLineEdit>("txtDATA(3)")->text(), QStringLiteral("トマト")); // the planting's product
+            QCOMPARE(f.ctl<QLabel>("lblDATA(1)")->text(), QStringLiteral("桃太郎"));
+            Gui::type(f.ctl<QLineEdit>("txtDATA(4)"), QStringLiteral("180"));
+            Gui::type(f.ctl<QLineEdit>("txtDATA(5)"), QStringLiteral("12"));
+            Gui::leave(f.ctl<QLineEdit>("txtDATA(5)"));
+            QCOMPARE(f.ctl<QLineEdit>("txtDATA(9)")->text(), QStringLiteral("15"));
+            QCOMPARE(f.ctl<QLineEdit>("txtDATA(10)")->text(), QStringLiteral("0"));
+            Gui::click(f.ctl<QPushButton>("cmdMENU(1)"));
+        });
+        Gui::click(list->ctl<QPushButton>("cmdMENU(1)"));
+        QVERIFY(rec.messages.isEmpty());
+        auto *rows = list->ctl<QTreeWidget>("ListView1");
+        QCOMPARE(rows->topLevelItemCount(), 1);
+        QCOMPARE(rows->currentItem()->text(0), QStringLiteral("1")); // the saved row is selected
+        QCOMPARE(rows->currentItem()->text(2), QStringLiteral("180"));
+        QCOMPARE(list->ctl<QLabel>("lblSUM(0)")->text(), QStringLiteral("12"));
+
+        // the shop's report: the cursor starts in the returns
+        modals.on("frmShipInput", [](Form &f) {
+            QCOMPARE(QApplication::focusWidget(), f.ctl<QLineEdit>("txtDATA(6)"));
+            Gui::type(f.ctl<QLineEdit>("txtDATA(6)"), QStringLiteral("2"));
+            Gui::leave(f.ctl<QLineEdit>("txtDATA(6)"));
+            QCOMPARE(f.ctl<QLabel>("lblDATA(7)")->text(), QStringLiteral("1,800"));
+            QCOMPARE(f.ctl<QLineEdit>("txtDATA(10)")->text(), QStringLiteral("270"));
+            Gui::click(f.ctl<QPushButton>("cmdMENU(1)"));
+        });
+        Gui::click(list->ctl<QPushButton>("cmdMENU(2)"));
+        QCOMPARE(rows->topLevelItem(0)->text(6), QStringLiteral("1,800"));
+        QCOMPARE(list->ctl<QLabel>("lblSUM(3)")->text(), QStringLiteral("1,800"));
+        QCOMPARE(gDB->DCount("*", "D_LEDGE").toLong(), 2);
+
+        // a copy opens as blank as a new shipment
+        rows->setCurrentItem(rows->topLevelItem(0));
+        modals.on("frmShipInput", [](Form &f) {
+            QCOMPARE(f.ctl<QLineEdit>("txtDATA(0)")->text(), DateUtil::today().toString(QStringLiteral("yyyy/MM/dd")));
+            QCOMPARE(f.ctl<QLineEdit>("txtDATA(5)")->text(), QString());
+            QCOMPARE(f.ctl<QLabel>("lblDATA(0)")->text(), QString());
+            Gui::click(f.ctl<QPushButton>("cmdMENU(0)"));
+        });
+        Gui::click(list->ctl<QPushButton>("cmdMENU(5)"));
+        QCOMPARE(gDB->DCount("*", "D_SHIP").toLong(), 1);
+
+        // the diary's shipment line opens the shipment to look at
+        gWORK_DATE = Value(DateUtil::make(2024, 5, 10));
+        modals.on("frmShipInput", [](Form &f) {
+            QCOMPARE(f.ctl<QPushButton>("cmdMENU(0)")->text(), QStringLiteral("閉じる"));
+            QVERIFY(!f.ctl<QPushButton>("cmdMENU(1)")->isVisible());
+            QCOMPARE(f.ctl<QLineEdit>("txtDATA(5)")->text(), QStringLiteral("12"));
+            QVERIFY(f.ctl<QLineEdit>("txtDATA(5)")->isReadOnly());
+            Gui::click(f.ctl<QPushButton>("cmdMENU(0)"));
+        });
+        frmDairyInput day;
+        Gui::show(&day);
+        auto *dayPlants = day.ctl<QListWidget>("List1(0)");
+        dayPlants->setCurrentRow(0);
+        emit dayPlants->itemClicked(dayPlants->item(0));
+        auto *works = day.ctl<QListWidget>("List1(1)");
+        QCOMPARE(works->count(), 1);
+        works->setCurrentRow(0);
+        emit works->itemClicked(works->item(0));
+        Gui::settle();
+        QCOMPARE(day.ctl<QPushButton>("cmdSUB(0)")->text(), QStringLiteral("参照"));
+        const qsizetype openedBefore = modals.opened.size();
+        Gui::click(day.ctl<QPushButton>("cmdSUB(0)"));
+        QCOMPARE(modals.opened.size(), openedBefore + 1);
+        QCOMPARE(modals.opened.last(), QStringLiteral("frmShipInput"));
+        day.close();
+
+        // deleted from the list, with no question
+        rows->setCurrentItem(rows->topLevelItem(0));
+        modals.on("frmShipInput", [](Form &f) {
+            QCOMPARE(f.ctl<QPushButton>("cmdMENU(1)")->text(), QStringLiteral("削除"));
+            Gui::click(f.ctl<QPushButton>("cmdMENU(1)"));
+        });
+        Gui::click(list->ctl<QPushButton>("cmdMENU(4)"));
+        QCOMPARE(rows->topLevelItemCount(), 0);
+        QCOMPARE(gDB->DCount("*", "D_LEDGE").toLong(), 0);
+        QCOMPARE(list->ctl<QLabel>("lblSUM(3)")->text(), QStringLiteral("0"));
+        list->close();
+        delete list;
+    }
+};
+
+TILLORA_GUI_TEST_MAIN(TestShipScreens)
+#include "tst_shipscreens.moc"
