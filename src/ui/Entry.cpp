@@ -365,7 +365,7 @@ void EntryConventions::onFocusIn(QWidget *w)
         });
         const auto it = mDateFields.constFind(e);
         if (it != mDateFields.constEnd()) {
-            if (gMODE == Mode::Add || gMODE == Mode::Change)
+            if (mMode == Mode::None || mMode == Mode::Add || mMode == Mode::Change)
                 showMonthView(e, it.value());
             else
                 hideMonthView();

@@ -12,6 +12,7 @@
 //  * fields have fixed length limits and input-method modes;
 //  * in view and delete modes the record's fields are locked.
 
+#include "base/Mode.h"
 #include "base/Value.h"
 
 #include <QObject>
@@ -46,6 +47,10 @@ public:
     // A number field: a text left in it that isn't numeric shows message
     // with the exclamation mark and keeps the focus; an empty one passes.
     void setNumberCheck(QLineEdit *field, const QString &message);
+    // What the screen is open for. The pop-up calendar of a date field is
+    // offered while adding or changing, never while only showing or
+    // deleting; a screen that sets no mode (a list, a dialog) always offers it.
+    void setMode(Mode mode) { mMode = mode; }
     // Runs a pending leave check now; false when a field refuses to be left.
     bool settleLeaveChecks();
 
@@ -68,6 +73,7 @@ private:
     void onMonthViewClicked(const QDate &date);
 
     Form *mForm;
+    Mode mMode = Mode::None;
     QHash<QWidget *, std::function<bool()>> mChecks;
     QHash<QWidget *, int> mDateFields;
     QList<QPointer<QWidget>> mPending; // left, checks not run yet, in order

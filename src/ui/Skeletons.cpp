@@ -36,6 +36,7 @@ namespace EntryScreen {
 void setMode(Form *screen, QPushButton *closeButton, QPushButton *confirmButton, Mode mode,
              const QString &confirmCaption)
 {
+    screen->entry().setMode(mode);
     closeButton->setText(mode == Mode::View ? QStringLiteral("閉じる") : QStringLiteral("ｷｬﾝｾﾙ"));
     confirmButton->setText(mode == Mode::Delete ? QStringLiteral("削除") : confirmCaption);
     confirmButton->setVisible(mode != Mode::View);

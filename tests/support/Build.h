@@ -24,6 +24,8 @@ public:
     Row &set(const char *column, const Value &v);
     Row &set(const char *column, const QDate &day) { return set(column, Value(QDateTime(day, QTime()))); }
     Row &set(const char *column, const char *text) { return set(column, Value(QString::fromUtf8(text))); }
+    Row &set(const char *column, int n) { return set(column, Value(n)); }
+    Row &set(const char *column, double d) { return set(column, Value(d)); }
     // Writes the row.
     void add();
 

@@ -92,7 +92,6 @@ QRect designRect(const char *name)
 class TestScreens : public QObject {
     Q_OBJECT
 private slots:
-    void init() { gMODE = Mode::Add; }
 
     void designSizeKeepsEveryControl()
     {
@@ -236,8 +235,8 @@ private slots:
         QVERIFY(!cal->isVisible());
         QCOMPARE(QApplication::focusWidget(), f.combo);
         f.combo->hidePopup();
-        // view and delete modes show no calendar
-        gMODE = Mode::View;
+        // a screen that only shows or deletes offers no calendar
+        f.entry().setMode(Mode::View);
         Gui::focus(f.txt[1]);
         QVERIFY(!cal->isVisible());
     }

@@ -107,9 +107,6 @@ void setEntries(QComboBox *combo, const QVector<Chemi::Entry> &entries)
 frmChemiInput::frmChemiInput(Mode mode, const ChemiRow &row, QWidget *parent)
     : Form(QStringLiteral("frmChemiInput"), 12400, 9200, parent), mMode(mode), mOpened(row)
 {
-    // The pop-up calendar of the date field follows the mode the screens
-    // hand each other.
-    gMODE = mode;
     setWindowTitle(QStringLiteral("農薬入力"));
     setSizable(true);
     setTrapStyle(TrapStyle::Description);

@@ -321,7 +321,7 @@ private slots:
         auto edit = [&](std::function<void(Form &)> script) {
             selectLot(rig.view, 1);
             rig.modals.on("frmChemiInput", [&](Form &f) {
-                QCOMPARE(gMODE, Mode::Change);
+                QCOMPARE(qobject_cast<frmChemiInput *>(&f)->mode(), Mode::Change);
                 script(f);
                 Gui::click(btn(f, 1));
                 QVERIFY(!f.isVisible());
@@ -441,7 +441,7 @@ private slots:
         auto remove = [&](int lot) {
             selectLot(rig.view, lot);
             rig.modals.on("frmChemiInput", [&](Form &f) {
-                QCOMPARE(gMODE, Mode::Delete);
+                QCOMPARE(qobject_cast<frmChemiInput *>(&f)->mode(), Mode::Delete);
                 QCOMPARE(btn(f, 0)->text(), QStringLiteral("ｷｬﾝｾﾙ"));
                 QCOMPARE(btn(f, 1)->text(), QStringLiteral("削除"));
                 QVERIFY(txt(f, 1)->isReadOnly());
@@ -471,7 +471,7 @@ private slots:
         ListRig rig;
         selectLot(rig.view, 1);
         rig.modals.on("frmChemiInput", [&](Form &f) {
-            QCOMPARE(gMODE, Mode::Add);
+            QCOMPARE(qobject_cast<frmChemiInput *>(&f)->mode(), Mode::Add);
             QVERIFY(paneShown(f));
             const QStringList kept{txt(f, 0)->text(), txt(f, 1)->text(), txt(f, 5)->text(), txt(f, 6)->text(),
                                    txt(f, 7)->text(), txt(f, 8)->text()};
