@@ -1,38 +1,37 @@
 #include "rules/diary/BookPage.h"
 
+#include "rules/common/Ids.h"
 #include "store/Database.h"
+#include "store/Stmt.h"
 
 #include <cmath>
 
 namespace BookPage {
 
-
 Headings headingsFor(int acc)
 {
     switch (acc) {
-    case 1000: return {QStringLiteral("入金"), QStringLiteral("出金")};
-    case 1040: return {QStringLiteral("発生"), QStringLiteral("回収")};
-    case 2000: return {QStringLiteral("発生"), QStringLiteral("支払")};
+    case Acc::Cash: return {QStringLiteral("入金"), QStringLiteral("出金")};
+    case Acc::Receivable: return {QStringLiteral("発生"), QStringLiteral("回収")};
+    case Acc::Payable: return {QStringLiteral("発生"), QStringLiteral("支払")};
     default: break;
     }
-    if (acc < 1041)
+    // the other accounts up to the receivables read like the deposit
+    if (acc <= Acc::Receivable)
         return {QStringLiteral("預入"), QStringLiteral("払出")};
     return {QString(), QString(), false};
 }
 
 Currency broughtForward(const Value &fmrId, const QDateTime &day, int acc)
 {
-    const QString cond = QStringLiteral(" FMR_ID=") + Nz(fmrId, Value(0)).toText() + QStringLiteral(" AND LEDGE_DATE<#") +
-                         DateUtil::sqlText(day) + QStringLiteral("#");
-    const Currency d = Nz(gDB->DSUM(QStringLiteral("AMT"), QStringLiteral("D_LEDGE"),
-                                    cond + QStringLiteral(" AND D_ACC_ID=") + QString::number(acc)),
-                          Value(0))
-                           .toCurrency();
-    const Currency c = Nz(gDB->DSUM(QStringLiteral("AMT"), QStringLiteral("D_LEDGE"),
-                                    cond + QStringLiteral(" AND C_ACC_ID=") + QString::number(acc)),
-                          Value(0))
-                           .toCurrency();
-    return acc == 2000 ? c - d : d - c;
+    auto sum = [&](const char *criteria) {
+        return Nz(gDB->DSUM(QStringLiteral("AMT"), QStringLiteral("D_LEDGE"), Stmt(criteria).num(fmrId).time(day).num(acc)),
+                  Value(0))
+            .toCurrency();
+    };
+    const Currency d = sum(" FMR_ID=? AND LEDGE_DATE<? AND D_ACC_ID=?");
+    const Currency c = sum(" FMR_ID=? AND LEDGE_DATE<? AND C_ACC_ID=?");
+    return acc == Acc::Payable ? c - d : d - c;
 }
 
 Page compute(int acc, const QVector<LedgeRow> &rows, Currency forward,
@@ -57,7 +56,7 @@ Page compute(int acc, const QVector<LedgeRow> &rows, Currency forward,
         const Currency amt = (!hasValue(amtV)) ? Currency() : amtV.toCurrency();
         // The credited book takes the amount in its second column; the
         // payables the other way round.
-        const bool second = acc == 2000 ? !credit : credit;
+        const bool second = acc == Acc::Payable ? !credit : credit;
         (second ? l.second : l.first) = amt;
         balance = balance + l.first - l.second;
         l.balance = balance;
@@ -71,8 +70,7 @@ Page compute(int acc, const QVector<LedgeRow> &rows, Currency forward,
 
 qint32 newSlipId(const Value &fmrId, const QVector<LedgeRow> &rows)
 {
-    qint32 n = Nz(gDB->DMax(QStringLiteral("LEDGE_ID"), QStringLiteral("D_LEDGE"),
-                            QStringLiteral("FMR_ID=") + Nz(fmrId, Value(0)).toText()),
+    qint32 n = Nz(gDB->DMax(QStringLiteral("LEDGE_ID"), QStringLiteral("D_LEDGE"), Stmt("FMR_ID=?").num(fmrId)),
                   Value(0))
                    .toLong() +
                1;
@@ -97,10 +95,10 @@ void applyEntry(LedgeRow &slip, int book, const SlipEntry &e)
     bool bookDebited;
     if (amountOf(e.left) > 0) {
         slip[LedgeCol::AMT] = Value(e.left);
-        bookDebited = book != 2000;
+        bookDebited = book != Acc::Payable;
     } else if (amountOf(e.right) > 0) {
         slip[LedgeCol::AMT] = Value(e.right);
-        bookDebited = book == 2000;
+        bookDebited = book == Acc::Payable;
     } else {
         return;
     }
@@ -119,6 +117,68 @@ void applyEntry(LedgeRow &slip, int book, const SlipEntry &e)
         slip[C_OPT_ID] = e.ownOptId;
         slip[D_OPT_NM] = e.otherOptName;
         slip[C_OPT_NM] = e.ownOptName;
+    }
+}
+
+SlipView viewOf(const LedgeRow &slip, int book)
+{
+    using namespace LedgeCol;
+    SlipView v;
+    v.bookDebited = isNumber(slip[D_ACC_ID], book);
+    SlipEntry &e = v.entry;
+    if (v.bookDebited) {
+        e.otherAcc = slip[C_ACC_ID];
+        e.otherOptId = slip[C_OPT_ID];
+        e.ownOptId = slip[D_OPT_ID];
+        e.otherOptName = slip[C_OPT_NM];
+        e.ownOptName = slip[D_OPT_NM];
+    } else {
+        e.otherAcc = slip[D_ACC_ID];
+        e.otherOptId = slip[D_OPT_ID];
+        e.ownOptId = slip[D_OPT_ID];
+        e.otherOptName = slip[D_OPT_NM];
+        e.ownOptName = slip[C_OPT_NM];
+    }
+    const bool left = book == Acc::Payable ? isNumber(slip[C_ACC_ID], book) : isNumber(slip[D_ACC_ID], book);
+    (left ? e.left : e.right) = textOf(slip[AMT]);
+    return v;
+}
+
+int rowOfSlip(const QVector<LedgeRow> &rows, const Value &ledgeId)
+{
+    if (!hasValue(ledgeId) || !IsNumeric(ledgeId))
+        return -1;
+    for (int i = 0; i < rows.size(); ++i)
+        if (isNumber(rows[i][LedgeCol::LEDGE_ID], ledgeId.toDouble()))
+            return i;
+    return -1;
+}
+
+LedgeRow slipToEdit(const QVector<LedgeRow> &rows, Mode mode, int row, const Value &fmrId, const Value &day, int book)
+{
+    LedgeRow slip = row >= 0 && row < rows.size() ? rows[row] : blankLedgeRow();
+    if (mode == Mode::Add) {
+        using namespace LedgeCol;
+        slip[FMR_ID] = fmrId;
+        slip[LEDGE_ID] = Value(newSlipId(fmrId, rows));
+        slip[LEDGE_DATE] = day;
+        for (int c : {CTR_NM, C_ACC_ID, D_OPT_ID, C_OPT_ID, D_OPT_NM, C_OPT_NM, AMT, NOTES, UDATE})
+            slip[c] = Value::null();
+        slip[D_ACC_ID] = Value(book);
+    }
+    return slip;
+}
+
+void putSlip(QVector<LedgeRow> &rows, const LedgeRow &slip, Mode mode, int row)
+{
+    if (mode == Mode::Add) {
+        const Value first = rows.isEmpty() ? Value() : rows[0][LedgeCol::LEDGE_ID];
+        if (rows.isEmpty() || (hasValue(first) && IsNumeric(first) && first.toDouble() > 0))
+            rows.append(slip);
+        else
+            rows.last() = slip;
+    } else if (mode == Mode::Change && row >= 0 && row < rows.size()) {
+        rows[row] = slip;
     }
 }
 

@@ -417,6 +417,45 @@ private slots:
         QVERIFY(gDB->DLookup("HOLD_TM", "D_DIARY", "FMR_ID=1").isNull());
     }
 
+    // A lot may be bought without a registration number, or with one that
+    // is no number: its spraying line opens with an empty purpose list.
+    void thePurposesOfALotByItsRegistration_data()
+    {
+        QTest::addColumn<QVariant>("regNo");
+        QTest::addColumn<bool>("purposes");
+        QTest::newRow("registered") << QVariant(QStringLiteral("90001")) << true;
+        QTest::newRow("no registration number") << QVariant() << false;
+        QTest::newRow("a number in words") << QVariant(QStringLiteral("第123号")) << false;
+        QTest::newRow("a quote") << QVariant(QStringLiteral("9'1")) << false;
+    }
+    void thePurposesOfALotByItsRegistration()
+    {
+        QFETCH(QVariant, regNo);
+        QFETCH(bool, purposes);
+        TestRoot root;
+        seed();
+        gDB->EXEC("UPDATE D_CHEMI SET REG_NO=NULL WHERE CHEMI_ID=1");
+        if (regNo.isValid())
+            gDB->EXEC(QStringLiteral("UPDATE D_CHEMI SET REG_NO='%1' WHERE CHEMI_ID=1").arg(regNo.toString().replace("'", "''")));
+        DiaryDay d;
+        d.load(gFMR_ID, kDay);
+        d.dtl[0] = spraying(1, 1, Value(100), 1);
+        d.save();
+        MsgRecorder rec;
+        frmDairyInput f;
+        Gui::show(&f);
+        auto *plants = f.ctl<QListWidget>("List1(0)");
+        plants->setCurrentRow(0);
+        emit plants->itemClicked(plants->item(0));
+        auto *works = f.ctl<QListWidget>("List1(1)");
+        works->setCurrentRow(0);
+        emit works->itemClicked(works->item(0));
+        Gui::settle();
+        QVERIFY2(rec.messages.isEmpty(), qPrintable(rec.messages.isEmpty() ? QString() : rec.lastPrompt()));
+        QVERIFY(f.ctl<QGroupBox>("Frame2")->isVisible());
+        QCOMPARE(f.ctl<QComboBox>("cmbDATA(3)")->count() > 0, purposes);
+    }
+
     void closingDropsWhatWasntSaved()
     {
         TestRoot root;
