@@ -177,8 +177,6 @@ void frmDiaryLedgeInput::accountChosen()
     cmbDATA[2]->setVisible(shown);
 }
 
-qint32 frmDiaryLedgeInput::GetNewLedgeID() { return BookPage::newSlipId(gFMR_ID, gLEDGE_ROWS); }
-
 void frmDiaryLedgeInput::SetMode()
 {
     mRec = BookPage::slipToEdit(gLEDGE_ROWS, mMode, mRow, gFMR_ID, gWORK_DATE, mBook);

@@ -27,7 +27,6 @@ public:
     void DispData();
     bool ChkData();
     bool SaveData();
-    qint32 GetNewLedgeID();
 
     const LedgeRow &record() const { return mRec; }
 
