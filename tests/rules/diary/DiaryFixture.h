@@ -1,14 +1,33 @@
 #pragma once
-// Farmer 1's records around May 2024, shared by the diary's rules tests and
-// its screen tests (the include path names the tests' folder).
+// Farmer 1's records around May 2024 and the readings of them, shared by the
+// diary's rules tests and its screen tests (the include path names the
+// tests' folder).
+#include "base/Globals.h"
+#include "base/Helpers.h"
+#include "rules/diary/CalMonth.h"
 #include "rules/diary/DiaryDay.h"
+#include "store/Database.h"
+#include "store/Stmt.h"
 #include "support/Build.h"
 
 #include <QDate>
+#include <QStringList>
+#include <QtTest/QTest>
 
 namespace DiaryFixture {
 
 inline const QDate kDay(2024, 5, 8);
+inline const QDateTime kDayTime(kDay, QTime());
+
+// Farmer 1's day kDay chosen, on the computer "PC-A"; and the computer's
+// name given back.
+inline void chooseTheDay()
+{
+    gFMR_ID = Value(1);
+    gWORK_DATE = Value(kDayTime);
+    setCompNameForTests(QStringLiteral("PC-A"));
+}
+inline void leaveTheDay() { setCompNameForTests(QString()); }
 
 // For the day 2024-05-08: two plantings alive and one that ended in April;
 // four lots bought in April (500 g for 2,000 yen, registered as 90001; 2 kg
@@ -53,7 +72,7 @@ inline DiaryDtlRec spraying(int plant, int chemi, const Value &qty, int unit, co
 {
     DiaryDtlRec r;
     r.FMR_ID = Value(1);
-    r.WORK_DATE = Value(QDateTime(kDay, QTime()));
+    r.WORK_DATE = Value(kDayTime);
     r.PLANT_ID = Value(plant);
     r.WORK_KBN = Value(WorkKbn::Spraying);
     r.WORK_NM = Value("農薬散布");
@@ -63,6 +82,50 @@ inline DiaryDtlRec spraying(int plant, int chemi, const Value &qty, int unit, co
     if (!notes.isEmpty())
         r.NOTES = Value(notes);
     return r;
+}
+
+// Saves the day with one spraying line: 100 g of lot 1 on planting 1.
+inline void saveSprayingDay()
+{
+    DiaryDay d;
+    d.load(Value(1), kDayTime);
+    d.dtl[0] = spraying(1, 1, Value(100), 1);
+    d.save();
+}
+
+// Registration numbers of lot 1 as they may be stored (a lot may be bought
+// without one), as test data: "regNo" (empty for none) and whether the lot
+// has "purposes".
+inline void registrationRows()
+{
+    QTest::addColumn<QString>("regNo");
+    QTest::addColumn<bool>("purposes");
+    QTest::newRow("registered") << "90001" << true;
+    QTest::newRow("without a number") << "" << false;
+    QTest::newRow("a number in words") << "第123号" << false;
+    QTest::newRow("a quote in it") << "9'1" << false;
+    QTest::newRow("a statement in it") << "1 OR 1=1" << false;
+}
+inline void setRegistration(const QString &regNo)
+{
+    gDB->EXEC(Stmt("UPDATE D_CHEMI SET REG_NO=? WHERE CHEMI_ID=1").textOrNull(Value(regNo)));
+}
+
+// The slip of farmer 1 by its number: debit and credit account, amount, the
+// option kinds, and the option names of the credit and the debit side; or
+// "none".
+inline QString slipOf(const Value &ledgeId)
+{
+    RecordsetPtr rs = gDB->GetFwdOnlyRst(
+        Stmt("SELECT D_ACC_ID, C_ACC_ID, AMT, D_OPT_KBN, C_OPT_KBN, C_OPT_NM, D_OPT_NM FROM D_LEDGE WHERE FMR_ID=1 AND "
+             "LEDGE_ID=?")
+            .num(ledgeId));
+    if (rs->eof())
+        return QStringLiteral("none");
+    QStringList cells;
+    for (int i = 0; i < rs->FieldCount(); ++i)
+        cells << (rs->Fields(i).isNull() ? QStringLiteral("-") : rs->Fields(i).toText());
+    return cells.join(QLatin1Char(' '));
 }
 
 // May 2024 of farmer 1: plantings touching the month, two diary days, slips
@@ -97,6 +160,22 @@ inline void seedMay()
     Build::diaryLine(QDate(2024, 5, 8), 1, 3).set("PLANT_ID", 1).set("CHEMI_ID", Value(0)).add();
     Build::shipment(1, QDate(2024, 5, 9)).set("PLANT_ID", 1).add();
     Build::shipment(2, QDate(2024, 5, 10)).set("PLANT_ID", 2).add();
+}
+
+// The cell of a day of the month grid (an empty one for none).
+inline const CalMonth::Cell &cellOf(const QVector<CalMonth::Cell> &cells, int day)
+{
+    for (const auto &c : cells)
+        if (c.day == day)
+            return c;
+    static CalMonth::Cell none;
+    return none;
+}
+
+// The marks of a cell: money, pesticide, shipment ("M-S").
+inline QString marks(const CalMonth::Cell &c)
+{
+    return QStringLiteral("%1%2%3").arg(c.money ? "M" : "-", c.chemi ? "P" : "-", c.ship ? "S" : "-");
 }
 
 } // namespace DiaryFixture

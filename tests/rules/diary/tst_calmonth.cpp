@@ -24,20 +24,6 @@ CalMonth::Options allOn()
     return o;
 }
 
-const CalMonth::Cell &cellOf(const QVector<CalMonth::Cell> &cells, int day)
-{
-    for (const auto &c : cells)
-        if (c.day == day)
-            return c;
-    static CalMonth::Cell none;
-    return none;
-}
-
-QString marks(const CalMonth::Cell &c)
-{
-    return QStringLiteral("%1%2%3").arg(c.money ? "M" : "-", c.chemi ? "P" : "-", c.ship ? "S" : "-");
-}
-
 } // namespace
 
 class TestCalMonth : public QObject {

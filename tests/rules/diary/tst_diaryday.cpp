@@ -19,24 +19,6 @@ using namespace DiaryFixture;
 
 namespace {
 
-const QDateTime kDayTime(kDay, QTime());
-
-// The slip made for a line: debit and credit account, amount, the option
-// kinds and the option names of the credit and the debit side.
-QString slipOf(const Value &ledgeId)
-{
-    RecordsetPtr rs = gDB->GetFwdOnlyRst(
-        Stmt("SELECT D_ACC_ID, C_ACC_ID, AMT, D_OPT_KBN, C_OPT_KBN, C_OPT_NM, D_OPT_NM FROM D_LEDGE WHERE FMR_ID=1 AND "
-             "LEDGE_ID=?")
-            .num(ledgeId));
-    if (rs->eof())
-        return QStringLiteral("none");
-    QStringList cells;
-    for (int i = 0; i < rs->FieldCount(); ++i)
-        cells << (rs->Fields(i).isNull() ? QStringLiteral("-") : rs->Fields(i).toText());
-    return cells.join(QLatin1Char(' '));
-}
-
 double lot(int id, const char *column)
 {
     return gDB->DLookup(QString::fromLatin1(column), "D_CHEMI", Stmt("CHEMI_ID=?").num(id)).toDouble();
@@ -55,13 +37,8 @@ QStringList texts(const QVector<DiaryLists::Entry> &entries)
 class TestDiaryDay : public QObject {
     Q_OBJECT
 private slots:
-    void init()
-    {
-        gFMR_ID = Value(1);
-        gWORK_DATE = Value(kDayTime);
-        setCompNameForTests(QStringLiteral("PC-A"));
-    }
-    void cleanup() { setCompNameForTests(QString()); }
+    void init() { chooseTheDay(); }
+    void cleanup() { leaveTheDay(); }
 
     void aBlankDayWritesNothingUntilSaved()
     {
@@ -151,11 +128,7 @@ private slots:
     {
         TestRoot root;
         seedDay();
-        DiaryDay d;
-        d.load(gFMR_ID, kDayTime);
-        d.dtl[0] = spraying(1, 1, Value(100), 1);
-        d.dtl[0].DTL_NO = Value(1);
-        d.save();
+        saveSprayingDay();
         QCOMPARE(slipOf(Value(2)).section(' ', 2, 2), QStringLiteral("400"));
         // the same line, more used: the slip is replaced under its number
         DiaryDay again;
@@ -231,10 +204,7 @@ private slots:
     {
         TestRoot root;
         seedDay();
-        DiaryDay d;
-        d.load(gFMR_ID, kDayTime);
-        d.dtl[0] = spraying(1, 1, Value(100), 1);
-        d.save();
+        saveSprayingDay();
         DiaryDay again;
         again.load(gFMR_ID, kDayTime);
         again.dtl[0].CHEMI_ID = Value::null();
@@ -328,30 +298,19 @@ private slots:
         QCOMPARE(gLEDGE_ROWS.size(), 1);
     }
 
-    void purposesOfALot_data()
-    {
-        QTest::addColumn<QString>("regNo"); // empty: none
-        QTest::addColumn<bool>("listed");
-        QTest::newRow("registered") << "90001" << true;
-        QTest::newRow("without a number") << "" << false;
-        QTest::newRow("a number in words") << "第123号" << false;
-        QTest::newRow("a quote in it") << "9'1" << false;
-        QTest::newRow("a statement in it") << "1 OR 1=1" << false;
-    }
+    void purposesOfALot_data() { registrationRows(); }
     void purposesOfALot()
     {
         QFETCH(QString, regNo);
-        QFETCH(bool, listed);
+        QFETCH(bool, purposes);
         TestRoot root;
         seedDay();
-        gDB->EXEC(Stmt("UPDATE D_CHEMI SET REG_NO=? WHERE CHEMI_ID=1").textOrNull(Value(regNo)));
-        const QStringList purposes = DiaryLists::purposesOfLot(Value(1));
-        QCOMPARE(!purposes.isEmpty(), listed);
-        if (listed) {
-            QStringList sorted = purposes;
-            sorted.sort();
-            QCOMPARE(purposes, sorted);
-        }
+        setRegistration(regNo);
+        const QStringList listed = DiaryLists::purposesOfLot(Value(1));
+        QCOMPARE(!listed.isEmpty(), purposes);
+        QStringList sorted = listed;
+        sorted.sort();
+        QCOMPARE(listed, sorted);
         // no lot chosen: the empty entry carries 0
         QVERIFY(DiaryLists::purposesOfLot(Value(0)).isEmpty());
     }

@@ -35,6 +35,15 @@ QStringList column(QTreeWidget *t, int c)
     return out;
 }
 
+// Shows the day and the page of a tab (1 cash, 2 deposit, 3 receivables,
+// 4 payables); the page's list.
+QTreeWidget *showPage(frmDairyInput &f, int tab)
+{
+    Gui::show(&f);
+    Gui::click(f.ctl<QRadioButton>(QStringLiteral("Option1(%1)").arg(tab)));
+    return f.ctl<QTreeWidget>("ListView1");
+}
+
 } // namespace
 
 class TestBooks : public QObject {
@@ -54,9 +63,7 @@ private slots:
         MsgRecorder rec;
         Gui::Modals modals;
         frmDairyInput f;
-        Gui::show(&f);
-        Gui::click(f.ctl<QRadioButton>("Option1(1)"));
-        auto *list = f.ctl<QTreeWidget>("ListView1");
+        auto *list = showPage(f, 1);
         QCOMPARE(list->topLevelItemCount(), 0);
         QCOMPARE(f.ctl<QLabel>("lblSUM(0)")->text(), QStringLiteral("20,000"));
         QCOMPARE(f.ctl<QLabel>("lblSUM(3)")->text(), QStringLiteral("20,000"));
@@ -113,9 +120,7 @@ private slots:
         QCOMPARE(BookPage::broughtForward(Value(1), DateUtil::make(2024, 5, 9), 1000), Currency::fromInt(23300));
         // reopened, the day shows its slips
         frmDairyInput again;
-        Gui::show(&again);
-        Gui::click(again.ctl<QRadioButton>("Option1(1)"));
-        QCOMPARE(column(again.ctl<QTreeWidget>("ListView1"), 0), (QStringList{"41", "42"}));
+        QCOMPARE(column(showPage(again, 1), 0), (QStringList{"41", "42"}));
     }
 
     void ownedSlipsAreLockedAndDeleteRemovesNothing()
@@ -134,9 +139,7 @@ private slots:
         MsgRecorder rec;
         Gui::Modals modals;
         frmDairyInput f;
-        Gui::show(&f);
-        Gui::click(f.ctl<QRadioButton>("Option1(1)"));
-        auto *list = f.ctl<QTreeWidget>("ListView1");
+        auto *list = showPage(f, 1);
         QCOMPARE(list->topLevelItemCount(), 2);
         list->setCurrentItem(list->topLevelItem(0));
         Gui::click(f.ctl<QPushButton>("cmdEDIT(1)"));
@@ -169,9 +172,7 @@ private slots:
         MsgRecorder rec;
         Gui::Modals modals;
         frmDairyInput f;
-        Gui::show(&f);
-        Gui::click(f.ctl<QRadioButton>("Option1(1)"));
-        auto *list = f.ctl<QTreeWidget>("ListView1");
+        auto *list = showPage(f, 1);
         list->setCurrentItem(list->topLevelItem(0));
         // the cash paid out shows on the right; moved to the left it comes in
         modals.on("frmDiaryLedgeInput", [](Form &d) {
@@ -201,8 +202,7 @@ private slots:
         TestRoot root;
         Gui::Modals modals;
         frmDairyInput f;
-        Gui::show(&f);
-        Gui::click(f.ctl<QRadioButton>("Option1(2)"));
+        auto *list = showPage(f, 2);
         modals.on("frmDiaryLedgeInput", [](Form &d) {
             auto *acc = d.ctl<QComboBox>("cmbDATA(1)");
             Gui::focus(acc);
@@ -216,7 +216,6 @@ private slots:
         QCOMPARE(r[LedgeCol::D_ACC_ID], Value(1010));
         QVERIFY(r[LedgeCol::C_ACC_ID].isNull());
         QVERIFY(r[LedgeCol::AMT].isNull());
-        auto *list = f.ctl<QTreeWidget>("ListView1");
         QCOMPARE(column(list, 5), QStringList{"0"});
         Gui::click(f.ctl<QPushButton>("cmdMENU(1)"));
         QCOMPARE(gDB->DCount("*", "D_LEDGE", "D_ACC_ID=1010 AND C_ACC_ID IS NULL AND AMT IS NULL").toLong(), 1);

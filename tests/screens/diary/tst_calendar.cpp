@@ -19,24 +19,6 @@
 
 using namespace DiaryFixture;
 
-namespace {
-
-const CalMonth::Cell &cellOf(const QVector<CalMonth::Cell> &cells, int day)
-{
-    for (const auto &c : cells)
-        if (c.day == day)
-            return c;
-    static CalMonth::Cell none;
-    return none;
-}
-
-QString marks(const CalMonth::Cell &c)
-{
-    return QStringLiteral("%1%2%3").arg(c.money ? "M" : "-", c.chemi ? "P" : "-", c.ship ? "S" : "-");
-}
-
-} // namespace
-
 class TestCalendar : public QObject {
     Q_OBJECT
 private slots:

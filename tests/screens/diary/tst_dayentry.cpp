@@ -26,32 +26,11 @@ using namespace DiaryFixture;
 
 namespace {
 
-const QDateTime kDayTime(kDay, QTime());
-
-// The slip made for a line: debit and credit account, amount, the option
-// kinds and the option names of the credit and the debit side.
-QString slipOf(const Value &ledgeId)
-{
-    RecordsetPtr rs = gDB->GetFwdOnlyRst(
-        Stmt("SELECT D_ACC_ID, C_ACC_ID, AMT, D_OPT_KBN, C_OPT_KBN, C_OPT_NM, D_OPT_NM FROM D_LEDGE WHERE FMR_ID=1 AND "
-             "LEDGE_ID=?")
-            .num(ledgeId));
-    if (rs->eof())
-        return QStringLiteral("none");
-    QStringList cells;
-    for (int i = 0; i < rs->FieldCount(); ++i)
-        cells << (rs->Fields(i).isNull() ? QStringLiteral("-") : rs->Fields(i).toText());
-    return cells.join(QLatin1Char(' '));
-}
-
 // A day with one spraying line of lot 1 saved, its planting and line chosen
 // on the screen.
 void openTheSprayingLine(frmDairyInput &f)
 {
-    DiaryDay d;
-    d.load(gFMR_ID, kDayTime);
-    d.dtl[0] = spraying(1, 1, Value(100), 1);
-    d.save();
+    saveSprayingDay();
     Gui::show(&f);
     auto *plants = f.ctl<QListWidget>("List1(0)");
     plants->setCurrentRow(0);
@@ -67,13 +46,8 @@ void openTheSprayingLine(frmDairyInput &f)
 class TestDayEntry : public QObject {
     Q_OBJECT
 private slots:
-    void init()
-    {
-        gFMR_ID = Value(1);
-        gWORK_DATE = Value(kDayTime);
-        setCompNameForTests(QStringLiteral("PC-A"));
-    }
-    void cleanup() { setCompNameForTests(QString()); }
+    void init() { chooseTheDay(); }
+    void cleanup() { leaveTheDay(); }
 
     void theScreenShowsTheDayAndItsTitle()
     {
@@ -183,22 +157,14 @@ private slots:
     // A lot may be bought without a registration number, or with one that
     // is no number: its spraying line opens with an empty purpose list and
     // no message.
-    void thePurposesOfALotByItsRegistration_data()
-    {
-        QTest::addColumn<QString>("regNo"); // empty: none
-        QTest::addColumn<bool>("purposes");
-        QTest::newRow("registered") << "90001" << true;
-        QTest::newRow("no registration number") << "" << false;
-        QTest::newRow("a number in words") << "第123号" << false;
-        QTest::newRow("a quote") << "9'1" << false;
-    }
+    void thePurposesOfALotByItsRegistration_data() { registrationRows(); }
     void thePurposesOfALotByItsRegistration()
     {
         QFETCH(QString, regNo);
         QFETCH(bool, purposes);
         TestRoot root;
         seedDay();
-        gDB->EXEC(Stmt("UPDATE D_CHEMI SET REG_NO=? WHERE CHEMI_ID=1").textOrNull(Value(regNo)));
+        setRegistration(regNo);
         MsgRecorder rec;
         frmDairyInput f;
         openTheSprayingLine(f);
