@@ -1,5 +1,6 @@
 #include "rules/diary/BookPage.h"
 
+#include "rules/books/Ledger.h"
 #include "rules/common/Ids.h"
 #include "store/Database.h"
 #include "store/Stmt.h"
@@ -22,49 +23,46 @@ Headings headingsFor(int acc)
     return {QString(), QString(), false};
 }
 
+namespace {
+// The book's normal side as the ledger reads it (DC_KBN): the payables are
+// kept on the credit side, the other books on the debit side.
+Value sideOf(int book) { return Value(book == Acc::Payable ? 2 : 1); }
+} // namespace
+
 Currency broughtForward(const Value &fmrId, const QDateTime &day, int acc)
 {
-    auto sum = [&](const char *criteria) {
-        return Nz(gDB->DSUM(QStringLiteral("AMT"), QStringLiteral("D_LEDGE"), Stmt(criteria).num(fmrId).time(day).num(acc)),
-                  Value(0))
-            .toCurrency();
-    };
-    const Currency d = sum(" FMR_ID=? AND LEDGE_DATE<? AND D_ACC_ID=?");
-    const Currency c = sum(" FMR_ID=? AND LEDGE_DATE<? AND C_ACC_ID=?");
-    return acc == Acc::Payable ? c - d : d - c;
+    return Ledger::openingBalance(Value(acc), sideOf(acc), Stmt(" FMR_ID=? AND LEDGE_DATE<?").num(fmrId).time(day));
 }
 
 Page compute(int acc, const QVector<LedgeRow> &rows, Currency forward,
              const std::function<QString(const Value &)> &lookUp)
 {
+    // The day's slips that touch the book, in the ledger's columns: what
+    // raises the book (credits the payables, debits the others) first.
+    QVector<LedgeRow> touching;
+    for (const LedgeRow &r : rows)
+        if (isNumber(r[LedgeCol::D_ACC_ID], acc) || isNumber(r[LedgeCol::C_ACC_ID], acc))
+            touching.append(r);
+    const Ledger::Page ledger = Ledger::compute(Value(acc), sideOf(acc), touching, forward);
     Page page;
     page.forward = forward;
-    Currency balance = forward;
-    int no = 0;
-    for (const LedgeRow &r : rows) {
-        const bool debit = isNumber(r[LedgeCol::D_ACC_ID], acc);
-        const bool credit = isNumber(r[LedgeCol::C_ACC_ID], acc);
-        if (!debit && !credit)
-            continue;
+    page.sumFirst = ledger.sumFirst;
+    page.sumSecond = ledger.sumSecond;
+    page.closing = ledger.closing;
+    for (int i = 0; i < touching.size(); ++i) {
+        const LedgeRow &r = touching[i];
+        const Ledger::Line &from = ledger.lines[i];
         Line l;
         l.ledgeId = r[LedgeCol::LEDGE_ID];
-        l.no = ++no;
-        l.account = lookUp(debit ? r[LedgeCol::C_ACC_ID] : r[LedgeCol::D_ACC_ID]);
-        l.ctr = Nz(r[LedgeCol::CTR_NM], Value(QString())).toText();
-        l.notes = Nz(r[LedgeCol::NOTES], Value(QString())).toText();
-        const Value amtV = r[LedgeCol::AMT];
-        const Currency amt = (!hasValue(amtV)) ? Currency() : amtV.toCurrency();
-        // The credited book takes the amount in its second column; the
-        // payables the other way round.
-        const bool second = acc == Acc::Payable ? !credit : credit;
-        (second ? l.second : l.first) = amt;
-        balance = balance + l.first - l.second;
-        l.balance = balance;
-        page.sumFirst += l.first;
-        page.sumSecond += l.second;
+        l.no = i + 1;
+        l.account = lookUp(from.other);
+        l.ctr = textOf(r[LedgeCol::CTR_NM]);
+        l.notes = textOf(r[LedgeCol::NOTES]);
+        l.first = from.first;
+        l.second = from.second;
+        l.balance = from.balance;
         page.lines.append(l);
     }
-    page.closing = balance;
     return page;
 }
 
