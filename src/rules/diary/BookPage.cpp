@@ -80,21 +80,19 @@ qint32 newSlipId(const Value &fmrId, const QVector<LedgeRow> &rows)
     return n;
 }
 
-namespace {
-double amountOf(const QString &text)
+bool carriesAmount(const QString &text)
 {
     double d = 0;
-    return parseNumber(text, d) ? d : 0;
-}
+    return parseNumber(text, d) && d > 0;
 }
 
 void applyEntry(LedgeRow &slip, int book, const SlipEntry &e)
 {
     bool bookDebited;
-    if (amountOf(e.left) > 0) {
+    if (carriesAmount(e.left)) {
         slip[LedgeCol::AMT] = Value(e.left);
         bookDebited = book != Acc::Payable;
-    } else if (amountOf(e.right) > 0) {
+    } else if (carriesAmount(e.right)) {
         slip[LedgeCol::AMT] = Value(e.right);
         bookDebited = book == Acc::Payable;
     } else {

@@ -57,6 +57,9 @@ struct SlipEntry {
     Value otherOptName, ownOptName;
     QString left, right;
 };
+// Whether a typed amount is one: a number above 0. The side that gets one
+// carries the slip's amount, and the other side is set to "0".
+bool carriesAmount(const QString &text);
 // Moves the entry into the slip: an amount on the left debits the book
 // (credits it for the payables), one on the right the other way round. With
 // neither amount above 0 the slip is left as it is.

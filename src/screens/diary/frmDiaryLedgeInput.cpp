@@ -60,14 +60,6 @@ const BookCaptions kCaptions[] = {
     {Acc::Payable, "買掛帳入力", "発生", "支払", "買掛金適用"},
 };
 
-double amountOf(const QString &t)
-{
-    double d = 0;
-    return parseNumber(t, d) ? d : 0;
-}
-// The item data of the selection, Null with none (or an empty list).
-Value chosen(const QComboBox *c) { return c->currentIndex() >= 0 ? currentItemData(c) : Value::null(); }
-
 } // namespace
 
 frmDiaryLedgeInput::frmDiaryLedgeInput(Mode mode, int row, int book, QWidget *parent)
@@ -99,12 +91,12 @@ frmDiaryLedgeInput::frmDiaryLedgeInput(Mode mode, int row, int book, QWidget *pa
     });
     // One side carries the amount.
     entry().setLeaveCheck(txtDATA[5], [this] {
-        if (amountOf(txtDATA[5]->text()) > 0)
+        if (BookPage::carriesAmount(txtDATA[5]->text()))
             txtDATA[6]->setText(QStringLiteral("0"));
         return true;
     });
     entry().setLeaveCheck(txtDATA[6], [this] {
-        if (amountOf(txtDATA[6]->text()) > 0)
+        if (BookPage::carriesAmount(txtDATA[6]->text()))
             txtDATA[5]->setText(QStringLiteral("0"));
         return true;
     });
@@ -163,7 +155,7 @@ void frmDiaryLedgeInput::SetCmbOpt(int index)
 
 void frmDiaryLedgeInput::accountChosen()
 {
-    const Value acc = chosen(cmbDATA[1]);
+    const Value acc = currentItemData(cmbDATA[1]);
     if (!hasValue(acc))
         return;
     const int kind = DiaryLists::optionKindOf(acc);
@@ -231,9 +223,9 @@ void frmDiaryLedgeInput::DispData()
 bool frmDiaryLedgeInput::ChkData()
 {
     BookPage::SlipEntry e;
-    e.otherAcc = chosen(cmbDATA[1]);
-    e.otherOptId = chosen(cmbDATA[2]);
-    e.ownOptId = chosen(cmbDATA[3]);
+    e.otherAcc = currentItemData(cmbDATA[1]);
+    e.otherOptId = currentItemData(cmbDATA[2]);
+    e.ownOptId = currentItemData(cmbDATA[3]);
     e.ownOptName = textOrNull(txtDATA[2]->text());
     e.otherOptName = textOrNull(txtDATA[3]->text());
     e.left = txtDATA[5]->text();

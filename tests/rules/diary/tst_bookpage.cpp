@@ -133,6 +133,10 @@ private slots:
         e.left = QStringLiteral("500");
         BookPage::applyEntry(r, 2000, e);
         QCOMPARE(r[LedgeCol::C_ACC_ID], Value(2000));
+        // an amount is a number above 0
+        QVERIFY(BookPage::carriesAmount(QStringLiteral("0.5")));
+        for (const char *none : {"", "0", "-300", "三千"})
+            QVERIFY2(!BookPage::carriesAmount(QString::fromUtf8(none)), none);
         // no amount: the slip stays as it was
         LedgeRow blank = row(8, Value(1000), Value::null(), Value::null());
         e.left = e.right = QString();
