@@ -1,11 +1,9 @@
 // The month grid without its screen: its rows and cells, the clicks, the
-// marks a day shows (also under the planting filter), the options kept in the
-// settings, and the drawing.
+// marks a day shows (also under the planting filter), and the drawing.
 
 #include "base/Globals.h"
 #include "rules/diary/CalMonth.h"
 #include "rules/diary/DiaryFixture.h"
-#include "store/Database.h"
 #include "support/RulesTest.h"
 
 #include <QImage>
@@ -111,19 +109,6 @@ private slots:
             QVERIFY(!c.today);
         }
         QVERIFY(cellOf(quiet, 3).hasRow);
-    }
-
-    void optionsKeptInTheSettings()
-    {
-        TestRoot root;
-        root.setCtrl(QStringLiteral("CAL_OPT1"), Value::null());
-        QVERIFY(!CalMonth::loadOptions().on[1]); // no value reads as off
-        CalMonth::saveOption(1, true);
-        CalMonth::saveOption(3, false);
-        const CalMonth::Options o = CalMonth::loadOptions();
-        QVERIFY(o.on[1]);
-        QVERIFY(!o.on[3]);
-        QCOMPARE(gINI->GetCtrl("CAL_OPT1").toText(), QStringLiteral("1"));
     }
 
     void theDrawingHasItsParts()
