@@ -1,78 +1,74 @@
 #include "rules/diary/BookPage.h"
 
+#include "rules/books/Ledger.h"
+#include "rules/common/Ids.h"
 #include "store/Database.h"
+#include "store/Stmt.h"
 
 #include <cmath>
 
 namespace BookPage {
 
-
 Headings headingsFor(int acc)
 {
     switch (acc) {
-    case 1000: return {QStringLiteral("入金"), QStringLiteral("出金")};
-    case 1040: return {QStringLiteral("発生"), QStringLiteral("回収")};
-    case 2000: return {QStringLiteral("発生"), QStringLiteral("支払")};
+    case Acc::Cash: return {QStringLiteral("入金"), QStringLiteral("出金")};
+    case Acc::Receivable: return {QStringLiteral("発生"), QStringLiteral("回収")};
+    case Acc::Payable: return {QStringLiteral("発生"), QStringLiteral("支払")};
     default: break;
     }
-    if (acc < 1041)
+    // the other accounts up to the receivables read like the deposit
+    if (acc <= Acc::Receivable)
         return {QStringLiteral("預入"), QStringLiteral("払出")};
     return {QString(), QString(), false};
 }
 
+namespace {
+// The book's normal side as the ledger reads it (DC_KBN): the payables are
+// kept on the credit side, the other books on the debit side.
+Value sideOf(int book) { return Value(book == Acc::Payable ? 2 : 1); }
+} // namespace
+
 Currency broughtForward(const Value &fmrId, const QDateTime &day, int acc)
 {
-    const QString cond = QStringLiteral(" FMR_ID=") + Nz(fmrId, Value(0)).toText() + QStringLiteral(" AND LEDGE_DATE<#") +
-                         DateUtil::sqlText(day) + QStringLiteral("#");
-    const Currency d = Nz(gDB->DSUM(QStringLiteral("AMT"), QStringLiteral("D_LEDGE"),
-                                    cond + QStringLiteral(" AND D_ACC_ID=") + QString::number(acc)),
-                          Value(0))
-                           .toCurrency();
-    const Currency c = Nz(gDB->DSUM(QStringLiteral("AMT"), QStringLiteral("D_LEDGE"),
-                                    cond + QStringLiteral(" AND C_ACC_ID=") + QString::number(acc)),
-                          Value(0))
-                           .toCurrency();
-    return acc == 2000 ? c - d : d - c;
+    return Ledger::openingBalance(Value(acc), sideOf(acc), Stmt(" FMR_ID=? AND LEDGE_DATE<?").num(fmrId).time(day));
 }
 
 Page compute(int acc, const QVector<LedgeRow> &rows, Currency forward,
              const std::function<QString(const Value &)> &lookUp)
 {
+    // The day's slips that touch the book, in the ledger's columns: what
+    // raises the book (credits the payables, debits the others) first.
+    QVector<LedgeRow> touching;
+    for (const LedgeRow &r : rows)
+        if (isNumber(r[LedgeCol::D_ACC_ID], acc) || isNumber(r[LedgeCol::C_ACC_ID], acc))
+            touching.append(r);
+    const Ledger::Page ledger = Ledger::compute(Value(acc), sideOf(acc), touching, forward);
     Page page;
     page.forward = forward;
-    Currency balance = forward;
-    int no = 0;
-    for (const LedgeRow &r : rows) {
-        const bool debit = isNumber(r[LedgeCol::D_ACC_ID], acc);
-        const bool credit = isNumber(r[LedgeCol::C_ACC_ID], acc);
-        if (!debit && !credit)
-            continue;
+    page.sumFirst = ledger.sumFirst;
+    page.sumSecond = ledger.sumSecond;
+    page.closing = ledger.closing;
+    for (int i = 0; i < touching.size(); ++i) {
+        const LedgeRow &r = touching[i];
+        const Ledger::Line &from = ledger.lines[i];
         Line l;
         l.ledgeId = r[LedgeCol::LEDGE_ID];
-        l.no = ++no;
-        l.account = lookUp(debit ? r[LedgeCol::C_ACC_ID] : r[LedgeCol::D_ACC_ID]);
-        l.ctr = Nz(r[LedgeCol::CTR_NM], Value(QString())).toText();
-        l.notes = Nz(r[LedgeCol::NOTES], Value(QString())).toText();
-        const Value amtV = r[LedgeCol::AMT];
-        const Currency amt = (!hasValue(amtV)) ? Currency() : amtV.toCurrency();
-        // The credited book takes the amount in its second column; the
-        // payables the other way round.
-        const bool second = acc == 2000 ? !credit : credit;
-        (second ? l.second : l.first) = amt;
-        balance = balance + l.first - l.second;
-        l.balance = balance;
-        page.sumFirst += l.first;
-        page.sumSecond += l.second;
+        l.no = i + 1;
+        l.account = lookUp(from.other);
+        l.ctr = textOf(r[LedgeCol::CTR_NM]);
+        l.notes = textOf(r[LedgeCol::NOTES]);
+        l.first = from.first;
+        l.second = from.second;
+        l.balance = from.balance;
         page.lines.append(l);
     }
-    page.closing = balance;
     return page;
 }
 
 qint32 newSlipId(const Value &fmrId, const QVector<LedgeRow> &rows)
 {
-    qint32 n = Nz(gDB->DMax(QStringLiteral("LEDGE_ID"), QStringLiteral("D_LEDGE"),
-                            QStringLiteral("FMR_ID=") + Nz(fmrId, Value(0)).toText()),
+    qint32 n = Nz(gDB->DMax(QStringLiteral("LEDGE_ID"), QStringLiteral("D_LEDGE"), Stmt("FMR_ID=?").num(fmrId)),
                   Value(0))
                    .toLong() +
                1;
@@ -84,23 +80,21 @@ qint32 newSlipId(const Value &fmrId, const QVector<LedgeRow> &rows)
     return n;
 }
 
-namespace {
-double amountOf(const QString &text)
+bool carriesAmount(const QString &text)
 {
     double d = 0;
-    return parseNumber(text, d) ? d : 0;
-}
+    return parseNumber(text, d) && d > 0;
 }
 
 void applyEntry(LedgeRow &slip, int book, const SlipEntry &e)
 {
     bool bookDebited;
-    if (amountOf(e.left) > 0) {
+    if (carriesAmount(e.left)) {
         slip[LedgeCol::AMT] = Value(e.left);
-        bookDebited = book != 2000;
-    } else if (amountOf(e.right) > 0) {
+        bookDebited = book != Acc::Payable;
+    } else if (carriesAmount(e.right)) {
         slip[LedgeCol::AMT] = Value(e.right);
-        bookDebited = book == 2000;
+        bookDebited = book == Acc::Payable;
     } else {
         return;
     }
@@ -119,6 +113,68 @@ void applyEntry(LedgeRow &slip, int book, const SlipEntry &e)
         slip[C_OPT_ID] = e.ownOptId;
         slip[D_OPT_NM] = e.otherOptName;
         slip[C_OPT_NM] = e.ownOptName;
+    }
+}
+
+SlipView viewOf(const LedgeRow &slip, int book)
+{
+    using namespace LedgeCol;
+    SlipView v;
+    v.bookDebited = isNumber(slip[D_ACC_ID], book);
+    SlipEntry &e = v.entry;
+    if (v.bookDebited) {
+        e.otherAcc = slip[C_ACC_ID];
+        e.otherOptId = slip[C_OPT_ID];
+        e.ownOptId = slip[D_OPT_ID];
+        e.otherOptName = slip[C_OPT_NM];
+        e.ownOptName = slip[D_OPT_NM];
+    } else {
+        e.otherAcc = slip[D_ACC_ID];
+        e.otherOptId = slip[D_OPT_ID];
+        e.ownOptId = slip[D_OPT_ID];
+        e.otherOptName = slip[D_OPT_NM];
+        e.ownOptName = slip[C_OPT_NM];
+    }
+    const bool left = book == Acc::Payable ? isNumber(slip[C_ACC_ID], book) : isNumber(slip[D_ACC_ID], book);
+    (left ? e.left : e.right) = textOf(slip[AMT]);
+    return v;
+}
+
+int rowOfSlip(const QVector<LedgeRow> &rows, const Value &ledgeId)
+{
+    if (!hasValue(ledgeId) || !IsNumeric(ledgeId))
+        return -1;
+    for (int i = 0; i < rows.size(); ++i)
+        if (isNumber(rows[i][LedgeCol::LEDGE_ID], ledgeId.toDouble()))
+            return i;
+    return -1;
+}
+
+LedgeRow slipToEdit(const QVector<LedgeRow> &rows, Mode mode, int row, const Value &fmrId, const Value &day, int book)
+{
+    LedgeRow slip = row >= 0 && row < rows.size() ? rows[row] : blankLedgeRow();
+    if (mode == Mode::Add) {
+        using namespace LedgeCol;
+        slip[FMR_ID] = fmrId;
+        slip[LEDGE_ID] = Value(newSlipId(fmrId, rows));
+        slip[LEDGE_DATE] = day;
+        for (int c : {CTR_NM, C_ACC_ID, D_OPT_ID, C_OPT_ID, D_OPT_NM, C_OPT_NM, AMT, NOTES, UDATE})
+            slip[c] = Value::null();
+        slip[D_ACC_ID] = Value(book);
+    }
+    return slip;
+}
+
+void putSlip(QVector<LedgeRow> &rows, const LedgeRow &slip, Mode mode, int row)
+{
+    if (mode == Mode::Add) {
+        const Value first = rows.isEmpty() ? Value() : rows[0][LedgeCol::LEDGE_ID];
+        if (rows.isEmpty() || (hasValue(first) && IsNumeric(first) && first.toDouble() > 0))
+            rows.append(slip);
+        else
+            rows.last() = slip;
+    } else if (mode == Mode::Change && row >= 0 && row < rows.size()) {
+        rows[row] = slip;
     }
 }
 

@@ -1,7 +1,9 @@
 #include "rules/diary/CalMonth.h"
 
+#include "rules/common/Ids.h"
 #include "rules/common/Pictures.h"
 #include "store/Database.h"
+#include "store/Stmt.h"
 
 #include <QPainter>
 
@@ -11,8 +13,6 @@ namespace {
 
 constexpr double kTwipsPerPixel = 15.0;
 double px(double twips) { return twips / kTwipsPerPixel; }
-
-QString dayText(const QDate &d) { return d.toString(QStringLiteral("yyyy/MM/dd")); }
 
 // Colours as the program gives them: the red of the Sundays, the blue of the
 // Saturdays, the pale yellow of today, the green of the temperature bar.
@@ -85,21 +85,18 @@ void saveOption(int index, bool on)
 QVector<Cell> collect(const Geometry &g, const QDate &monthFirst, const QDate &today, const Value &fmrId,
                       const Options &options, const Value &plantId)
 {
-    const QString farmer = Nz(fmrId, Value(0)).toText();
     const bool currentMonth = monthFirst.toString(QStringLiteral("yyyyMM")) == today.toString(QStringLiteral("yyyyMM"));
     const int todayNo = currentMonth ? today.day() : 0;
-    QString plantTerm;
-    if (hasValue(plantId) && plantId.toLong() != 0)
-        plantTerm = QStringLiteral(" AND PLANT_ID=") + plantId.toText();
+    const Stmt plantTerm = hasValue(plantId) && plantId.toLong() != 0 ? Stmt(" AND PLANT_ID=?").num(plantId) : Stmt("");
 
     // The farmer's days, searched forward day by day. Only the month's days
     // are read: the forward search over all of them finds the same rows,
     // and the redraw stays as quick after ten years as in the first.
-    RecordsetPtr rs = gDB->GetStaticRst(QStringLiteral("SELECT D_DIARY.* FROM D_DIARY WHERE FMR_ID=") + farmer +
-                                        QStringLiteral(" AND WORK_DATE>=#") + dayText(monthFirst) +
-                                        QStringLiteral("# AND WORK_DATE<=#") +
-                                        dayText(monthFirst.addDays(monthFirst.daysInMonth() - 1)) +
-                                        QStringLiteral("# ORDER BY WORK_DATE"));
+    RecordsetPtr rs =
+        gDB->GetStaticRst(Stmt("SELECT D_DIARY.* FROM D_DIARY WHERE FMR_ID=? AND WORK_DATE>=? AND WORK_DATE<=? ORDER BY WORK_DATE")
+                              .num(fmrId)
+                              .day(DateUtil::fromDate(monthFirst))
+                              .day(DateUtil::fromDate(monthFirst.addDays(monthFirst.daysInMonth() - 1))));
     QVector<Cell> cells;
     for (int n = 0; n < 42; ++n) {
         const int col = n % 7, row = n / 7;
@@ -111,8 +108,8 @@ QVector<Cell> collect(const Geometry &g, const QDate &monthFirst, const QDate &t
         c.x = col * g.cellW;
         c.y = row * g.cellH + g.headerH;
         c.today = day == todayNo;
-        const QString date = dayText(monthFirst.addDays(day - 1));
-        rs->Find(QStringLiteral("WORK_DATE=#") + date + QLatin1Char('#'));
+        const QDateTime date = DateUtil::fromDate(monthFirst.addDays(day - 1));
+        rs->Find(Stmt("WORK_DATE=?").day(date));
         if (rs->eof()) {
             if (rs->RecordCount() > 0)
                 rs->MoveFirst();
@@ -123,21 +120,24 @@ QVector<Cell> collect(const Geometry &g, const QDate &monthFirst, const QDate &t
             c.hiTmp = rs->Fields(QStringLiteral("HI_TMP"));
             c.oneMsg = rs->Fields(QStringLiteral("ONE_MSG"));
         }
+        // A slip marks the day when it moves cash or the deposit.
         if (options.on[2])
             c.money = gDB->DCount(QStringLiteral("*"), QStringLiteral("D_LEDGE"),
-                                  QStringLiteral(" FMR_ID = ") + farmer + QStringLiteral(" AND LEDGE_DATE=#") + date +
-                                      QStringLiteral("#") +
-                                      QStringLiteral(" AND ((D_ACC_ID IN(1000,1010))  OR (C_ACC_ID IN(1000,1010)))"))
+                                  Stmt(" FMR_ID = ? AND LEDGE_DATE=? AND ((D_ACC_ID IN(?))  OR (C_ACC_ID IN(?)))")
+                                      .num(fmrId)
+                                      .day(date)
+                                      .ids({Value(Acc::Cash), Value(Acc::Deposit)})
+                                      .ids({Value(Acc::Cash), Value(Acc::Deposit)}))
                           .toLong() > 0;
+        // The pesticide and shipment marks: the planting's condition (or
+        // nothing) follows the day directly.
         if (options.on[3])
             c.chemi = gDB->DCount(QStringLiteral("*"), QStringLiteral("D_DIARY_DTL"),
-                                  QStringLiteral(" FMR_ID = ") + farmer + QStringLiteral(" AND WORK_DATE=#") + date +
-                                      QStringLiteral("#") + QStringLiteral(" AND CHEMI_ID>0") + plantTerm)
+                                  Stmt(" FMR_ID = ? AND WORK_DATE=? AND CHEMI_ID>0?").num(fmrId).day(date).part(plantTerm))
                           .toLong() > 0;
         if (options.on[4])
             c.ship = gDB->DCount(QStringLiteral("*"), QStringLiteral("D_SHIP"),
-                                 QStringLiteral(" FMR_ID = ") + farmer + QStringLiteral(" AND SHIP_DATE=#") + date +
-                                     QStringLiteral("#") + plantTerm)
+                                 Stmt(" FMR_ID = ? AND SHIP_DATE=??").num(fmrId).day(date).part(plantTerm))
                          .toLong() > 0;
         cells.append(c);
     }

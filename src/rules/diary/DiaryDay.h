@@ -5,17 +5,26 @@
 // itself: slips, pesticide cost slips, the day, the lines, the stock recount.
 
 #include "base/Value.h"
+#include "rules/common/Ids.h"
+#include "rules/common/Record.h"
 
 #include <QDateTime>
 #include <QVector>
 
 struct DiaryDayRec {
     Value FMR_ID, WORK_DATE, WTH_ID, LO_TMP, HI_TMP, ONE_MSG, NOTES1, NOTES2, IDATE, UDATE, LAST_TM, HOLD_TM;
+    static const ColumnMap<DiaryDayRec> &map();
 };
 
 struct DiaryDtlRec {
     Value FMR_ID, WORK_DATE, DTL_NO, PLANT_ID, WORK_KBN, WORK_NM, NOTES, CHEMI_ID, CHEMI_NM, REG_NO, PURPOSE, QTY,
         UNIT_ID, SHIP_ID, SCHD_ID, LEDGE_ID;
+    static const ColumnMap<DiaryDtlRec> &map();
+
+    // A pesticide application: the line shows its pesticide and makes a cost slip.
+    bool spraying() const { return isNumber(WORK_KBN, WorkKbn::Spraying); }
+    // A line that a shipment wrote: it is looked at, not deleted, here.
+    bool shipment() const { return isNumber(WORK_KBN, WorkKbn::Shipment); }
 };
 
 class DiaryDay {
@@ -30,6 +39,8 @@ public:
     void load(const Value &fmrId, const QDateTime &workDate);
     // Writes the day: the steps in their order (see the header comment).
     void save();
+    // Gives up the holds this computer has on diary days and slips.
+    static void releaseHolds();
 
     // A new line: into the blank slot, else at the end. Returns its index.
     int addDetail(const Value &plantId);
@@ -38,16 +49,14 @@ public:
     bool removeDetail(int index);
     // The first line with that number, or -1.
     int findDetail(const Value &dtlNo) const;
+    // The lines of a planting, in array order.
+    QVector<int> linesOf(const Value &plantId) const;
 
     // The steps of the save, one by one.
     void SaveLedgeData();
     void SaveUseChemi();
     void saveDay();
     void saveDetails();
-
-private:
-    QString farmer() const;
-    QString sqlDay() const;
 };
 
 // The text of the pesticide side of a use slip: the quantity as "0.0" and the

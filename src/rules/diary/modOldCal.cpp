@@ -3,6 +3,7 @@
 #include "base/AppError.h"
 #include "base/Value.h"
 #include "store/Database.h"
+#include "store/Stmt.h"
 
 #include <cmath>
 
@@ -353,6 +354,6 @@ QString GetEtoYm(const QDateTime &date)
     if (!gWORK)
         throw AppError(91, QStringLiteral("オブジェクト変数または With ブロック変数が設定されていません。"));
     const Value v = gWORK->DLookup(QStringLiteral("ETO_YM"), QStringLiteral("L_ETO"),
-                                   QStringLiteral("ID=") + QString::number(index));
+                                   Stmt("ID=?").num(index));
     return v.isNull() ? QString() : v.toText();
 }

@@ -8,5 +8,7 @@ void registerDiaryScreens()
 {
     registerScreen(QStringLiteral("frmDairyCal"), [] { return new frmDairyCal; });
     registerScreen(QStringLiteral("frmDairyInput"), [] { return new frmDairyInput; });
-    registerScreen(QStringLiteral("frmDiaryLedgeInput"), [] { return new frmDiaryLedgeInput; });
+    // By name it opens as for a new slip of the cash book; the day's book
+    // pages open it with their mode, row and book.
+    registerScreen(QStringLiteral("frmDiaryLedgeInput"), [] { return new frmDiaryLedgeInput(Mode::Add, -1, Acc::Cash); });
 }

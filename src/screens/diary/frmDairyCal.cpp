@@ -1,9 +1,11 @@
 #include "screens/diary/frmDairyCal.h"
 
-#include "ui/Entry.h"
 #include "base/Globals.h"
-#include "ui/Screens.h"
+#include "rules/diary/DiaryLists.h"
+#include "screens/diary/Choices.h"
 #include "store/Database.h"
+#include "ui/Entry.h"
+#include "ui/Screens.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -167,21 +169,8 @@ void frmDairyCal::DispData()
 
 void frmDairyCal::SetCmb(int index)
 {
-    if (index != 0)
-        return;
-    const QDate first = gBASE_DATE.date();
-    const QDate last = first.addMonths(1).addDays(-1);
-    cmbCOND->clear();
-    addEmptyItem(cmbCOND);
-    RecordsetPtr rs = gDB->GetFwdOnlyRst(
-        QStringLiteral("SELECT  D_PLANT.PLANT_ID,  D_PLANT.PLANT_NM  FROM D_PLANT  WHERE FMR_ID=") +
-        Nz(gFMR_ID, Value(0)).toText() + QStringLiteral(" AND START_DATE<=#") + last.toString(QStringLiteral("yyyy/MM/dd")) +
-        QStringLiteral("#") + QStringLiteral(" AND ((END_DATE IS NULL) OR (END_DATE>=#") +
-        first.toString(QStringLiteral("yyyy/MM/dd")) + QStringLiteral("#))") + QStringLiteral(" ORDER BY PLANT_DATE"));
-    for (; !rs->eof(); rs->MoveNext())
-        addItem(cmbCOND, Nz(rs->Fields(QStringLiteral("PLANT_NM")), Value(QString())).toText(),
-                Nz(rs->Fields(QStringLiteral("PLANT_ID")), Value(0)));
-    cmbCOND->setCurrentIndex(-1);
+    if (index == 0)
+        fillChoices(cmbCOND, DiaryLists::plantingsOfMonth(gFMR_ID, gBASE_DATE.date()), true);
 }
 
 void frmDairyCal::DispCal()

@@ -1,16 +1,17 @@
 #include "screens/diary/frmDairyInput.h"
 
 #include "base/AppError.h"
-#include "ui/Entry.h"
 #include "base/Globals.h"
 #include "base/Msg.h"
-#include "ui/Screens.h"
-#include "store/SqlText.h"
-#include "screens/diary/frmDairyCal.h"
+#include "rules/common/Ids.h"
+#include "rules/diary/DiaryLists.h"
 #include "rules/diary/modOldCal.h"
-#include "rules/shipping/ShipData.h"
-#include "store/Database.h"
+#include "screens/diary/Choices.h"
+#include "screens/diary/frmDairyCal.h"
+#include "screens/diary/frmDiaryLedgeInput.h"
 #include "store/Lookup.h"
+#include "ui/Entry.h"
+#include "ui/Screens.h"
 
 #include <QComboBox>
 #include <QGroupBox>
@@ -98,8 +99,8 @@ const CtlSpec kControls[] = {
     {"cmdMENU(1)", CtlKind::Button, "登録", 10580, 8420, 1700, 620},
 };
 
-const int kBooks[5] = {0, 1000, 1010, 1040, 2000};
-
+// The book of each tab; the first is the work diary.
+const int kBooks[5] = {0, Acc::Cash, Acc::Deposit, Acc::Receivable, Acc::Payable};
 
 } // namespace
 
@@ -192,10 +193,11 @@ frmDairyInput::frmDairyInput(QWidget *parent) : Form(QStringLiteral("frmDairyInp
     });
     entry().setLeaveCheck(cmbDATA[3], [this] {
         if (workSelected() && currentRow()) {
-            // only an entry of the list is kept: a typed text that is none is dropped
-            const int at = cmbDATA[3]->findText(cmbDATA[3]->currentText(), Qt::MatchExactly);
-            currentRow()->PURPOSE =
-                (at >= 0 && !cmbDATA[3]->currentText().isEmpty()) ? Value(cmbDATA[3]->itemText(at)) : Value::null();
+            // Only an entry of the list is kept: a typed text that is none is
+            // dropped, and the field may be left all the same.
+            QComboBox *c = cmbDATA[3];
+            const bool listed = settleComboText(c, QString(), EmptyText::NoChoice);
+            currentRow()->PURPOSE = listed && c->currentIndex() >= 0 ? Value(c->itemText(c->currentIndex())) : Value::null();
         }
         return true;
     });
@@ -269,11 +271,7 @@ void frmDairyInput::onResize()
     DispData();
 }
 
-void frmDairyInput::onUnload()
-{
-    gDB->ReleaseData(QStringLiteral("D_DIARY"), QString());
-    gDB->ReleaseData(QStringLiteral("D_LEDGE"), QString());
-}
+void frmDairyInput::onUnload() { DiaryDay::releaseHolds(); }
 
 // ---------------------------------------------------------------- filling
 
@@ -292,80 +290,42 @@ void frmDairyInput::InitForm()
 void frmDairyInput::SetCmb(int index)
 {
     QComboBox *c = cmbDATA[index];
-    auto fill = [c](DbObject *db, const QString &sql, bool blank) {
-        c->clear();
-        if (blank)
-            addEmptyItem(c);
-        RecordsetPtr rs = db->GetFwdOnlyRst(sql);
-        for (; !rs->eof(); rs->MoveNext())
-            addItem(c, textOf(rs->Fields(1)), rs->Fields(0));
-    };
     switch (index) {
     case 0:
-        fill(gWORK.get(), QStringLiteral("SELECT  L_KBN.ID,  L_KBN.NM  FROM L_KBN  WHERE KBN=10 ORDER BY ID"), true);
+        fillChoices(c, DiaryLists::weathers(), true);
         break;
     case 1:
-        fill(gWORK.get(), QStringLiteral("SELECT  L_KBN.ID,  L_KBN.NM  FROM L_KBN  WHERE KBN=20 ORDER BY ID"), true);
+        fillChoices(c, DiaryLists::workKinds(), true);
         break;
-    case 2: {
-        // The purchase day in front tells two purchases of one product apart.
-        // No farmer condition: the lots offered are those switched on.
+    case 2:
+        fillChoices(c, DiaryLists::lotsInUse(), true);
+        break;
+    case 3:
+        // The purposes of the chosen lot's registration, as texts; the text
+        // shown stays as it is.
         c->clear();
-        addEmptyItem(c);
-        RecordsetPtr rs = gDB->GetFwdOnlyRst(QStringLiteral(
-            "SELECT  D_CHEMI.CHEMI_ID,  D_CHEMI.CHEMI_NM,  D_CHEMI.PUR_DATE  FROM D_CHEMI  WHERE CHK_FLG<>0 ORDER BY CHEMI_NM"));
-        for (; !rs->eof(); rs->MoveNext()) {
-            const Value d = rs->Fields(QStringLiteral("PUR_DATE"));
-            const QString day = hasValue(d) ? d.toDate().toString(QStringLiteral("M/d")) : QString();
-            addItem(c, day + textOf(rs->Fields(QStringLiteral("CHEMI_NM"))), rs->Fields(QStringLiteral("CHEMI_ID")));
-        }
+        if (cmbDATA[2]->currentIndex() >= 0)
+            c->addItems(DiaryLists::purposesOfLot(currentItemData(cmbDATA[2])));
         break;
-    }
-    case 3: {
-        c->clear();
-        if (cmbDATA[2]->currentIndex() < 0)
-            break;
-        const Value reg = gDB->DLookup(QStringLiteral("REG_NO"), QStringLiteral("D_CHEMI"),
-                                       QStringLiteral("CHEMI_ID=") + Nz(currentItemData(cmbDATA[2]), Value(0)).toText());
-        RecordsetPtr rs = gWORK->GetFwdOnlyRst(
-            QStringLiteral("SELECT  L_CHEMI_PURPOSE.PURPOSE  FROM L_CHEMI_PURPOSE  WHERE L_CHEMI_PURPOSE.REG_NO=") +
-            textOf(reg) + QStringLiteral(" ORDER BY L_CHEMI_PURPOSE.PURPOSE"));
-        for (; !rs->eof(); rs->MoveNext())
-            c->addItem(textOf(rs->Fields(0)));
-        break;
-    }
     case 4:
-        fill(gWORK.get(), QStringLiteral("SELECT  L_CHEMI_UNIT.ID,  L_CHEMI_UNIT.NM  FROM L_CHEMI_UNIT  ORDER BY ID"),
-             false);
+        fillChoices(c, DiaryLists::useUnits(), false);
         break;
     }
-    if (index != 3)
-        c->setCurrentIndex(-1);
 }
 
 void frmDairyInput::SetList(int index)
 {
     QListWidget *list = List1[index];
     if (index == 0) {
-        list->clear();
-        const QString day = gWORK_DATE.toDate().toString(QStringLiteral("yyyy/MM/dd"));
-        RecordsetPtr rs = gDB->GetFwdOnlyRst(
-            QStringLiteral("SELECT  D_PLANT.PLANT_ID,  D_PLANT.PLANT_NM  FROM D_PLANT  WHERE FMR_ID=") +
-            Nz(gFMR_ID, Value(0)).toText() + QStringLiteral(" AND START_DATE<=#") + day + QStringLiteral("#") +
-            QStringLiteral(" AND ((END_DATE IS NULL) OR (END_DATE>=#") + day + QStringLiteral("#))") +
-            QStringLiteral(" ORDER BY PLANT_DATE"));
-        for (; !rs->eof(); rs->MoveNext())
-            addItem(list, textOf(rs->Fields(QStringLiteral("PLANT_NM"))), rs->Fields(QStringLiteral("PLANT_ID")));
-    } else {
-        list->clear();
-        QListWidgetItem *plant = List1[0]->currentItem();
-        if (!plant)
-            return;
-        const Value plantId = itemData(List1[0], List1[0]->row(plant));
-        for (const DiaryDtlRec &r : mDay.dtl)
-            if (hasValue(r.PLANT_ID) && IsNumeric(r.PLANT_ID) && r.PLANT_ID.toDouble() == plantId.toDouble())
-                addItem(list, textOf(r.WORK_NM), r.DTL_NO);
+        fillChoices(list, DiaryLists::plantingsAlive(gFMR_ID, gWORK_DATE.toDate()));
+        return;
     }
+    list->clear();
+    QListWidgetItem *plant = List1[0]->currentItem();
+    if (!plant)
+        return;
+    for (int i : mDay.linesOf(itemData(List1[0], List1[0]->row(plant))))
+        addItem(list, textOf(mDay.dtl[i].WORK_NM), mDay.dtl[i].DTL_NO);
 }
 
 void frmDairyInput::SetCombo1(int)
@@ -373,22 +333,9 @@ void frmDairyInput::SetCombo1(int)
     if (mDtlIx < 0)
         return;
     const DiaryDtlRec &r = mDay.dtl[mDtlIx];
-    const QString crop = textOf(gDB->DLookup(QStringLiteral("CROP_NM"), QStringLiteral("D_PLANT"),
-                                            QStringLiteral("FMR_ID=") + Nz(gFMR_ID, Value(0)).toText() +
-                                                QStringLiteral(" AND PLANT_ID=") + Nz(r.PLANT_ID, Value(0)).toText()));
     const QString text = Combo1->currentText();
     Combo1->clear();
-    // Names used for this kind of work, those of the same crop first.
-    RecordsetPtr rs = gDB->GetFwdOnlyRst(
-        QStringLiteral("SELECT DISTINCT ") + QStringLiteral(" D_PLANT.CROP_NM='") + Sql::escaped(crop) +
-        QStringLiteral("' AS CROP_MATCH,") + QStringLiteral(" D_DIARY_DTL.WORK_NM ") +
-        QStringLiteral(" FROM D_DIARY_DTL ") + QStringLiteral(" INNER JOIN D_PLANT ") +
-        QStringLiteral(" ON (D_DIARY_DTL.PLANT_ID = D_PLANT.PLANT_ID) ") +
-        QStringLiteral(" AND (D_DIARY_DTL.FMR_ID = D_PLANT.FMR_ID)") + QStringLiteral(" WHERE WORK_KBN=") +
-        Nz(r.WORK_KBN, Value(0)).toText() + QStringLiteral(" ORDER BY D_PLANT.CROP_NM='") + Sql::escaped(crop) +
-        QStringLiteral("', D_DIARY_DTL.WORK_NM"));
-    for (; !rs->eof(); rs->MoveNext())
-        Combo1->addItem(textOf(rs->Fields(QStringLiteral("WORK_NM"))));
+    Combo1->addItems(DiaryLists::workNames(gFMR_ID, r.PLANT_ID, r.WORK_KBN));
     Combo1->setCurrentIndex(-1);
     Combo1->setEditText(text);
 }
@@ -424,18 +371,13 @@ void frmDairyInput::DispPlant()
         for (int i = 2; i <= 5; ++i)
             lblDATA[i]->clear();
     } else {
-        RecordsetPtr rs = gDB->GetFwdOnlyRst(QStringLiteral("SELECT D_PLANT.* FROM D_PLANT WHERE PLANT_ID=") +
-                                             textOf(itemData(List1[0], List1[0]->row(plant))));
-        if (!rs->eof()) {
-            lblDATA[2]->setText(textOf(rs->Fields(QStringLiteral("CROP_NM1"))));
-            const Value ym = rs->Fields(QStringLiteral("HARVEST_SCHD_YM"));
-            QString ymText = textOf(ym);
-            if (ymText.size() == 6 && IsNumeric(ym))
-                ymText = ymText.left(4) + QLatin1Char('/') + ymText.mid(4);
-            lblDATA[3]->setText(ymText);
-            const Value pd = rs->Fields(QStringLiteral("PLANT_DATE"));
-            lblDATA[4]->setText(hasValue(pd) ? pd.toDate().toString(QStringLiteral("yyyy/MM/dd")) : QString());
-            lblDATA[5]->setText(textOf(rs->Fields(QStringLiteral("AREA"))));
+        // a planting no longer there leaves the labels as they are
+        const DiaryLists::Planting p = DiaryLists::planting(itemData(List1[0], List1[0]->row(plant)));
+        if (p.found) {
+            lblDATA[2]->setText(p.crop);
+            lblDATA[3]->setText(p.harvest);
+            lblDATA[4]->setText(p.planted);
+            lblDATA[5]->setText(p.area);
         }
     }
     DispDtl();
@@ -463,8 +405,7 @@ void frmDairyInput::DispDtl()
             txtDATA[3]->setText(textOf(r.NOTES));
             for (QWidget *w : editor)
                 w->setVisible(true);
-            const bool shipment = hasValue(r.WORK_KBN) && IsNumeric(r.WORK_KBN) && r.WORK_KBN.toDouble() == 8;
-            cmdSUB[0]->setText(shipment ? QStringLiteral("参照") : QStringLiteral("削除"));
+            cmdSUB[0]->setText(r.shipment() ? QStringLiteral("参照") : QStringLiteral("削除"));
         }
     }
     DispChemi();
@@ -473,8 +414,7 @@ void frmDairyInput::DispDtl()
 void frmDairyInput::DispChemi()
 {
     const DiaryDtlRec *r = mDtlIx >= 0 ? &mDay.dtl[mDtlIx] : nullptr;
-    const bool spraying = r && hasValue(r->WORK_KBN) && IsNumeric(r->WORK_KBN) && r->WORK_KBN.toDouble() == 5;
-    if (!spraying) {
+    if (!r || !r->spraying()) {
         cmbDATA[2]->setCurrentIndex(-1);
         cmbDATA[3]->clear();
         cmbDATA[4]->setCurrentIndex(-1);
@@ -539,12 +479,8 @@ void frmDairyInput::deleteClicked()
         const DiaryDtlRec *r = currentRow();
         if (!r || !hasValue(r->SHIP_ID) || r->SHIP_ID.toDouble() == 0)
             return;
-        RecordsetPtr rs = gDB->GetStaticRst(
-            QStringLiteral("SELECT ") + QStringLiteral(" D_SHIP.* ") +
-            QStringLiteral(" FROM D_SHIP INNER JOIN D_PLANT ON D_SHIP.PLANT_ID=D_PLANT.PLANT_ID") +
-            QStringLiteral(" WHERE D_SHIP.FMR_ID=") + Nz(gFMR_ID, Value(0)).toText() + QStringLiteral(" AND SHIP_ID=") +
-            r->SHIP_ID.toText() + QStringLiteral(" ORDER BY D_SHIP.SHIP_DATE,D_SHIP.PLANT_ID,D_SHIP.SHIP_ID"));
-        LoadShipRows(*rs);
+        DiaryLists::loadShipmentOfLine(gFMR_ID, r->SHIP_ID);
+        // The shipment screen takes its mode and row from the list's hand-over.
         gMODE = Mode::View;
         gROW_IDX = 0;
         openScreen(QStringLiteral("frmShipInput"));
@@ -643,33 +579,20 @@ void frmDairyInput::editSlip(Mode mode)
 {
     const int book = currentBook();
     if (mode == Mode::Add) {
-        gBOOK_ACC_ID = Value(book);
-        gMODE = Mode::Add;
-        gROW_IDX = -1;
-        openScreen(QStringLiteral("frmDiaryLedgeInput"));
+        openModal<frmDiaryLedgeInput>(Mode::Add, -1, book);
         return;
     }
     QTreeWidgetItem *line = ListView1->currentItem();
     if (!line)
         return;
     const Value id(line->text(0));
-    int index = -1;
-    for (int i = 0; i < gLEDGE_ROWS.size(); ++i) {
-        const Value &v = gLEDGE_ROWS[i][LedgeCol::LEDGE_ID];
-        if (hasValue(v) && IsNumeric(v) && IsNumeric(id) && v.toDouble() == id.toDouble()) {
-            index = i;
-            break;
-        }
-    }
-    if (index < 0)
+    const int row = BookPage::rowOfSlip(gLEDGE_ROWS, id);
+    if (row < 0)
         return;
     const int owner = ChkLedgeUse(gFMR_ID, id);
     if (owner != 0) {
         ShowMsg(ledgeLockMessage(owner, mode == Mode::Delete), Msg::Exclamation, QString());
         return;
     }
-    gBOOK_ACC_ID = Value(book);
-    gROW_IDX = index;
-    gMODE = mode;
-    openScreen(QStringLiteral("frmDiaryLedgeInput"));
+    openModal<frmDiaryLedgeInput>(mode, row, book);
 }

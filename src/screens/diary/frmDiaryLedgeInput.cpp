@@ -1,10 +1,12 @@
 #include "screens/diary/frmDiaryLedgeInput.h"
 
-#include "ui/Entry.h"
 #include "rules/diary/BookPage.h"
+#include "rules/diary/DiaryLists.h"
+#include "screens/diary/Choices.h"
 #include "screens/diary/frmDairyInput.h"
-#include "store/Database.h"
 #include "store/Lookup.h"
+#include "ui/Entry.h"
+#include "ui/Skeletons.h"
 
 #include <QComboBox>
 #include <QGroupBox>
@@ -52,24 +54,17 @@ struct BookCaptions {
     const char *title, *left, *right, *ownName;
 };
 const BookCaptions kCaptions[] = {
-    {1000, "現金出納帳入力", "入金", "出金", "現金適用"},
-    {1010, "預金帳入力", "預入", "払出", "預金適用"},
-    {1040, "売掛帳入力", "発生", "回収", "売掛金適用"},
-    {2000, "買掛帳入力", "発生", "支払", "買掛金適用"},
+    {Acc::Cash, "現金出納帳入力", "入金", "出金", "現金適用"},
+    {Acc::Deposit, "預金帳入力", "預入", "払出", "預金適用"},
+    {Acc::Receivable, "売掛帳入力", "発生", "回収", "売掛金適用"},
+    {Acc::Payable, "買掛帳入力", "発生", "支払", "買掛金適用"},
 };
-
-double amountOf(const QString &t)
-{
-    double d = 0;
-    return parseNumber(t, d) ? d : 0;
-}
-// The item data of the selection, Null with none (or an empty list).
-Value chosen(const QComboBox *c) { return c->currentIndex() >= 0 ? currentItemData(c) : Value::null(); }
 
 } // namespace
 
-frmDiaryLedgeInput::frmDiaryLedgeInput(QWidget *parent)
-    : Form(QStringLiteral("frmDiaryLedgeInput"), 12400, 7200, parent), mRec(blankLedgeRow())
+frmDiaryLedgeInput::frmDiaryLedgeInput(Mode mode, int row, int book, QWidget *parent)
+    : Form(QStringLiteral("frmDiaryLedgeInput"), 12400, 7200, parent), mMode(mode), mRow(row), mBook(book),
+      mRec(blankLedgeRow())
 {
     setWindowTitle(QStringLiteral("元帳入力"));
     setSizable(true);
@@ -86,29 +81,22 @@ frmDiaryLedgeInput::frmDiaryLedgeInput(QWidget *parent)
     for (int i : {5, 6})
         txtDATA[i]->setAlignment(Qt::AlignRight);
 
-    // The other account: typed text must name an entry; empty text chooses none.
+    // The other account: typed text must name an entry, else the focus
+    // stays, silently; empty text chooses none.
     entry().setLeaveCheck(cmbDATA[1], [this] {
-        QComboBox *c = cmbDATA[1];
-        const QString t = c->currentText();
-        if (t.isEmpty()) {
-            c->setCurrentIndex(-1);
-            return true;
-        }
-        const int at = c->findText(t, Qt::MatchExactly);
-        if (at < 0)
-            return false; // the focus stays, silently
-        c->setCurrentIndex(at);
+        if (!settleComboText(cmbDATA[1], QString(), EmptyText::NoChoice))
+            return false;
         accountChosen();
         return true;
     });
     // One side carries the amount.
     entry().setLeaveCheck(txtDATA[5], [this] {
-        if (amountOf(txtDATA[5]->text()) > 0)
+        if (BookPage::carriesAmount(txtDATA[5]->text()))
             txtDATA[6]->setText(QStringLiteral("0"));
         return true;
     });
     entry().setLeaveCheck(txtDATA[6], [this] {
-        if (amountOf(txtDATA[6]->text()) > 0)
+        if (BookPage::carriesAmount(txtDATA[6]->text()))
             txtDATA[5]->setText(QStringLiteral("0"));
         return true;
     });
@@ -129,8 +117,6 @@ frmDiaryLedgeInput::frmDiaryLedgeInput(QWidget *parent)
             close();
     });
 }
-
-int frmDiaryLedgeInput::book() const { return int(Nz(gBOOK_ACC_ID, Value(0)).toLong()); }
 
 void frmDiaryLedgeInput::onLoad()
 {
@@ -155,53 +141,24 @@ void frmDiaryLedgeInput::InitForm()
 
 void frmDiaryLedgeInput::SetCmb(int index)
 {
-    QComboBox *c = cmbDATA[index];
-    auto fill = [c](DbObject *db, const QString &sql) {
-        c->clear();
-        addEmptyItem(c);
-        RecordsetPtr rs = db->GetFwdOnlyRst(sql);
-        for (; !rs->eof(); rs->MoveNext())
-            addItem(c, textOf(rs->Fields(1)), rs->Fields(0));
-        c->setCurrentIndex(-1);
-    };
     if (index == 0)
-        fill(gMST.get(), QStringLiteral("SELECT  M_FMR.FMR_ID,  M_FMR.FMR_NM  FROM M_FMR  WHERE CHK_FLG<>0 ORDER BY FMR_ID"));
+        fillChoices(cmbDATA[0], DiaryLists::farmersInUse(), true);
     else if (index == 1)
-        fill(gWORK.get(), QStringLiteral("SELECT  L_ACC.ACC_ID,  L_ACC.ACC_NM  FROM L_ACC  ORDER BY ACC_ID"));
+        fillChoices(cmbDATA[1], DiaryLists::accounts(), true);
 }
 
 void frmDiaryLedgeInput::SetCmbOpt(int index)
 {
-    if (index != 2)
-        return;
-    QComboBox *c = cmbDATA[2];
-    c->clear();
-    addEmptyItem(c);
-    const QString farmer = Nz(gFMR_ID, Value(0)).toText();
-    QString sql;
-    if (mOptKbn == 2)
-        sql = QStringLiteral("SELECT  D_PLANT.PLANT_ID,  D_PLANT.PLANT_NM  FROM D_PLANT  WHERE FMR_ID=") + farmer +
-              QStringLiteral(" ORDER BY PLANT_ID");
-    else if (mOptKbn == 3)
-        sql = QStringLiteral("SELECT  D_CHEMI.CHEMI_ID,  D_CHEMI.CHEMI_NM  FROM D_CHEMI  WHERE FMR_ID=") + farmer +
-              QStringLiteral(" AND CHK_FLG<>0 ORDER BY CHEMI_ID");
-    if (!sql.isEmpty()) {
-        RecordsetPtr rs = gDB->GetFwdOnlyRst(sql);
-        for (; !rs->eof(); rs->MoveNext())
-            addItem(c, textOf(rs->Fields(1)), rs->Fields(0));
-    }
-    c->setCurrentIndex(-1);
+    if (index == 2)
+        fillChoices(cmbDATA[2], DiaryLists::optionsOf(mOptKbn, gFMR_ID), true);
 }
 
 void frmDiaryLedgeInput::accountChosen()
 {
-    const Value acc = chosen(cmbDATA[1]);
+    const Value acc = currentItemData(cmbDATA[1]);
     if (!hasValue(acc))
         return;
-    const int kind = int(Nz(gWORK->DLookup(QStringLiteral("OPT_KBN"), QStringLiteral("L_ACC"),
-                                           QStringLiteral("ACC_ID=") + acc.toText()),
-                            Value(0))
-                             .toLong());
+    const int kind = DiaryLists::optionKindOf(acc);
     if (kind == mOptKbn)
         return;
     mOptKbn = kind;
@@ -212,77 +169,52 @@ void frmDiaryLedgeInput::accountChosen()
     cmbDATA[2]->setVisible(shown);
 }
 
-qint32 frmDiaryLedgeInput::GetNewLedgeID() { return BookPage::newSlipId(gFMR_ID, gLEDGE_ROWS); }
-
 void frmDiaryLedgeInput::SetMode()
 {
-    mRec = blankLedgeRow();
-    if (gROW_IDX >= 0 && gROW_IDX < gLEDGE_ROWS.size())
-        mRec = gLEDGE_ROWS[gROW_IDX];
-    using namespace LedgeCol;
-    if (gMODE == Mode::Add) {
-        mRec[FMR_ID] = gFMR_ID;
-        mRec[LEDGE_ID] = Value(GetNewLedgeID());
-        mRec[LEDGE_DATE] = gWORK_DATE;
-        for (int c : {CTR_NM, C_ACC_ID, D_OPT_ID, C_OPT_ID, D_OPT_NM, C_OPT_NM, AMT, NOTES, UDATE})
-            mRec[c] = Value::null();
-        mRec[D_ACC_ID] = gBOOK_ACC_ID;
-    }
+    mRec = BookPage::slipToEdit(gLEDGE_ROWS, mMode, mRow, gFMR_ID, gWORK_DATE, mBook);
     for (const BookCaptions &b : kCaptions)
-        if (b.book == book()) {
+        if (b.book == mBook) {
             ctl<QLabel>(QStringLiteral("lblTITLE"))->setText(QString::fromUtf8(b.title));
             ctl<QLabel>(QStringLiteral("lblAMT_CAP(0)"))->setText(QString::fromUtf8(b.left));
             ctl<QLabel>(QStringLiteral("lblAMT_CAP(1)"))->setText(QString::fromUtf8(b.right));
             ctl<QLabel>(QStringLiteral("lblOPT_NM_CAP(1)"))->setText(QString::fromUtf8(b.ownName));
         }
-    ctl<QGroupBox>(QStringLiteral("fraBOOK"))->setTitle(GetAccNm(Value(book())));
-    cmdMENU[0]->setText(QStringLiteral("ｷｬﾝｾﾙ"));
-    cmdMENU[1]->setText(gMODE == Mode::Delete ? QStringLiteral("削除") : QStringLiteral("設定"));
-    if (gMODE == Mode::View || gMODE == Mode::Delete)
-        lockRecordFields(this);
+    ctl<QGroupBox>(QStringLiteral("fraBOOK"))->setTitle(GetAccNm(Value(mBook)));
+    EntryScreen::setMode(this, cmdMENU[0], cmdMENU[1], mMode, QStringLiteral("設定"));
     DispData();
 }
 
 void frmDiaryLedgeInput::DispData()
 {
     using namespace LedgeCol;
-    const int b = book();
-    const bool bookDebit = isNumber(mRec[D_ACC_ID], b);
-    const Value other = bookDebit ? mRec[C_ACC_ID] : mRec[D_ACC_ID];
-    auto setCombo = [](QComboBox *c, const Value &v) {
-        if (hasValue(v))
-            selectItemData(c, v);
+    const BookPage::SlipView v = BookPage::viewOf(mRec, mBook);
+    const BookPage::SlipEntry &e = v.entry;
+    auto setCombo = [](QComboBox *c, const Value &id) {
+        if (hasValue(id))
+            selectItemData(c, id);
         else
             c->setCurrentIndex(-1);
     };
-    setCombo(cmbDATA[1], other);
+    setCombo(cmbDATA[1], e.otherAcc);
     // the option kind of the other account, before its option is shown
     mOptKbn = -1;
     control(QStringLiteral("lblOPT_CAP(0)"))->setVisible(false);
     cmbDATA[2]->setVisible(false);
-    if (hasValue(other))
+    if (hasValue(e.otherAcc))
         accountChosen();
     if (mOptKbn < 0)
         mOptKbn = 0;
-    if (bookDebit) {
-        if (hasValue(mRec[C_OPT_ID]))
-            selectItemData(cmbDATA[2], mRec[C_OPT_ID]);
-        else
-            cmbDATA[3]->setCurrentIndex(-1); // so it has always cleared the other list
-        setCombo(cmbDATA[3], mRec[D_OPT_ID]);
-        txtDATA[3]->setText(textOf(mRec[C_OPT_NM]));
-        txtDATA[2]->setText(textOf(mRec[D_OPT_NM]));
-    } else {
-        setCombo(cmbDATA[2], mRec[D_OPT_ID]);
-        setCombo(cmbDATA[3], mRec[D_OPT_ID]); // the same id twice: kept as it is
-        txtDATA[3]->setText(textOf(mRec[D_OPT_NM]));
-        txtDATA[2]->setText(textOf(mRec[C_OPT_NM]));
-    }
+    if (v.bookDebited && !hasValue(e.otherOptId))
+        cmbDATA[3]->setCurrentIndex(-1); // so it has always cleared the other list
+    else
+        setCombo(cmbDATA[2], e.otherOptId);
+    setCombo(cmbDATA[3], e.ownOptId);
+    txtDATA[3]->setText(textOf(e.otherOptName));
+    txtDATA[2]->setText(textOf(e.ownOptName));
     txtDATA[1]->setText(textOf(mRec[CTR_NM]));
     txtDATA[4]->setText(textOf(mRec[NOTES]));
-    const bool left = b == 2000 ? isNumber(mRec[C_ACC_ID], b) : isNumber(mRec[D_ACC_ID], b);
-    txtDATA[5]->setText(left ? textOf(mRec[AMT]) : QString());
-    txtDATA[6]->setText(left ? QString() : textOf(mRec[AMT]));
+    txtDATA[5]->setText(e.left);
+    txtDATA[6]->setText(e.right);
     ctl<QLabel>(QStringLiteral("lblDATA(0)"))->setText(textOf(mRec[LEDGE_ID]));
     txtDATA[0]->setText(textOf(mRec[LEDGE_DATE]));
     setCombo(cmbDATA[0], mRec[FMR_ID]);
@@ -291,32 +223,23 @@ void frmDiaryLedgeInput::DispData()
 bool frmDiaryLedgeInput::ChkData()
 {
     BookPage::SlipEntry e;
-    e.otherAcc = chosen(cmbDATA[1]);
-    e.otherOptId = chosen(cmbDATA[2]);
-    e.ownOptId = chosen(cmbDATA[3]);
+    e.otherAcc = currentItemData(cmbDATA[1]);
+    e.otherOptId = currentItemData(cmbDATA[2]);
+    e.ownOptId = currentItemData(cmbDATA[3]);
     e.ownOptName = textOrNull(txtDATA[2]->text());
     e.otherOptName = textOrNull(txtDATA[3]->text());
     e.left = txtDATA[5]->text();
     e.right = txtDATA[6]->text();
-    BookPage::applyEntry(mRec, book(), e);
+    BookPage::applyEntry(mRec, mBook, e);
     return true;
 }
 
 bool frmDiaryLedgeInput::SaveData()
 {
-    if (gMODE == Mode::Add) {
-        const Value &first = gLEDGE_ROWS.isEmpty() ? Value() : gLEDGE_ROWS[0][LedgeCol::LEDGE_ID];
-        if (gLEDGE_ROWS.isEmpty() || (hasValue(first) && IsNumeric(first) && first.toDouble() > 0))
-            gLEDGE_ROWS.append(mRec);
-        else
-            gLEDGE_ROWS.last() = mRec;
-    } else if (gMODE == Mode::Change && gROW_IDX >= 0 && gROW_IDX < gLEDGE_ROWS.size()) {
-        gLEDGE_ROWS[gROW_IDX] = mRec;
-    }
-    // Any other mode changes nothing: "削除" here removes no slip.
+    BookPage::putSlip(gLEDGE_ROWS, mRec, mMode, mRow);
     if (auto *day = qobject_cast<frmDairyInput *>(Form::find(QStringLiteral("frmDairyInput")))) {
-        day->InitLedgeList(book());
-        day->SetLedgeList(book());
+        day->InitLedgeList(mBook);
+        day->SetLedgeList(mBook);
     }
     return true;
 }

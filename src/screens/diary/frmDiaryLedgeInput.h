@@ -1,11 +1,14 @@
 #pragma once
 // One slip of a book page of the day ("元帳入力"), told from the book's side:
-// the other account and an amount on the book's left or right. It changes an
-// element of gLEDGE_ROWS only; the slip reaches the database with the save
-// of the day.
+// the other account and an amount on the book's left or right. It is opened
+// with what it is for (a new slip, a change, a deletion), the row of
+// gLEDGE_ROWS it shows (-1 for none) and the book. It changes an element of
+// gLEDGE_ROWS only; the slip reaches the database with the save of the day.
 
-#include "ui/Form.h"
 #include "base/Globals.h"
+#include "base/Mode.h"
+#include "rules/common/Ids.h"
+#include "ui/Form.h"
 
 class QComboBox;
 class QLabel;
@@ -15,7 +18,7 @@ class QPushButton;
 class frmDiaryLedgeInput : public Form {
     Q_OBJECT
 public:
-    explicit frmDiaryLedgeInput(QWidget *parent = nullptr);
+    frmDiaryLedgeInput(Mode mode, int row, int book, QWidget *parent = nullptr);
 
     void InitForm();
     void SetCmb(int index);
@@ -24,7 +27,6 @@ public:
     void DispData();
     bool ChkData();
     bool SaveData();
-    qint32 GetNewLedgeID();
 
     const LedgeRow &record() const { return mRec; }
 
@@ -33,10 +35,12 @@ protected:
     void onResize() override;
 
 private:
-    int book() const;
     // Reads the option kind of the other account and shows or fills its list.
     void accountChosen();
 
+    const Mode mMode;
+    const int mRow;
+    const int mBook;
     LedgeRow mRec;
     int mOptKbn = 0;
     QVector<QLineEdit *> txtDATA;

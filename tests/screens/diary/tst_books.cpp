@@ -1,18 +1,18 @@
-// The day's book pages and the slip entry told from a book: balances brought
-// forward, the columns per book, the locks of owned slips, and the whole road
-// from a new slip on the page to the next day's balance.
+// The day's book pages on the screen and the slip entry told from a book:
+// the locks of owned slips, and the whole road from a new slip on the page to
+// the next day's balance.
 
-#include "ui/Form.h"
 #include "base/Globals.h"
-#include "base/Helpers.h"
+#include "rules/common/Ids.h"
 #include "rules/diary/BookPage.h"
-#include "rules/diary/DiaryDay.h"
 #include "screens/diary/frmDairyInput.h"
 #include "store/Database.h"
 #include "store/Lookup.h"
+#include "support/Build.h"
 #include "support/GuiDriver.h"
 #include "support/MsgRecorder.h"
 #include "support/TestRoot.h"
+#include "ui/Entry.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -25,41 +25,7 @@
 
 namespace {
 
-const QDateTime kDay = DateUtil::make(2024, 5, 8);
-
-void slip(int id, const char *date, int debit, int credit, double amt, const char *ctr = "")
-{
-    gDB->EXEC(QStringLiteral("INSERT INTO D_LEDGE (FMR_ID, LEDGE_ID, LEDGE_DATE, D_ACC_ID, C_ACC_ID, AMT, CTR_NM) "
-                             "VALUES (1, %1, #%2#, %3, %4, %5, '%6')")
-                  .arg(id)
-                  .arg(QString::fromLatin1(date))
-                  .arg(debit)
-                  .arg(credit)
-                  .arg(amt)
-                  .arg(QString::fromUtf8(ctr)));
-}
-
-LedgeRow row(int id, const Value &debit, const Value &credit, const Value &amt)
-{
-    LedgeRow r = blankLedgeRow();
-    r[LedgeCol::FMR_ID] = Value(1);
-    r[LedgeCol::LEDGE_ID] = Value(id);
-    r[LedgeCol::LEDGE_DATE] = Value(kDay);
-    r[LedgeCol::D_ACC_ID] = debit;
-    r[LedgeCol::C_ACC_ID] = credit;
-    r[LedgeCol::AMT] = amt;
-    return r;
-}
-
-QString lines(const BookPage::Page &p)
-{
-    QStringList out;
-    for (const auto &l : p.lines)
-        out << QStringLiteral("%1:%2/%3/%4").arg(l.account, l.first.toString(), l.second.toString(), l.balance.toString());
-    return out.join(QLatin1Char(' '));
-}
-
-QString name(const Value &id) { return QString::number(Nz(id, Value(0)).toLong()); }
+const QDate kDay(2024, 5, 8);
 
 QStringList column(QTreeWidget *t, int c)
 {
@@ -67,6 +33,15 @@ QStringList column(QTreeWidget *t, int c)
     for (int i = 0; i < t->topLevelItemCount(); ++i)
         out << t->topLevelItem(i)->text(c);
     return out;
+}
+
+// Shows the day and the page of a tab (1 cash, 2 deposit, 3 receivables,
+// 4 payables); the page's list.
+QTreeWidget *showPage(frmDairyInput &f, int tab)
+{
+    Gui::show(&f);
+    Gui::click(f.ctl<QRadioButton>(QStringLiteral("Option1(%1)").arg(tab)));
+    return f.ctl<QTreeWidget>("ListView1");
 }
 
 } // namespace
@@ -77,110 +52,18 @@ private slots:
     void init()
     {
         gFMR_ID = Value(1);
-        gWORK_DATE = Value(kDay);
-    }
-
-    void columnsPerBook()
-    {
-        QCOMPARE(BookPage::headingsFor(1000).first, QStringLiteral("入金"));
-        QCOMPARE(BookPage::headingsFor(1010).second, QStringLiteral("払出"));
-        QCOMPARE(BookPage::headingsFor(1040).second, QStringLiteral("回収"));
-        QCOMPARE(BookPage::headingsFor(2000).second, QStringLiteral("支払"));
-        QCOMPARE(BookPage::headingsFor(1020).first, QStringLiteral("預入"));
-        QVERIFY(!BookPage::headingsFor(4000).amounts);
-        QCOMPARE(BookPage::amountText(Currency::fromDouble(1234567.5)), QStringLiteral("1,234,568"));
-        QCOMPARE(BookPage::amountText(Currency::fromInt(-1200)), QStringLiteral("-1,200"));
-        QCOMPARE(BookPage::amountText(Currency()), QStringLiteral("0"));
-    }
-
-    void pagesOfADay()
-    {
-        // a cash sale between 1000 and 1040 is on both pages; the pesticide
-        // cost slip is on none; a slip on both sides of the book counts once,
-        // on its credit side; a slip with no accounts is passed over
-        const QVector<LedgeRow> rows = {row(1, Value(1000), Value(1040), Value(5000)),
-                                        row(2, Value(4160), Value(1130), Value(700)),
-                                        row(3, Value(4170), Value(1000), Value(1200)),
-                                        row(4, Value(1000), Value(1000), Value(300)),
-                                        row(5, Value::null(), Value::null(), Value(9)),
-                                        row(6, Value(1000), Value(4000), Value::null())};
-        const BookPage::Page cash = BookPage::compute(1000, rows, Currency::fromInt(10000), name);
-        QCOMPARE(lines(cash), QStringLiteral("1040:5000/0/15000 4170:0/1200/13800 1000:0/300/13500 4000:0/0/13500"));
-        QCOMPARE(cash.sumFirst, Currency::fromInt(5000));
-        QCOMPARE(cash.sumSecond, Currency::fromInt(1500));
-        QCOMPARE(cash.closing, Currency::fromInt(13500));
-        const BookPage::Page recv = BookPage::compute(1040, rows, Currency(), name);
-        QCOMPARE(lines(recv), QStringLiteral("1000:0/5000/-5000"));
-        QVERIFY(BookPage::compute(1130, rows, Currency(), name).lines.size() == 1);
-        QVERIFY(BookPage::compute(2000, rows, Currency(), name).lines.isEmpty());
-        // the payables: a purchase on credit arises, a payment pays
-        const QVector<LedgeRow> pay = {row(1, Value(4130), Value(2000), Value(8000)),
-                                       row(2, Value(2000), Value(1010), Value(3000))};
-        QCOMPARE(lines(BookPage::compute(2000, pay, Currency::fromInt(100), name)),
-                 QStringLiteral("4130:8000/0/8100 1010:0/3000/5100"));
-    }
-
-    void balancesBroughtForwardFromTheDatabase()
-    {
-        TestRoot root;
-        slip(1, "2024/5/1", 1000, 4000, 20000);
-        slip(2, "2024/5/7", 4170, 1000, 2500);
-        slip(3, "2024/5/8", 1000, 1040, 999); // the day itself: not brought forward
-        slip(4, "2024/5/2", 4130, 2000, 4000);
-        slip(5, "2024/5/3", 2000, 1010, 1500);
-        QCOMPARE(BookPage::broughtForward(Value(1), kDay, 1000), Currency::fromInt(17500));
-        QCOMPARE(BookPage::broughtForward(Value(1), kDay, 2000), Currency::fromInt(2500));
-        QCOMPARE(BookPage::broughtForward(Value(1), kDay, 1010), Currency::fromInt(-1500));
-        QCOMPARE(BookPage::broughtForward(Value(2), kDay, 1000), Currency());
-        // a day with no slips: brought forward is the closing balance
-        const BookPage::Page empty = BookPage::compute(1000, {blankLedgeRow()}, Currency::fromInt(17500), name);
-        QCOMPARE(empty.closing, Currency::fromInt(17500));
-        QCOMPARE(empty.sumFirst, Currency());
-        QCOMPARE(empty.sumSecond, Currency());
-    }
-
-    void theSidesFollowTheAmount()
-    {
-        LedgeRow r = row(7, Value(1000), Value::null(), Value::null());
-        BookPage::SlipEntry e;
-        e.otherAcc = Value(4000);
-        e.ownOptName = Value("売上");
-        e.left = QStringLiteral("3000");
-        BookPage::applyEntry(r, 1000, e);
-        QCOMPARE(r[LedgeCol::D_ACC_ID], Value(1000));
-        QCOMPARE(r[LedgeCol::C_ACC_ID], Value(4000));
-        QCOMPARE(r[LedgeCol::D_OPT_NM], Value("売上"));
-        QCOMPARE(r[LedgeCol::AMT], Value("3000"));
-        // from the left amount to the right: debit and credit change places
-        e.left = QStringLiteral("0");
-        e.right = QStringLiteral("3000");
-        BookPage::applyEntry(r, 1000, e);
-        QCOMPARE(r[LedgeCol::D_ACC_ID], Value(4000));
-        QCOMPARE(r[LedgeCol::C_ACC_ID], Value(1000));
-        QCOMPARE(r[LedgeCol::C_OPT_NM], Value("売上"));
-        // the payables the other way round
-        e.left = QStringLiteral("500");
-        BookPage::applyEntry(r, 2000, e);
-        QCOMPARE(r[LedgeCol::C_ACC_ID], Value(2000));
-        // no amount: the slip stays as it was
-        LedgeRow blank = row(8, Value(1000), Value::null(), Value::null());
-        e.left = e.right = QString();
-        BookPage::applyEntry(blank, 1000, e);
-        QVERIFY(blank[LedgeCol::C_ACC_ID].isNull());
-        QVERIFY(blank[LedgeCol::AMT].isNull());
+        gWORK_DATE = Value(QDateTime(kDay, QTime()));
     }
 
     void slipsAddedOnThePageReachTheBooks()
     {
         TestRoot root;
-        slip(1, "2024/5/1", 1000, 4000, 20000);
-        slip(40, "2024/5/8", 1010, 1040, 3000, "ひだまり"); // a slip of the day
+        Build::slip(1, QDate(2024, 5, 1), 1000, 4000, 20000).add();
+        Build::slip(40, kDay, 1010, 1040, 3000).set("CTR_NM", "ひだまり").add(); // a slip of the day
         MsgRecorder rec;
         Gui::Modals modals;
         frmDairyInput f;
-        Gui::show(&f);
-        Gui::click(f.ctl<QRadioButton>("Option1(1)"));
-        auto *list = f.ctl<QTreeWidget>("ListView1");
+        auto *list = showPage(f, 1);
         QCOMPARE(list->topLevelItemCount(), 0);
         QCOMPARE(f.ctl<QLabel>("lblSUM(0)")->text(), QStringLiteral("20,000"));
         QCOMPARE(f.ctl<QLabel>("lblSUM(3)")->text(), QStringLiteral("20,000"));
@@ -237,25 +120,26 @@ private slots:
         QCOMPARE(BookPage::broughtForward(Value(1), DateUtil::make(2024, 5, 9), 1000), Currency::fromInt(23300));
         // reopened, the day shows its slips
         frmDairyInput again;
-        Gui::show(&again);
-        Gui::click(again.ctl<QRadioButton>("Option1(1)"));
-        QCOMPARE(column(again.ctl<QTreeWidget>("ListView1"), 0), (QStringList{"41", "42"}));
+        QCOMPARE(column(showPage(again, 1), 0), (QStringList{"41", "42"}));
     }
 
     void ownedSlipsAreLockedAndDeleteRemovesNothing()
     {
         TestRoot root;
-        slip(5, "2024/5/8", 1000, 4000, 800);
-        slip(6, "2024/5/8", 4170, 1000, 300);
+        Build::slip(5, kDay, 1000, 4000, 800).add();
+        Build::slip(6, kDay, 4170, 1000, 300).add();
         // a diary line owns slip 5
-        gDB->EXEC("INSERT INTO D_DIARY_DTL (FMR_ID, WORK_DATE, DTL_NO, PLANT_ID, WORK_KBN, CHEMI_ID, QTY, UNIT_ID, "
-                  "LEDGE_ID) VALUES (1, #2024/5/8#, 1, 1, 5, 1, 10, 1, 5)");
+        Build::diaryLine(kDay, 1, WorkKbn::Spraying)
+            .set("PLANT_ID", 1)
+            .set("CHEMI_ID", 1)
+            .set("QTY", 10)
+            .set("UNIT_ID", 1)
+            .set("LEDGE_ID", 5)
+            .add();
         MsgRecorder rec;
         Gui::Modals modals;
         frmDairyInput f;
-        Gui::show(&f);
-        Gui::click(f.ctl<QRadioButton>("Option1(1)"));
-        auto *list = f.ctl<QTreeWidget>("ListView1");
+        auto *list = showPage(f, 1);
         QCOMPARE(list->topLevelItemCount(), 2);
         list->setCurrentItem(list->topLevelItem(0));
         Gui::click(f.ctl<QPushButton>("cmdEDIT(1)"));
@@ -281,13 +165,44 @@ private slots:
         QCOMPARE(ledgeLockMessage(0, true), QString());
     }
 
+    void aFreeSlipChangedOnItsPage()
+    {
+        TestRoot root;
+        Build::slip(6, kDay, 4170, 1000, 300).set("NOTES", "苗").add();
+        MsgRecorder rec;
+        Gui::Modals modals;
+        frmDairyInput f;
+        auto *list = showPage(f, 1);
+        list->setCurrentItem(list->topLevelItem(0));
+        // the cash paid out shows on the right; moved to the left it comes in
+        modals.on("frmDiaryLedgeInput", [](Form &d) {
+            QCOMPARE(d.ctl<QPushButton>("cmdMENU(1)")->text(), QStringLiteral("設定"));
+            QCOMPARE(d.ctl<QLabel>("lblDATA(0)")->text(), QStringLiteral("6"));
+            QCOMPARE(currentItemData(d.ctl<QComboBox>("cmbDATA(1)")), Value(4170));
+            QCOMPARE(d.ctl<QLineEdit>("txtDATA(5)")->text(), QString());
+            QCOMPARE(Value(d.ctl<QLineEdit>("txtDATA(6)")->text()).toDouble(), 300.0);
+            QCOMPARE(d.ctl<QLineEdit>("txtDATA(4)")->text(), QStringLiteral("苗"));
+            Gui::type(d.ctl<QLineEdit>("txtDATA(5)"), QStringLiteral("500"));
+            Gui::leave(d.ctl<QLineEdit>("txtDATA(5)"));
+            QCOMPARE(d.ctl<QLineEdit>("txtDATA(6)")->text(), QStringLiteral("0"));
+            Gui::click(d.ctl<QPushButton>("cmdMENU(1)"));
+        });
+        Gui::click(f.ctl<QPushButton>("cmdEDIT(1)"));
+        QCOMPARE(modals.opened, QStringList{"frmDiaryLedgeInput"});
+        QVERIFY(rec.messages.isEmpty());
+        QCOMPARE(gLEDGE_ROWS.size(), 1);
+        QCOMPARE(gLEDGE_ROWS[0][LedgeCol::D_ACC_ID], Value(Acc::Cash));
+        QCOMPARE(gLEDGE_ROWS[0][LedgeCol::C_ACC_ID], Value(4170));
+        QCOMPARE(column(list, 5), QStringList{"500"});
+        QCOMPARE(column(list, 6), QStringList{"0"});
+    }
+
     void aNewSlipWithoutAmountKeepsTheBookOnTheDebit()
     {
         TestRoot root;
         Gui::Modals modals;
         frmDairyInput f;
-        Gui::show(&f);
-        Gui::click(f.ctl<QRadioButton>("Option1(2)"));
+        auto *list = showPage(f, 2);
         modals.on("frmDiaryLedgeInput", [](Form &d) {
             auto *acc = d.ctl<QComboBox>("cmbDATA(1)");
             Gui::focus(acc);
@@ -301,7 +216,6 @@ private slots:
         QCOMPARE(r[LedgeCol::D_ACC_ID], Value(1010));
         QVERIFY(r[LedgeCol::C_ACC_ID].isNull());
         QVERIFY(r[LedgeCol::AMT].isNull());
-        auto *list = f.ctl<QTreeWidget>("ListView1");
         QCOMPARE(column(list, 5), QStringList{"0"});
         Gui::click(f.ctl<QPushButton>("cmdMENU(1)"));
         QCOMPARE(gDB->DCount("*", "D_LEDGE", "D_ACC_ID=1010 AND C_ACC_ID IS NULL AND AMT IS NULL").toLong(), 1);

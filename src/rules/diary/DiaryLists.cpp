@@ -1,0 +1,168 @@
+#include "rules/diary/DiaryLists.h"
+
+#include "rules/common/Ids.h"
+#include "rules/shipping/ShipData.h"
+#include "store/Database.h"
+#include "store/Stmt.h"
+
+namespace DiaryLists {
+
+namespace {
+
+// The rows of a statement whose first column is the id and second the text.
+QVector<Entry> read(DbObject *db, const QString &sql)
+{
+    QVector<Entry> out;
+    RecordsetPtr rs = db->GetFwdOnlyRst(sql);
+    for (; !rs->eof(); rs->MoveNext())
+        out.append({rs->Fields(0), textOf(rs->Fields(1))});
+    rs->Close();
+    return out;
+}
+
+QStringList texts(DbObject *db, const QString &sql, const QString &column)
+{
+    QStringList out;
+    RecordsetPtr rs = db->GetFwdOnlyRst(sql);
+    for (; !rs->eof(); rs->MoveNext())
+        out << textOf(rs->Fields(column));
+    rs->Close();
+    return out;
+}
+
+QVector<Entry> kinds(int kbn)
+{
+    return read(gWORK.get(), Stmt("SELECT  L_KBN.ID,  L_KBN.NM  FROM L_KBN  WHERE KBN=? ORDER BY ID").num(kbn));
+}
+
+QVector<Entry> plantingsBetween(const Value &fmrId, const QDateTime &first, const QDateTime &last)
+{
+    return read(gDB.get(), Stmt("SELECT  D_PLANT.PLANT_ID,  D_PLANT.PLANT_NM  FROM D_PLANT  WHERE FMR_ID=? AND "
+                                "START_DATE<=? AND ((END_DATE IS NULL) OR (END_DATE>=?)) ORDER BY PLANT_DATE")
+                               .num(fmrId)
+                               .day(last)
+                               .day(first));
+}
+
+} // namespace
+
+QVector<Entry> weathers() { return kinds(10); }
+QVector<Entry> workKinds() { return kinds(20); }
+
+QVector<Entry> useUnits()
+{
+    return read(gWORK.get(), Stmt("SELECT  L_CHEMI_UNIT.ID,  L_CHEMI_UNIT.NM  FROM L_CHEMI_UNIT  ORDER BY ID"));
+}
+
+QVector<Entry> lotsInUse()
+{
+    QVector<Entry> out;
+    RecordsetPtr rs = gDB->GetFwdOnlyRst(Stmt(
+        "SELECT  D_CHEMI.CHEMI_ID,  D_CHEMI.CHEMI_NM,  D_CHEMI.PUR_DATE  FROM D_CHEMI  WHERE CHK_FLG<>0 ORDER BY CHEMI_NM"));
+    for (; !rs->eof(); rs->MoveNext()) {
+        const Value d = rs->Fields(QStringLiteral("PUR_DATE"));
+        const QString day = hasValue(d) ? d.toDate().toString(QStringLiteral("M/d")) : QString();
+        out.append({rs->Fields(QStringLiteral("CHEMI_ID")), day + textOf(rs->Fields(QStringLiteral("CHEMI_NM")))});
+    }
+    rs->Close();
+    return out;
+}
+
+QStringList purposesOfLot(const Value &chemiId)
+{
+    const Value reg = gDB->DLookup(QStringLiteral("REG_NO"), QStringLiteral("D_CHEMI"), Stmt("CHEMI_ID=?").num(chemiId));
+    // The registration numbers of the purposes are numbers: a stored text
+    // that is none compares as 0 and finds nothing.
+    return texts(gWORK.get(),
+                 Stmt("SELECT  L_CHEMI_PURPOSE.PURPOSE  FROM L_CHEMI_PURPOSE  WHERE L_CHEMI_PURPOSE.REG_NO=? ORDER BY "
+                      "L_CHEMI_PURPOSE.PURPOSE")
+                     .num(reg),
+                 QStringLiteral("PURPOSE"));
+}
+
+QVector<Entry> plantingsAlive(const Value &fmrId, const QDateTime &day) { return plantingsBetween(fmrId, day, day); }
+
+QVector<Entry> plantingsOfMonth(const Value &fmrId, const QDate &monthFirst)
+{
+    return plantingsBetween(fmrId, DateUtil::fromDate(monthFirst), DateUtil::fromDate(monthFirst.addMonths(1).addDays(-1)));
+}
+
+QStringList workNames(const Value &fmrId, const Value &plantId, const Value &workKbn)
+{
+    const QString crop = textOf(gDB->DLookup(QStringLiteral("CROP_NM"), QStringLiteral("D_PLANT"),
+                                             Stmt("FMR_ID=? AND PLANT_ID=?").num(fmrId).num(plantId)));
+    // CROP_MATCH sorts true first, as the engines are made to.
+    return texts(gDB.get(),
+                 Stmt("SELECT DISTINCT  D_PLANT.CROP_NM=? AS CROP_MATCH, D_DIARY_DTL.WORK_NM  FROM D_DIARY_DTL  "
+                      "INNER JOIN D_PLANT  ON (D_DIARY_DTL.PLANT_ID = D_PLANT.PLANT_ID)  AND (D_DIARY_DTL.FMR_ID = "
+                      "D_PLANT.FMR_ID) WHERE WORK_KBN=? ORDER BY D_PLANT.CROP_NM=?, D_DIARY_DTL.WORK_NM")
+                     .text(crop)
+                     .num(workKbn)
+                     .text(crop),
+                 QStringLiteral("WORK_NM"));
+}
+
+Planting planting(const Value &plantId)
+{
+    Planting p;
+    RecordsetPtr rs = gDB->GetFwdOnlyRst(Stmt("SELECT D_PLANT.* FROM D_PLANT WHERE PLANT_ID=?").num(plantId));
+    if (!rs->eof()) {
+        p.found = true;
+        p.crop = textOf(rs->Fields(QStringLiteral("CROP_NM1")));
+        const Value ym = rs->Fields(QStringLiteral("HARVEST_SCHD_YM"));
+        p.harvest = textOf(ym);
+        if (p.harvest.size() == 6 && IsNumeric(ym))
+            p.harvest = p.harvest.left(4) + QLatin1Char('/') + p.harvest.mid(4);
+        const Value planted = rs->Fields(QStringLiteral("PLANT_DATE"));
+        p.planted = hasValue(planted) ? planted.toDate().toString(QStringLiteral("yyyy/MM/dd")) : QString();
+        p.area = textOf(rs->Fields(QStringLiteral("AREA")));
+    }
+    rs->Close();
+    return p;
+}
+
+int loadShipmentOfLine(const Value &fmrId, const Value &shipId)
+{
+    RecordsetPtr rs = gDB->GetStaticRst(Stmt("SELECT  D_SHIP.*  FROM D_SHIP INNER JOIN D_PLANT ON "
+                                             "D_SHIP.PLANT_ID=D_PLANT.PLANT_ID WHERE D_SHIP.FMR_ID=? AND SHIP_ID=? ORDER "
+                                             "BY D_SHIP.SHIP_DATE,D_SHIP.PLANT_ID,D_SHIP.SHIP_ID")
+                                            .num(fmrId)
+                                            .num(shipId));
+    const int n = LoadShipRows(*rs);
+    rs->Close();
+    return n;
+}
+
+QVector<Entry> farmersInUse()
+{
+    return read(gMST.get(), Stmt("SELECT  M_FMR.FMR_ID,  M_FMR.FMR_NM  FROM M_FMR  WHERE CHK_FLG<>0 ORDER BY FMR_ID"));
+}
+
+QVector<Entry> accounts()
+{
+    return read(gWORK.get(), Stmt("SELECT  L_ACC.ACC_ID,  L_ACC.ACC_NM  FROM L_ACC  ORDER BY ACC_ID"));
+}
+
+int optionKindOf(const Value &accId)
+{
+    return int(Nz(gWORK->DLookup(QStringLiteral("OPT_KBN"), QStringLiteral("L_ACC"), Stmt("ACC_ID=?").num(accId)), Value(0))
+                   .toLong());
+}
+
+QVector<Entry> optionsOf(int optKbn, const Value &fmrId)
+{
+    switch (optKbn) {
+    case OptKbn::Planting:
+        return read(gDB.get(),
+                    Stmt("SELECT  D_PLANT.PLANT_ID,  D_PLANT.PLANT_NM  FROM D_PLANT  WHERE FMR_ID=? ORDER BY PLANT_ID")
+                        .num(fmrId));
+    case OptKbn::PesticideLot:
+        return read(gDB.get(), Stmt("SELECT  D_CHEMI.CHEMI_ID,  D_CHEMI.CHEMI_NM  FROM D_CHEMI  WHERE FMR_ID=? AND "
+                                    "CHK_FLG<>0 ORDER BY CHEMI_ID")
+                                   .num(fmrId));
+    default:
+        return {};
+    }
+}
+
+} // namespace DiaryLists

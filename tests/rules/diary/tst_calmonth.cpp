@@ -1,0 +1,166 @@
+// The month grid without its screen: its rows and cells, the clicks, the
+// marks a day shows (also under the planting filter), and the drawing.
+
+#include "base/Globals.h"
+#include "rules/diary/CalMonth.h"
+#include "rules/diary/DiaryFixture.h"
+#include "support/RulesTest.h"
+
+#include <QImage>
+#include <QPainter>
+#include <QtTest/QTest>
+
+using namespace DiaryFixture;
+
+namespace {
+
+CalMonth::Options allOn()
+{
+    CalMonth::Options o;
+    for (bool &b : o.on)
+        b = true;
+    return o;
+}
+
+} // namespace
+
+class TestCalMonth : public QObject {
+    Q_OBJECT
+private slots:
+    void rowsOfAMonth_data()
+    {
+        QTest::addColumn<QDate>("first");
+        QTest::addColumn<int>("firstCol");
+        QTest::addColumn<int>("rows");
+        QTest::newRow("February starting on Sunday") << QDate(2026, 2, 1) << 0 << 4;
+        QTest::newRow("leap February starting on Sunday") << QDate(2032, 2, 1) << 0 << 5;
+        QTest::newRow("31 days starting on Saturday") << QDate(2025, 3, 1) << 6 << 6;
+        QTest::newRow("30 days starting on Saturday") << QDate(2024, 6, 1) << 6 << 6;
+        QTest::newRow("30 days starting on Friday") << QDate(2024, 11, 1) << 5 << 5;
+        QTest::newRow("May 2024") << QDate(2024, 5, 1) << 3 << 5;
+    }
+    void rowsOfAMonth()
+    {
+        QFETCH(QDate, first);
+        QFETCH(int, firstCol);
+        QFETCH(int, rows);
+        const CalMonth::Geometry g = CalMonth::geometry(first, 11920, 6680);
+        QCOMPARE(g.firstCol, firstCol);
+        QCOMPARE(g.rows, rows);
+        QCOMPARE(g.headerH, 668);
+        QCOMPARE(g.cellH, (6680 - 668) / rows);
+        QCOMPARE(g.cellW, 11920 / 7);
+    }
+
+    void clicksFindTheirDay()
+    {
+        const CalMonth::Geometry g = CalMonth::geometry(QDate(2024, 5, 1), 7000, 6000); // Wednesday first, 5 rows
+        const int h = g.headerH, ch = g.cellH, cw = g.cellW;
+        QCOMPARE(CalMonth::dayAt(g, 3 * cw + 5, h + 5), 1);
+        QCOMPARE(CalMonth::dayAt(g, 6 * cw + 5, h + 5), 4);
+        QCOMPARE(CalMonth::dayAt(g, 0, h + ch), 5);
+        QCOMPARE(CalMonth::dayAt(g, 5 * cw, h + 4 * ch + ch - 1), 31);
+        QCOMPARE(CalMonth::dayAt(g, 10, h - 1), 0);            // the header
+        QCOMPARE(CalMonth::dayAt(g, 2 * cw + 5, h + 5), 0);    // blank cell before the first
+        QCOMPARE(CalMonth::dayAt(g, 6 * cw + 5, h + 4 * ch + 5), 0); // blank cell after the last
+        QCOMPARE(CalMonth::dayAt(g, 3 * cw, h + 5 * ch + 1), 0); // below the last row
+    }
+
+    void marksOfTheDays()
+    {
+        TestRoot root;
+        seedMay();
+        const QDate may(2024, 5, 1);
+        const CalMonth::Geometry g = CalMonth::geometry(may, 11920, 6680);
+        const auto cells = CalMonth::collect(g, may, QDate(2024, 5, 20), Value(1), allOn(), Value(0));
+        QCOMPARE(cells.size(), 31);
+        QCOMPARE(cellOf(cells, 1).x, 3 * g.cellW);
+        QCOMPARE(cellOf(cells, 5).y, g.headerH + g.cellH);
+        QCOMPARE(marks(cellOf(cells, 3)), QStringLiteral("M--"));
+        QCOMPARE(marks(cellOf(cells, 4)), QStringLiteral("M--"));
+        QCOMPARE(marks(cellOf(cells, 5)), QStringLiteral("---"));
+        QCOMPARE(marks(cellOf(cells, 6)), QStringLiteral("-P-"));
+        QCOMPARE(marks(cellOf(cells, 7)), QStringLiteral("-P-"));
+        QCOMPARE(marks(cellOf(cells, 8)), QStringLiteral("---"));
+        QCOMPARE(marks(cellOf(cells, 9)), QStringLiteral("--S"));
+        QCOMPARE(marks(cellOf(cells, 10)), QStringLiteral("--S"));
+        QVERIFY(cellOf(cells, 3).hasRow);
+        QCOMPARE(cellOf(cells, 3).oneMsg, Value("定植"));
+        QVERIFY(!cellOf(cells, 4).hasRow); // farmer 2's day
+        QCOMPARE(cellOf(cells, 20).wthId, Value(11));
+        QVERIFY(cellOf(cells, 20).loTmp.isNull());
+        QVERIFY(cellOf(cells, 20).today);
+        QVERIFY(!cellOf(cells, 19).today);
+
+        // the planting filter narrows pesticide and shipments only
+        const auto filtered = CalMonth::collect(g, may, QDate(2024, 5, 20), Value(1), allOn(), Value(1));
+        QCOMPARE(marks(cellOf(filtered, 3)), QStringLiteral("M--"));
+        QCOMPARE(marks(cellOf(filtered, 6)), QStringLiteral("-P-"));
+        QCOMPARE(marks(cellOf(filtered, 7)), QStringLiteral("---"));
+        QCOMPARE(marks(cellOf(filtered, 9)), QStringLiteral("--S"));
+        QCOMPARE(marks(cellOf(filtered, 10)), QStringLiteral("---"));
+        QVERIFY(cellOf(filtered, 3).hasRow);
+
+        // options off: no counts, no marks; another month has no today
+        CalMonth::Options none;
+        const auto quiet = CalMonth::collect(g, may, QDate(2024, 6, 3), Value(1), none, Value(0));
+        for (const auto &c : quiet) {
+            QCOMPARE(marks(c), QStringLiteral("---"));
+            QVERIFY(!c.today);
+        }
+        QVERIFY(cellOf(quiet, 3).hasRow);
+    }
+
+    void theDrawingHasItsParts()
+    {
+        TestRoot root;
+        seedMay();
+        const QDate may(2024, 5, 1);
+        // 700 x 420 px of canvas: cells of 100 px by 75 px, a header of 42 px
+        const CalMonth::Geometry g = CalMonth::geometry(may, 700 * 15, 420 * 15);
+        const auto cells = CalMonth::collect(g, may, QDate(2024, 5, 20), Value(1), allOn(), Value(0));
+        QImage img(700, 420, QImage::Format_RGB32);
+        QPainter p(&img);
+        p.setFont(QFont(QStringLiteral("Noto Sans CJK JP"), 9));
+        CalMonth::paint(p, g, cells, allOn());
+        p.end();
+        auto at = [&](int day, double fx, double fy) {
+            const CalMonth::Cell &c = cellOf(cells, day);
+            return img.pixelColor(int((c.x + fx * g.cellW) / 15), int((c.y + fy * g.cellH) / 15));
+        };
+        // a mark's colour, give or take the smoothing of its edges
+        auto near = [](const QColor &a, const QColor &b) {
+            return std::abs(a.red() - b.red()) + std::abs(a.green() - b.green()) + std::abs(a.blue() - b.blue()) < 60;
+        };
+        auto count = [&](int day, const QColor &colour, double fy0, double fy1) {
+            const CalMonth::Cell &c = cellOf(cells, day);
+            int n = 0;
+            for (int y = int((c.y + fy0 * g.cellH) / 15); y < int((c.y + fy1 * g.cellH) / 15); ++y)
+                for (int x = c.x / 15 + 1; x < (c.x + g.cellW) / 15 - 1; ++x)
+                    n += img.pixelColor(x, y) == colour;
+            return n;
+        };
+        // today (the 20th) is pale yellow inside its border; its bar runs
+        // from 18 degrees down to 0 (no low temperature): 0.44 to 0.8 of the cell
+        QCOMPARE(at(20, 0.95, 0.3), QColor(255, 255, 127));
+        QVERIFY(count(20, QColor(0, 255, 0), 0.46, 0.78) > 0);
+        QCOMPARE(count(20, QColor(0, 255, 0), 0.0, 0.42), 0);
+        // the 3rd: a bar from 24 to 12 degrees (0.32 to 0.56), a weather
+        // picture at the top left, the money mark below it
+        QVERIFY(count(3, QColor(0, 255, 0), 0.34, 0.54) > 0);
+        QCOMPARE(count(3, QColor(0, 255, 0), 0.6, 1.0), 0);
+        QVERIFY(at(3, 0.06, 0.12) != at(4, 0.06, 0.12)); // the 4th has no diary row, so no picture
+        QVERIFY(near(at(3, 0.04, 0.30), QColor(0xD4, 0x9A, 0x06)));
+        // the pesticide mark at the top right of the 6th, the shipment mark below it on the 9th
+        QVERIFY(near(at(6, 0.96, 0.04), QColor(0x2E, 0x8B, 0x3A)));
+        QVERIFY(near(at(9, 0.96, 0.29), QColor(0x2A, 0x64, 0xC8)));
+        QVERIFY(!near(at(8, 0.96, 0.04), QColor(0x2E, 0x8B, 0x3A)));
+        // the day numbers of Sundays red, of Saturdays blue
+        QVERIFY(count(5, QColor(255, 0, 0), 0.0, 0.5) > 0);
+        QVERIFY(count(4, QColor(0, 0, 255), 0.0, 0.5) > 0);
+        QCOMPARE(count(6, QColor(255, 0, 0), 0.0, 0.5), 0);
+    }
+};
+
+TILLORA_RULES_TEST_MAIN(TestCalMonth)
+#include "tst_calmonth.moc"
