@@ -1,6 +1,5 @@
 #include "screens/masters/CodeMasterDialog.h"
 
-#include "base/AppError.h"
 #include "base/Msg.h"
 #include "ui/MasterEdit.h"
 
@@ -66,11 +65,5 @@ void CodeMasterDialog::onActivate()
 
 bool CodeMasterDialog::SaveData(const Value &id)
 {
-    try {
-        save(id);
-        return true;
-    } catch (const AppError &e) {
-        ShowMsg(e.text(), Msg::Critical);
-        return false;
-    }
+    return trap([&] { save(id); });
 }

@@ -1,6 +1,5 @@
 #include "screens/masters/fdlMstPrdEdit.h"
 
-#include "base/AppError.h"
 #include "base/Globals.h"
 #include "base/Helpers.h"
 #include "base/Msg.h"
@@ -242,11 +241,5 @@ bool fdlMstPrdEdit::SaveData()
 {
     // An error leaves the table as it was and the array as it is, so that
     // "登録" can be pressed again.
-    try {
-        Prd::save(mRows, GetCompName());
-        return true;
-    } catch (const AppError &e) {
-        ShowMsg(e.text(), Msg::Critical);
-        return false;
-    }
+    return trap([this] { Prd::save(mRows, GetCompName()); });
 }

@@ -1,6 +1,5 @@
 #include "screens/masters/fdlSetConCtrl.h"
 
-#include "base/AppError.h"
 #include "base/Msg.h"
 #include "rules/masters/Settings.h"
 #include "store/Database.h"
@@ -124,13 +123,7 @@ bool fdlSetConCtrl::SaveData()
             value = Value(c->currentIndex());
         values.append({w->property("tag").toString(), value});
     }
-    try {
-        ConnectionSettings::save(values);
-        return true;
-    } catch (const AppError &e) {
-        ShowMsg(e.text(), Msg::Critical);
-        return false;
-    }
+    return trap([&] { ConnectionSettings::save(values); });
 }
 
 void fdlSetConCtrl::register_()
