@@ -61,7 +61,7 @@ void SetLabelList()
         return;
     int next = skip;
     for (const PriceTagRow &r : gPTAG_ROWS[0].Rows) {
-        if (r.Label.Code.isEmpty() || r.RepId != 10)
+        if (r.Label.Code.isEmpty() || r.RepId != kPriceTagReport)
             continue;
         for (int n = 0; n < r.Qty; ++n) {
             if (next >= gLABEL_LIST.size())

@@ -4,6 +4,7 @@
 // arithmetic. The CSV file of the rows is written by the exchange rules.
 #include "base/Currency.h"
 #include "base/Value.h"
+#include "rules/print/modPrinter.h"
 #include "store/Recordset.h"
 
 #include <QDateTime>
@@ -34,7 +35,7 @@ struct PriceTagLabel {
 
 struct PriceTagRow {
     bool Flag = false;
-    qint16 RepId = 10;
+    qint16 RepId = kPriceTagReport;
     qint32 Extra1 = 0;
     qint32 FmrId = 0;
     qint32 PrdId = 0;
