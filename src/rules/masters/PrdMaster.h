@@ -3,21 +3,22 @@
 // whole table in memory, changed row by row and written back at once.
 
 #include "base/Value.h"
+#include "rules/common/Record.h"
 
 #include <QString>
 #include <QVector>
 
+// A row of M_PRD, the columns in the table's order.
+struct PrdRow {
+    Value SHOP_ID, PRD_ID, PRD_NM, PRD_OMT, PRD_YM, M_CD, S_CD, PRD_CD, PRD_KBN, REP_KBN, NOTES, I_NM, I_MTLS,
+        I_WEIGHT, I_UNIT, I_PSRV, I_TERM, I_DEF_DAYS, CHK_FLG, IDATE, UDATE, LAST_TM, HOLD_TM;
+    static const ColumnMap<PrdRow> &map();
+};
+
 namespace Prd {
 
-// The columns of M_PRD, in the table's order.
-enum Col {
-    SHOP_ID, PRD_ID, PRD_NM, PRD_OMT, PRD_YM, M_CD, S_CD, PRD_CD, PRD_KBN, REP_KBN, NOTES, I_NM, I_MTLS,
-    I_WEIGHT, I_UNIT, I_PSRV, I_TERM, I_DEF_DAYS, CHK_FLG, IDATE, UDATE, LAST_TM, HOLD_TM, Count
-};
-extern const char *const Names[Count];
-
-using Row = QVector<Value>;
-inline Row blankRow() { return Row(Count); }
+using Row = PrdRow;
+inline Row blankRow() { return Row(); }
 using Rows = QVector<Row>;
 
 // The product number of a row; 0 when it has none.
@@ -43,6 +44,15 @@ int addRow(Rows &rows, const Value &shopId);
 // Removes the row at index; the array keeps at least one (blank) row.
 // Returns the index to show next.
 int removeRow(Rows &rows, int index);
+
+// A product number typed into the master: "" (none, Null) or a whole
+// number of 0 or more that no other row than except has. The refusal is
+// the message to show; empty when the number is taken.
+struct TypedId {
+    Value id;
+    QString refusal;
+};
+TypedId checkTypedId(const Rows &rows, int except, const QString &text);
 
 // Writes the array back as the whole table, in one transaction: the rows
 // with a product number above 0, stamped by the computer. On an error

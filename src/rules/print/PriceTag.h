@@ -1,9 +1,10 @@
 #pragma once
 // Price tags apart from their screens: the rows read from a day's (or a
-// period's) shipments, the flat list of labels of a run, the sheet
-// arithmetic, and the CSV lines written for outside label printers.
+// period's) shipments, the flat list of labels of a run and the sheet
+// arithmetic. The CSV file of the rows is written by the exchange rules.
 #include "base/Currency.h"
 #include "base/Value.h"
+#include "rules/print/modPrinter.h"
 #include "store/Recordset.h"
 
 #include <QDateTime>
@@ -34,7 +35,7 @@ struct PriceTagLabel {
 
 struct PriceTagRow {
     bool Flag = false;
-    qint16 RepId = 10;
+    qint16 RepId = kPriceTagReport;
     qint32 Extra1 = 0;
     qint32 FmrId = 0;
     qint32 PrdId = 0;
@@ -85,8 +86,9 @@ SheetRange sheetRange(int page, int listSize);
 // Where label i of its sheet stands (top left, twips), from the sheet's corner.
 QPointF labelOrigin(int index);
 
-// The shipments of one day for the tag sheet ("" farmer filter: all).
-QString dayRowsSql(const QDateTime &day, const QString &farmerTerm = QString());
+// The shipments of one day for the tag sheet, of one farmer when farmer
+// holds a code (else of all).
+QString dayRowsSql(const QDateTime &day, const Value &farmer = Value());
 
 // The skip typed in the sheet dialog: its leading number, taken as 0 when it
 // is no number or below 0, and at most 999.
@@ -94,20 +96,3 @@ qint16 skipValue(const QString &text);
 // Reads the shipments of a day (of one farmer when farmer holds an id) into
 // gPTAG_ROWS, one set with the skip, and gives the sheet's totals.
 TagTotals loadPriceTagDay(const QDateTime &day, qint16 skip, const Value &farmer = Value());
-
-// ---- export -------------------------------------------------------------
-
-// The period the export dialog opens with.
-struct ExportPeriod {
-    QDateTime first, last;
-};
-ExportPeriod exportPeriod(const QDateTime &today, const QDateTime &lastExport, const QDateTime &latestShipment);
-// The shipments of a period for the export.
-QString periodRowsSql(const QDateTime &first, const QDateTime &last, const Value &farmer, const Value &shop);
-// "yymmdd-yymmdd-farmer-shop.csv"
-QString exportFileName(const QDateTime &first, const QDateTime &last, const Value &farmer, const Value &shop);
-// One line of the file, without its line end.
-QString csvLine(const PriceTagRow &row);
-// Writes the rows to the file in the system code page with CR LF line ends,
-// replacing a file that is there. False (with the reason) when it can't be written.
-bool writeCsv(const QString &path, const QVector<PriceTagRow> &rows, QString *error = nullptr);

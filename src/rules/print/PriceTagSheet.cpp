@@ -4,10 +4,10 @@
 #include "base/Globals.h"
 #include "base/Helpers.h"
 #include "rules/common/Pictures.h"
-#include "store/SqlText.h"
 #include "rules/print/Symbols.h"
 #include "rules/print/modPrinter.h"
 #include "store/Database.h"
+#include "store/Stmt.h"
 
 #include <QDir>
 #include <QImage>
@@ -37,8 +37,8 @@ void reset()
 void loadShopLogo()
 {
     gLogo = QImage();
-    const QString name = textOf(gMST->DLookup(QStringLiteral("PTAG_LOGO"), QStringLiteral("M_SHOP"),
-                                              QStringLiteral("SHOP_ID=") + Sql::number(gSHOP_ID)));
+    const QString name =
+        textOf(gMST->DLookup(QStringLiteral("PTAG_LOGO"), QStringLiteral("M_SHOP"), Stmt("SHOP_ID=?").num(gSHOP_ID)));
     if (name.isEmpty())
         return;
     const QString path = AppPaths::resolve(QStringLiteral("..\\images\\") + name);
@@ -74,6 +74,18 @@ QrPicture &qrPicture() { return gQr; }
 void setFrame(bool on) { gFrame = on; }
 
 bool frame() { return gFrame; }
+
+bool storedFrame()
+{
+    const Value v = gINI->GetCtrl(QStringLiteral("PRINT_PTAG_FRAME"));
+    return IsNumeric(v) ? v.toDouble() != 0 : hasValue(v) && v.toBool();
+}
+
+void storeFrame(bool on)
+{
+    int type = 0;
+    gINI->SaveCtrl(QStringLiteral("PRINT_PTAG_FRAME"), Value(on ? 1 : 0), type);
+}
 
 QString priceText(const Currency &price)
 {

@@ -23,6 +23,9 @@ QrPicture &qrPicture();
 // The label frame is printed (the sheet dialog's 枠線印刷).
 void setFrame(bool on);
 bool frame();
+// The frame choice kept on this computer (PRINT_PTAG_FRAME), and keeping it.
+bool storedFrame();
+void storeFrame(bool on);
 
 // One label with its top left corner at (x, y); a label without a code
 // draws nothing.

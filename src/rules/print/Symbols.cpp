@@ -3,7 +3,7 @@
 #include "base/AppError.h"
 #include "base/Globals.h"
 #include "base/Helpers.h"
-#include "store/SqlText.h"
+#include "store/Stmt.h"
 #include "rules/print/PainterTarget.h"
 #include "rules/print/PrintTarget.h"
 #include "store/Database.h"
@@ -263,8 +263,7 @@ void DrawQrCached(PrintTarget &target, QrPicture &cache, const QString &text, do
 
 QString GetTraceUrl(const Value &fmrId, const Value &plantId)
 {
-    RecordsetPtr rs = gMST->GetFwdOnlyRst(QStringLiteral("SELECT M_SHOP.* FROM M_SHOP WHERE SHOP_ID=") +
-                                          Sql::number(Nz(gSHOP_ID, Value(1))));
+    RecordsetPtr rs = gMST->GetFwdOnlyRst(Stmt("SELECT M_SHOP.* FROM M_SHOP WHERE SHOP_ID=?").num(Nz(gSHOP_ID, Value(1))));
     if (rs->eof())
         return QString::fromLatin1(DefaultTraceUrl);
     QString url = textOf(rs->Fields(QStringLiteral("WWW_URL")));

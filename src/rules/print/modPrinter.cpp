@@ -2,9 +2,9 @@
 
 #include "base/Globals.h"
 #include "base/Msg.h"
-#include "store/SqlText.h"
 #include "base/Value.h"
 #include "store/Database.h"
+#include "store/Stmt.h"
 
 #include <QHash>
 #include <QPaintDevice>
@@ -19,9 +19,11 @@ QHash<int, ReportPainter> &painters()
     return p;
 }
 
-QString repCriteria(int repId) { return QStringLiteral("REP_ID=") + Sql::number(Value(repId)); }
+Stmt repCriteria(int repId) { return Stmt("REP_ID=?").num(repId); }
 
 double numberOr0(const Value &v) { return hasValue(v) && IsNumeric(v) ? v.toDouble() : 0; }
+
+Stmt selectReport(int repId) { return Stmt("SELECT S_REP.* FROM S_REP WHERE REP_ID=?").num(repId); }
 
 } // namespace
 
@@ -47,7 +49,7 @@ void PrintReport(int repId, PrintTarget &target, double left, double top, int fi
 ReportPaper reportPaper(int repId)
 {
     ReportPaper p;
-    RecordsetPtr rs = gWORK->GetFwdOnlyRst(QStringLiteral("SELECT L_REP.* FROM L_REP WHERE ") + repCriteria(repId));
+    RecordsetPtr rs = gWORK->GetFwdOnlyRst(Stmt("SELECT L_REP.* FROM L_REP WHERE REP_ID=?").num(repId));
     if (!rs->eof()) {
         p.name = textOf(rs->Fields(QStringLiteral("REP_NM")));
         p.height = numberOr0(rs->Fields(QStringLiteral("HEIGHT")));
@@ -60,14 +62,41 @@ ReportPaper reportPaper(int repId)
 
 Margins reportMargins(int repId)
 {
-    Margins m;
-    RecordsetPtr rs = gINI->GetFwdOnlyRst(QStringLiteral("SELECT S_REP.* FROM S_REP WHERE ") + repCriteria(repId));
+    const ReportSettings s = reportSettings(repId);
+    return {s.left, s.top};
+}
+
+ReportSettings reportSettings(int repId)
+{
+    ReportSettings s;
+    RecordsetPtr rs = gINI->GetFwdOnlyRst(selectReport(repId));
     if (!rs->eof()) {
-        m.left = numberOr0(rs->Fields(QStringLiteral("LEFT_MGN")));
-        m.top = numberOr0(rs->Fields(QStringLiteral("TOP_MGN")));
+        s.stored = true;
+        s.left = numberOr0(rs->Fields(QStringLiteral("LEFT_MGN")));
+        s.top = numberOr0(rs->Fields(QStringLiteral("TOP_MGN")));
+        s.printer = textOf(rs->Fields(QStringLiteral("PRINTER_NM")));
+        s.paperBin = Nz(rs->Fields(QStringLiteral("PAPER_BIN")), Value(0));
     }
     rs->Close();
-    return m;
+    return s;
+}
+
+void saveReportSettings(int repId, const ReportSettings &s)
+{
+    inTransaction(gINI.get(), [&] {
+        RecordsetPtr rs = gINI->GetDynamicRst(selectReport(repId));
+        if (rs->eof()) {
+            rs->AddNew();
+            rs->SetField(QStringLiteral("REP_ID"), Value(repId));
+        }
+        rs->SetField(QStringLiteral("TOP_MGN"), Value(s.top));
+        rs->SetField(QStringLiteral("LEFT_MGN"), Value(s.left));
+        rs->SetField(QStringLiteral("PRINTER_NM"), textOrNull(s.printer));
+        // No bin chosen keeps the printer's own, as the empty item does.
+        rs->SetField(QStringLiteral("PAPER_BIN"), hasValue(s.paperBin) ? s.paperBin : Value(0));
+        rs->Update();
+        rs->Close();
+    });
 }
 
 void SaveReportPdf(int repId, const QString &path, int firstPage, int lastPage)

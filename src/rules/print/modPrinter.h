@@ -9,6 +9,7 @@
 // printer and paper bin of each report are kept per computer in S_REP
 // (settings database). Positions are twips, 567 to the centimetre.
 
+#include "base/Value.h"
 #include "rules/print/PageTarget.h"
 
 #include <QString>
@@ -54,6 +55,19 @@ struct Margins {
     double left = 0, top = 0;
 };
 Margins reportMargins(int repId);
+
+// What S_REP keeps of a report on this computer: margins (twips), printer
+// and paper bin.
+struct ReportSettings {
+    bool stored = false; // the report has a row
+    double top = 0, left = 0;
+    QString printer;
+    Value paperBin; // Null as 0
+};
+ReportSettings reportSettings(int repId);
+// Writes the report's row in one transaction of the settings database, made
+// when missing: no printer as Null, no bin as 0.
+void saveReportSettings(int repId, const ReportSettings &settings);
 
 // The paper of a report from L_REP (twips; 0 when the report has no row),
 // and its name.

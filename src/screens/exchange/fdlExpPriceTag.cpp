@@ -1,15 +1,12 @@
 #include "screens/exchange/fdlExpPriceTag.h"
 
-#include "ui/Entry.h"
 #include "base/Globals.h"
 #include "base/Msg.h"
-#include "store/SqlText.h"
-#include "rules/print/PriceTag.h"
-#include "store/Database.h"
+#include "rules/exchange/PriceTagCsv.h"
+#include "ui/Entry.h"
 
 #include <QComboBox>
 #include <QDir>
-#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -32,8 +29,6 @@ const CtlSpec kControls[] = {
     {"Command1(1)", CtlKind::Button, "書出", 7200, 6100, 1800, 600},
     {"Command1(0)", CtlKind::Button, "ｷｬﾝｾﾙ", 600, 6100, 1800, 600},
 };
-
-bool typedDate(const QString &text, QDateTime &out) { return DateUtil::parse(text, out); }
 
 } // namespace
 
@@ -60,8 +55,7 @@ fdlExpPriceTag::fdlExpPriceTag(QWidget *parent) : Form(QStringLiteral("fdlExpPri
         const int n = ExpData();
         if (n <= 0)
             return;
-        int type = 0;
-        gINI->SaveCtrl(QStringLiteral("LAST_EXP_PTAG_DATE"), Value(txtCOND[1]->text()), type);
+        PriceTagCsv::saveLastExport(txtCOND[1]->text());
         ShowMsg(QString::number(n) + QStringLiteral("件のラベルデータを書き出しました。"), Msg::Information);
         close();
     });
@@ -86,69 +80,27 @@ void fdlExpPriceTag::onResize() { SetSize(); }
 
 void fdlExpPriceTag::InitForm()
 {
-    const QDateTime today = DateUtil::today();
-    QDateTime last = today;
-    const Value saved = gINI->GetCtrl(QStringLiteral("LAST_EXP_PTAG_DATE"));
-    if (hasValue(saved) && IsDate(saved))
-        last = DateUtil::fromDate(saved.toDate().date());
-    QDateTime latest = today;
-    const Value max = gDB->DMax(QStringLiteral("SHIP_DATE"), QStringLiteral("D_SHIP"),
-                                QStringLiteral("SHOP_ID=") + Sql::number(gSHOP_ID) + QStringLiteral(" AND FMR_ID=") +
-                                    Sql::number(gFMR_ID));
-    if (hasValue(max) && IsDate(max))
-        latest = DateUtil::fromDate(max.toDate().date());
-    const ExportPeriod p = exportPeriod(today, last, latest);
+    const PriceTagCsv::Period p = PriceTagCsv::openingPeriod(DateUtil::today(), gFMR_ID, gSHOP_ID);
     txtCOND[0]->setText(p.first.toString(QStringLiteral("yyyy/MM/dd")));
     txtCOND[1]->setText(p.last.toString(QStringLiteral("yyyy/MM/dd")));
-    txtCOND[2]->setText(textOf(gINI->GetCtrl(QStringLiteral("EXP_PTAG_DIR"))));
+    txtCOND[2]->setText(PriceTagCsv::folder());
 }
 
-void fdlExpPriceTag::saveFolder()
-{
-    int type = 0;
-    gINI->SaveCtrl(QStringLiteral("EXP_PTAG_DIR"), Value(txtCOND[2]->text()), type);
-}
+void fdlExpPriceTag::saveFolder() { PriceTagCsv::saveFolder(txtCOND[2]->text()); }
 
 int fdlExpPriceTag::GetData(const QDateTime &first, const QDateTime &last)
 {
-    RecordsetPtr rs = gDB->GetStaticRst(periodRowsSql(first, last, gFMR_ID, gSHOP_ID));
-    if (rs->eof())
-        return 0;
-    gPTAG_ROWS = QVector<PriceTagSet>(1);
-    SetPriceTagRows(*rs);
-    return int(gPTAG_ROWS[0].Rows.size());
+    return PriceTagCsv::loadPeriodRows(first, last, gFMR_ID, gSHOP_ID);
 }
 
 int fdlExpPriceTag::ExpData()
 {
-    auto refuse = [](const QString &message, QLineEdit *field) {
-        ShowMsg(message, Msg::Exclamation);
-        if (field)
-            field->setFocus(Qt::OtherFocusReason);
-        return 0;
-    };
-    QDateTime first, last;
-    if (txtCOND[0]->text().isEmpty())
-        return refuse(QStringLiteral("出荷日を指定してください。"), txtCOND[0]);
-    if (!typedDate(txtCOND[0]->text(), first))
-        return refuse(QStringLiteral("日付を指定してください。"), txtCOND[0]);
-    if (!txtCOND[1]->text().isEmpty() && !typedDate(txtCOND[1]->text(), last))
-        return refuse(QStringLiteral("日付を指定してください。"), txtCOND[1]);
-    if (txtCOND[1]->text().isEmpty())
-        return refuse(QStringLiteral("出荷日を指定してください。"), txtCOND[1]);
-    if (GetData(first, last) == 0)
-        return refuse(QStringLiteral("出力対象データが登録されていません。"), nullptr);
-    QString folder = txtCOND[2]->text();
-    if (folder.isEmpty())
-        return refuse(QStringLiteral("出力先を指定してください。"), txtCOND[2]);
-    if (!QFileInfo(folder).isDir())
-        return refuse(QStringLiteral("出力先ディレクトリが存在しません。"), txtCOND[2]);
-    const QString path = QDir(folder).filePath(exportFileName(first, last, gFMR_ID, gSHOP_ID));
-    const QVector<PriceTagRow> &rows = gPTAG_ROWS[0].Rows;
-    QString error;
-    if (!writeCsv(path, rows, &error))
-        return refuse(QStringLiteral("ファイルを書き出せませんでした。\n") + QDir::toNativeSeparators(path) +
-                          QStringLiteral("\n") + error,
-                      txtCOND[2]);
-    return int(rows.size());
+    const PriceTagCsv::Outcome out =
+        PriceTagCsv::exportRows({txtCOND[0]->text(), txtCOND[1]->text(), txtCOND[2]->text(), gFMR_ID, gSHOP_ID});
+    if (!out.refusal.isEmpty()) {
+        ShowMsg(out.refusal, Msg::Exclamation);
+        if (out.field >= 0)
+            txtCOND[out.field]->setFocus(Qt::OtherFocusReason);
+    }
+    return out.written;
 }

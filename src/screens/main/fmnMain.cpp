@@ -1,9 +1,9 @@
 #include "screens/main/fmnMain.h"
 
-#include "ui/Entry.h"
 #include "base/Globals.h"
+#include "rules/masters/MasterLists.h"
+#include "ui/Entry.h"
 #include "ui/Screens.h"
-#include "store/Database.h"
 
 #include <QComboBox>
 #include <QGroupBox>
@@ -105,9 +105,6 @@ void fmnMain::SetCmb(int index)
         return;
     cmbData0->clear();
     addEmptyItem(cmbData0);
-    RecordsetPtr rs =
-        gMST->GetFwdOnlyRst(QStringLiteral("SELECT  M_FMR.FMR_ID,  M_FMR.FMR_NM  FROM M_FMR  WHERE CHK_FLG<>0 ORDER BY FMR_ID"));
-    for (; !rs->eof(); rs->MoveNext())
-        addItem(cmbData0, Nz(rs->Fields(QStringLiteral("FMR_NM")), Value(QString())).toText(),
-                Nz(rs->Fields(QStringLiteral("FMR_ID")), Value(0)));
+    for (const ListEntry &e : MasterLists::farmers())
+        addItem(cmbData0, e.text, e.data);
 }

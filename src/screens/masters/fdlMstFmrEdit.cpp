@@ -1,15 +1,10 @@
 #include "screens/masters/fdlMstFmrEdit.h"
-#include "ui/MasterEdit.h"
 
-#include "base/AppError.h"
-#include "ui/Entry.h"
 #include "base/Globals.h"
-#include "base/Msg.h"
-#include "store/Database.h"
+#include "rules/masters/FmrMaster.h"
+#include "ui/Entry.h"
 
-#include <QGroupBox>
 #include <QLineEdit>
-#include <QPushButton>
 
 namespace {
 
@@ -49,9 +44,6 @@ const CtlSpec kControls[] = {
     {"Command1(1)", CtlKind::Button, "登録", 7500, 6500, 1800, 600},
 };
 
-const char *const kColumns[14] = {"FMR_ID", "FMR_NM",  "ADRS",   "TEL_NO_L", "TEL_NO_S", "NOTES",  "LOCATE",
-                                  "BANK_NM", "BR_NM",  "ACC_KBN", "ACC_NO",  "ACC_NM",   "FEE_1", "FEE_2"};
-
 // length, input mode
 const struct {
     int length;
@@ -62,104 +54,35 @@ const struct {
                  {4, ImeMode::Hiragana},  {10, ImeMode::FullWidthAlpha}, {50, ImeMode::Hiragana},
                  {4, ImeMode::Disabled},  {4, ImeMode::Disabled}};
 
+Value currentFarmer() { return gFMR_ID; }
+
 } // namespace
 
-fdlMstFmrEdit::fdlMstFmrEdit(QWidget *parent) : Form(QStringLiteral("fdlMstFmrEdit"), 9600, 7500, parent)
+fdlMstFmrEdit::fdlMstFmrEdit(QWidget *parent)
+    : CodeMasterDialog(QStringLiteral("fdlMstFmrEdit"), 9600, 7500, kControls, int(std::size(kControls)),
+                       FmrMaster::FieldCount, currentFarmer, parent)
 {
     setWindowTitle(QStringLiteral("生産者情報編集"));
-    buildControls(kControls, int(std::size(kControls)));
-    scaleRules().noFont << QStringLiteral("Sha");
-    txtDATA = array<QLineEdit>(QStringLiteral("txtDATA"), 14);
-    cmdClose = ctl<QPushButton>(QStringLiteral("Command1(0)"));
-    cmdSave = ctl<QPushButton>(QStringLiteral("Command1(1)"));
-    for (int i = 0; i < 14; ++i)
+    for (int i = 0; i < FmrMaster::FieldCount; ++i)
         setFieldLimit(txtDATA[i], kLimits[i].length, kLimits[i].mode);
     for (int i : {0, 12, 13})
         entry().setNumberCheck(txtDATA[i], QStringLiteral("数値を入力してください。"));
-    // Enter in the code field looks the farmer up (only while looking for a code).
-    MasterEdit::onCodeEnter(this, txtDATA[0], [this] { return mMode != 2; }, [this](const Value &code) {
-        if (!GetData(code))
-            return false;
-        setMode(2);
-        cmdClose->setFocus();
-        return true;
-    });
-    onClick(cmdClose, [this] { closeOrEndProgram(this); }, false);
-    onClick(cmdSave, [this] {
-        const Value id(txtDATA[0]->text());
-        ChkData();
-        if (SaveData(id))
-            close();
-        else
-            ShowMsg(QStringLiteral("データの登録に失敗しました。"), Msg::Exclamation);
-    });
-}
-
-void fdlMstFmrEdit::setMode(qint16 mode)
-{
-    mMode = mode;
-    const bool editing = mode == 2;
-    MasterEdit::setEditable(txtDATA[0], !editing);
-    for (int i = 1; i < 14; ++i)
-        MasterEdit::setEditable(txtDATA[i], editing);
-    cmdSave->setEnabled(editing);
-    cmdClose->setText(editing ? QStringLiteral("ｷｬﾝｾﾙ") : QStringLiteral("閉じる"));
-}
-
-void fdlMstFmrEdit::onLoad()
-{
-    SetDefSize();
-    applyWindowState();
-    setMode(0);
-}
-
-void fdlMstFmrEdit::onActivate()
-{
-    applyWindowState();
-    txtDATA[0]->setText(Nz(gFMR_ID, Value(QString())).toText());
-    GetData(gFMR_ID);
-    setMode(2);
-    txtDATA[1]->setFocus();
 }
 
 bool fdlMstFmrEdit::GetData(const Value &id)
 {
-    const QString key = textOf(id);
-    RecordsetPtr rs = gMST->GetFwdOnlyRst(QStringLiteral("SELECT M_FMR.* FROM M_FMR WHERE FMR_ID=") + key);
-    if (rs->eof())
+    FmrRecord r;
+    if (!FmrMaster::read(id, r))
         return false;
-    for (int i = 1; i < 14; ++i)
-        txtDATA[i]->setText(Nz(rs->Fields(QString::fromLatin1(kColumns[i])), Value(QString())).toText());
+    for (int i = 1; i < FmrMaster::FieldCount; ++i)
+        txtDATA[i]->setText(textOf(FmrRecord::map().of(r, FmrMaster::column(i))));
     return true;
 }
 
-bool fdlMstFmrEdit::SaveData(const Value &id)
+void fdlMstFmrEdit::save(const Value &id)
 {
-    try {
-        gMST->Begintrans();
-    } catch (const AppError &) {
-    }
-    try {
-        const QString key = textOf(id);
-        RecordsetPtr rs = gMST->GetDynamicRst(QStringLiteral("SELECT M_FMR.* FROM M_FMR WHERE FMR_ID=") + key);
-        if (rs->eof()) {
-            rs->AddNew();
-            rs->SetField(QStringLiteral("FMR_ID"), id);
-        }
-        for (int i = 1; i < 14; ++i) {
-            const QString t = txtDATA[i]->text();
-            rs->SetField(QString::fromLatin1(kColumns[i]), t.isEmpty() ? Value::null() : Value(t));
-        }
-        rs->Update();
-        rs->Close();
-        gMST->CommitTrans();
-        return true;
-    } catch (const AppError &e) {
-        try {
-            gMST->RollbackTrans();
-        } catch (const AppError &) {
-        }
-        ShowMsg(e.text(), Msg::Critical);
-        return false;
-    }
+    QStringList texts;
+    for (QLineEdit *e : txtDATA)
+        texts << e->text();
+    FmrMaster::save(id, texts);
 }

@@ -3,30 +3,15 @@
 // menu and by start-up when the farmer is missing; it always edits the
 // current farmer.
 
-#include "ui/Form.h"
-#include "base/Value.h"
+#include "screens/masters/CodeMasterDialog.h"
 
-class QLineEdit;
-class QPushButton;
-
-class fdlMstFmrEdit : public Form {
+class fdlMstFmrEdit : public CodeMasterDialog {
     Q_OBJECT
 public:
     explicit fdlMstFmrEdit(QWidget *parent = nullptr);
 
-    qint16 Mode() const { return mMode; }
-    void setMode(qint16 mode);
-    bool GetData(const Value &id);
-    bool SaveData(const Value &id);
-    bool ChkData() { return true; }
+    bool GetData(const Value &id) override;
 
 protected:
-    void onLoad() override;
-    void onActivate() override;
-
-private:
-    QVector<QLineEdit *> txtDATA;
-    QPushButton *cmdClose;
-    QPushButton *cmdSave;
-    qint16 mMode = 0;
+    void save(const Value &id) override;
 };

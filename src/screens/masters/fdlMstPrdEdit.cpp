@@ -1,11 +1,10 @@
 #include "screens/masters/fdlMstPrdEdit.h"
 
-#include "base/AppError.h"
-#include "ui/Entry.h"
 #include "base/Globals.h"
 #include "base/Helpers.h"
 #include "base/Msg.h"
-#include "store/Database.h"
+#include "rules/masters/MasterLists.h"
+#include "ui/Entry.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -13,8 +12,6 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QTimer>
-
-#include <cmath>
 
 namespace {
 
@@ -44,7 +41,7 @@ const CtlSpec kControls[] = {
 };
 
 // The column behind txtDATA(i).
-const Prd::Col kTextColumns[4] = {Prd::PRD_ID, Prd::PRD_NM, Prd::PRD_OMT, Prd::PRD_YM};
+Value PrdRow::*const kTextColumns[4] = {&PrdRow::PRD_ID, &PrdRow::PRD_NM, &PrdRow::PRD_OMT, &PrdRow::PRD_YM};
 
 } // namespace
 
@@ -76,12 +73,12 @@ fdlMstPrdEdit::fdlMstPrdEdit(QWidget *parent) : Form(QStringLiteral("fdlMstPrdEd
     connect(cmbDATA0, qOverload<int>(&QComboBox::activated), this, [this](int index) {
         trap([&] {
             if (mIdx >= 0 && mIdx < mRows.size())
-                mRows[mIdx][Prd::SHOP_ID] = itemData(cmbDATA0, index);
+                mRows[mIdx].SHOP_ID = itemData(cmbDATA0, index);
         });
     });
     connect(Check1, &QCheckBox::clicked, this, [this](bool on) {
         if (mIdx >= 0 && mIdx < mRows.size())
-            mRows[mIdx][Prd::CHK_FLG] = Value(on);
+            mRows[mIdx].CHK_FLG = Value(on);
     });
     // A row picked in the list (by mouse or keys). The move is handled once
     // the field left for the list has had its check, on the row it belongs to.
@@ -128,12 +125,8 @@ void fdlMstPrdEdit::SetCmb(int index)
         return;
     cmbDATA0->clear();
     addEmptyItem(cmbDATA0);
-    RecordsetPtr rs = gMST->GetFwdOnlyRst(QStringLiteral(
-        "SELECT  M_SHOP.SHOP_ID,  M_SHOP.SHOP_NM  FROM M_SHOP  WHERE CHK_FLG<>0 ORDER BY M_SHOP.SHOP_ID"));
-    for (; !rs->eof(); rs->MoveNext())
-        addItem(cmbDATA0, textOf(rs->Fields(QStringLiteral("SHOP_NM"))),
-                Nz(rs->Fields(QStringLiteral("SHOP_ID")), Value(0)));
-    rs->Close();
+    for (const ListEntry &e : MasterLists::shops())
+        addItem(cmbDATA0, e.text, e.data);
 }
 
 void fdlMstPrdEdit::LoadData()
@@ -150,7 +143,7 @@ void fdlMstPrdEdit::SetList()
     const QString filter = txtCOND0->text();
     for (const Prd::Row &r : mRows)
         if (Prd::passes(r, filter))
-            addItem(List1, textOf(r[Prd::PRD_NM]), Nz(r[Prd::PRD_ID], Value(0)));
+            addItem(List1, textOf(r.PRD_NM), Nz(r.PRD_ID, Value(0)));
     mFilling = false;
     markShownRow();
 }
@@ -179,9 +172,9 @@ void fdlMstPrdEdit::DispData()
     const bool shown = mIdx >= 0 && mIdx < mRows.size();
     const Prd::Row row = shown ? mRows[mIdx] : Prd::blankRow();
     for (int i = 0; i < 4; ++i)
-        showFieldText(txtDATA[i], textOf(row[kTextColumns[i]]));
-    Check1->setChecked(hasValue(row[Prd::CHK_FLG]) && row[Prd::CHK_FLG].toBool());
-    selectItemData(cmbDATA0, row[Prd::SHOP_ID]);
+        showFieldText(txtDATA[i], textOf(row.*kTextColumns[i]));
+    Check1->setChecked(hasValue(row.CHK_FLG) && row.CHK_FLG.toBool());
+    selectItemData(cmbDATA0, row.SHOP_ID);
 }
 
 void fdlMstPrdEdit::listPicked(const Value &id)
@@ -202,28 +195,13 @@ bool fdlMstPrdEdit::idLeave()
 {
     if (mIdx < 0 || mIdx >= mRows.size())
         return true;
-    const QString text = txtDATA[0]->text();
-    Value id = Value::null();
-    if (!text.isEmpty()) {
-        if (!IsNumeric(Value(text))) {
-            ShowMsg(QStringLiteral("数値を入力してください。"), Msg::Exclamation);
-            return false;
-        }
-        const double d = Value(text).toDouble();
-        // The number is the key of the row: a whole number, or the save
-        // would round it onto another row's key.
-        if (d < 0 || d != std::floor(d)) {
-            ShowMsg(QStringLiteral("商品IDは0以上の整数で入力してください。"), Msg::Exclamation);
-            return false;
-        }
-        if (Prd::idTaken(mRows, mIdx, d)) {
-            ShowMsg(QStringLiteral("商品IDが重複しています。"), Msg::Exclamation);
-            return false;
-        }
-        id = Value::int32(qint64(d));
+    const Prd::TypedId typed = Prd::checkTypedId(mRows, mIdx, txtDATA[0]->text());
+    if (!typed.refusal.isEmpty()) {
+        ShowMsg(typed.refusal, Msg::Exclamation);
+        return false;
     }
-    const bool changed = Prd::idOf(mRows[mIdx]) != (hasValue(id) ? id.toDouble() : 0);
-    mRows[mIdx][Prd::PRD_ID] = id;
+    const bool changed = Prd::idOf(mRows[mIdx]) != (hasValue(typed.id) ? typed.id.toDouble() : 0);
+    mRows[mIdx].PRD_ID = typed.id;
     // The list carries the numbers as item data.
     if (changed)
         SetList();
@@ -234,7 +212,7 @@ void fdlMstPrdEdit::textLeft(int index)
 {
     if (mIdx < 0 || mIdx >= mRows.size())
         return;
-    Value &cell = mRows[mIdx][kTextColumns[index]];
+    Value &cell = mRows[mIdx].*kTextColumns[index];
     const Value v = textOrNull(txtDATA[index]->text());
     const bool changed = textOf(cell) != textOf(v);
     cell = v;
@@ -263,11 +241,5 @@ bool fdlMstPrdEdit::SaveData()
 {
     // An error leaves the table as it was and the array as it is, so that
     // "登録" can be pressed again.
-    try {
-        Prd::save(mRows, GetCompName());
-        return true;
-    } catch (const AppError &e) {
-        ShowMsg(e.text(), Msg::Critical);
-        return false;
-    }
+    return trap([this] { Prd::save(mRows, GetCompName()); });
 }

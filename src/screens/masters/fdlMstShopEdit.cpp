@@ -1,16 +1,12 @@
 #include "screens/masters/fdlMstShopEdit.h"
-#include "ui/MasterEdit.h"
 
-#include "base/AppError.h"
-#include "ui/Entry.h"
 #include "base/Globals.h"
 #include "base/Msg.h"
-#include "store/SqlText.h"
-#include "store/Database.h"
+#include "rules/masters/ShopMaster.h"
+#include "ui/Entry.h"
 
 #include <QDir>
 #include <QDropEvent>
-#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
@@ -89,12 +85,6 @@ const CtlSpec kControls[] = {
     {"Command1(0)", CtlKind::Button, "閉じる", 300, 6750, 1800, 600},
 };
 
-const char *const kColumns[ShopEdit::FieldCount] = {
-    "SHOP_ID",        "SHOP_NM",        "OWNER_NM",       "ADRS",           "TEL",            "FAX",
-    "FEE_RT",         "BCD_FMR_ID_STA", "BCD_FMR_ID_LEN", "BCD_PRD_ID_STA", "BCD_PRD_ID_LEN", "BCD_AMT_01_STA",
-    "BCD_AMT_01_LEN", "BCD_AMT_10_STA", "BCD_AMT_10_LEN", "BCD_OPT_STA",    "BCD_OPT_LEN",    "FTP_SVR",
-    "FTP_DIR",        "FTP_USR",        "FTP_PWD",        "WWW_URL",        "PTAG_LOGO",      "NOTES"};
-
 struct Limit {
     int length;
     ImeMode mode;
@@ -114,20 +104,6 @@ Limit limitOf(int field)
     if (field == 18 || field == 21 || field == 22)
         return {50, ImeMode::Off};
     return {50, ImeMode::Disabled};
-}
-
-bool isNumberField(int field) { return field == 0 || (field >= 6 && field <= 16); }
-
-const int kAccounts[2] = {1000, 1040};
-
-int optionOf(const Value &v, const int *values, int count)
-{
-    if (!hasValue(v) || !IsNumeric(v))
-        return -1;
-    for (int i = 0; i < count; ++i)
-        if (isNumber(v, values[i]))
-            return i;
-    return -1;
 }
 
 // Selects one option of a group, or none (index -1).
@@ -157,108 +133,37 @@ QString firstDroppedFile(const QMimeData *data)
     return url.isLocalFile() ? url.toLocalFile() : QString();
 }
 
+Value currentShop() { return gSHOP_ID; }
+
 } // namespace
 
-namespace ShopEdit {
-
-QString column(int field) { return QString::fromLatin1(kColumns[field]); }
-
-QVector<Value> columnValues(const QStringList &texts)
-{
-    QVector<Value> out(FieldCount);
-    for (int i = 1; i < FieldCount; ++i)
-        out[i] = textOrNull(texts.value(i));
-    // The length of the price in tens is written only when the length of the
-    // product number is there. An empty length itself stays Null.
-    out[14] = texts.value(10).isEmpty() ? Value::null() : textOrNull(texts.value(14));
-    return out;
-}
-
-int uploadOption(const Value &v)
-{
-    static const int kinds[3] = {1, 2, 3};
-    return optionOf(v, kinds, 3);
-}
-
-int accountOption(const Value &v) { return optionOf(v, kAccounts, 2); }
-
-Value uploadValue(int option) { return option >= 0 && option < 3 ? Value(option + 1) : Value::null(); }
-
-Value accountValue(int option) { return option >= 0 && option < 2 ? Value(kAccounts[option]) : Value::null(); }
-
-} // namespace ShopEdit
-
-fdlMstShopEdit::fdlMstShopEdit(QWidget *parent) : Form(QStringLiteral("fdlMstShopEdit"), 12400, 7600, parent)
+fdlMstShopEdit::fdlMstShopEdit(QWidget *parent)
+    : CodeMasterDialog(QStringLiteral("fdlMstShopEdit"), 12400, 7600, kControls, int(std::size(kControls)),
+                       ShopMaster::FieldCount, currentShop, parent)
 {
     setWindowTitle(QStringLiteral("販売店編集"));
-    buildControls(kControls, int(std::size(kControls)));
-    scaleRules().noFont << QStringLiteral("Sha");
-    txtDATA = array<QLineEdit>(QStringLiteral("txtDATA"), ShopEdit::FieldCount);
     Option1 = array<QRadioButton>(QStringLiteral("Option1"), 3);
     Option2 = array<QRadioButton>(QStringLiteral("Option2"), 2);
-    cmdClose = ctl<QPushButton>(QStringLiteral("Command1(0)"));
-    cmdSave = ctl<QPushButton>(QStringLiteral("Command1(1)"));
     cmdRef = ctl<QPushButton>(QStringLiteral("Command1(2)"));
     ctl<QLabel>(QStringLiteral("lblPCT"))->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     for (int i : {7, 9, 11, 13, 15})
         ctl<QLabel>(QStringLiteral("lblCAP(%1)").arg(i))->setAlignment(Qt::AlignCenter);
 
-    for (int i = 0; i < ShopEdit::FieldCount; ++i) {
+    for (int i = 0; i < ShopMaster::FieldCount; ++i) {
         const Limit l = limitOf(i);
         setFieldLimit(txtDATA[i], l.length, l.mode);
-        if (isNumberField(i))
+        if (ShopMaster::isNumberField(i))
             entry().setNumberCheck(txtDATA[i], QStringLiteral("数値を指定してください。"));
     }
     txtDATA[22]->installEventFilter(this);
-
-    MasterEdit::onCodeEnter(this, txtDATA[0], [this] { return mMode != 2; }, [this](const Value &code) {
-        if (!GetData(code))
-            return false;
-        setMode(2);
-        cmdClose->setFocus();
-        return true;
-    });
-    onClick(cmdClose, [this] { closeOrEndProgram(this); }, false);
-    onClick(cmdSave, [this] {
-        const Value id(txtDATA[0]->text());
-        ChkData();
-        if (SaveData(id))
-            close();
-        else
-            ShowMsg(QStringLiteral("データの登録に失敗しました。"), Msg::Exclamation);
-    });
     onClick(cmdRef, [this] { showImagesFolder(); });
 }
 
-void fdlMstShopEdit::setMode(qint16 mode)
+void fdlMstShopEdit::setOthersEditable(bool on)
 {
-    mMode = mode;
-    const bool editing = mode == 2;
-    MasterEdit::setEditable(txtDATA[0], !editing);
-    for (int i = 1; i < ShopEdit::FieldCount; ++i)
-        MasterEdit::setEditable(txtDATA[i], editing);
     for (QRadioButton *o : Option1 + Option2)
-        o->setEnabled(editing);
-    cmdRef->setEnabled(editing);
-    cmdSave->setEnabled(editing);
-    cmdClose->setText(editing ? QStringLiteral("ｷｬﾝｾﾙ") : QStringLiteral("閉じる"));
-}
-
-void fdlMstShopEdit::onLoad()
-{
-    SetDefSize();
-    applyWindowState();
-    setMode(0);
-}
-
-void fdlMstShopEdit::onActivate()
-{
-    // Always the current shop, made by the save when it is missing.
-    applyWindowState();
-    txtDATA[0]->setText(textOf(gSHOP_ID));
-    GetData(gSHOP_ID);
-    setMode(2);
-    txtDATA[1]->setFocus();
+        o->setEnabled(on);
+    cmdRef->setEnabled(on);
 }
 
 bool fdlMstShopEdit::eventFilter(QObject *watched, QEvent *event)
@@ -300,43 +205,20 @@ void fdlMstShopEdit::showImagesFolder()
 
 bool fdlMstShopEdit::GetData(const Value &id)
 {
-    RecordsetPtr rs = gMST->GetFwdOnlyRst(QStringLiteral("SELECT M_SHOP.* FROM M_SHOP WHERE SHOP_ID=") + Sql::number(id));
-    if (rs->eof())
+    ShopRecord r;
+    if (!ShopMaster::read(id, r))
         return false;
-    for (int i = 1; i < ShopEdit::FieldCount; ++i)
-        showFieldText(txtDATA[i], textOf(rs->Fields(ShopEdit::column(i))));
-    checkOption(Option1, ShopEdit::uploadOption(rs->Fields(QStringLiteral("UPLOAD_FILE_TYPE"))));
-    checkOption(Option2, ShopEdit::accountOption(rs->Fields(QStringLiteral("ACC_ID"))));
+    for (int i = 1; i < ShopMaster::FieldCount; ++i)
+        showFieldText(txtDATA[i], textOf(ShopRecord::map().of(r, ShopMaster::column(i))));
+    checkOption(Option1, ShopMaster::uploadOption(r.UPLOAD_FILE_TYPE));
+    checkOption(Option2, ShopMaster::accountOption(r.ACC_ID));
     return true;
 }
 
-bool fdlMstShopEdit::SaveData(const Value &id)
+void fdlMstShopEdit::save(const Value &id)
 {
     QStringList texts;
     for (QLineEdit *e : txtDATA)
         texts << e->text();
-    const QVector<Value> values = ShopEdit::columnValues(texts);
-    const QString key = Sql::number(id);
-    try {
-        inTransaction(gMST.get(), [&] {
-            RecordsetPtr rs = gMST->GetDynamicRst(QStringLiteral("SELECT M_SHOP.* FROM M_SHOP WHERE SHOP_ID=") + key);
-            if (rs->eof()) {
-                rs->AddNew();
-                rs->SetField(QStringLiteral("SHOP_ID"), Value(key));
-            }
-            for (int i = 1; i < ShopEdit::FieldCount; ++i)
-                rs->SetField(ShopEdit::column(i), values[i]);
-            // A group with no option chosen leaves its column as it was.
-            if (const int o = checkedOption(Option1); o >= 0)
-                rs->SetField(QStringLiteral("UPLOAD_FILE_TYPE"), ShopEdit::uploadValue(o));
-            if (const int o = checkedOption(Option2); o >= 0)
-                rs->SetField(QStringLiteral("ACC_ID"), ShopEdit::accountValue(o));
-            rs->Update();
-            rs->Close();
-        });
-        return true;
-    } catch (const AppError &e) {
-        ShowMsg(e.text(), Msg::Critical);
-        return false;
-    }
+    ShopMaster::save(id, ShopMaster::entryOf(texts, checkedOption(Option1), checkedOption(Option2)));
 }

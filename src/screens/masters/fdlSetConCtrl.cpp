@@ -1,9 +1,9 @@
 #include "screens/masters/fdlSetConCtrl.h"
 
-#include "base/AppError.h"
-#include "ui/Entry.h"
 #include "base/Msg.h"
+#include "rules/masters/Settings.h"
 #include "store/Database.h"
+#include "ui/Entry.h"
 
 #include <QComboBox>
 #include <QLineEdit>
@@ -85,11 +85,20 @@ void fdlSetConCtrl::onLoad()
     LoadData();
 }
 
+QStringList fdlSetConCtrl::keys() const
+{
+    QStringList out;
+    for (QWidget *w : mTagged)
+        out << w->property("tag").toString();
+    return out;
+}
+
 void fdlSetConCtrl::LoadData()
 {
-    for (QWidget *w : mTagged) {
-        const Value v = gINI->GetCtrl(w->property("tag").toString());
-        const QString text = textOf(v);
+    const QStringList texts = ConnectionSettings::load(keys());
+    for (int i = 0; i < mTagged.size(); ++i) {
+        QWidget *w = mTagged[i];
+        const QString &text = texts[i];
         if (auto *e = qobject_cast<QLineEdit *>(w)) {
             e->setText(text);
         } else if (auto *c = qobject_cast<QComboBox *>(w)) {
@@ -105,32 +114,16 @@ void fdlSetConCtrl::LoadData()
 
 bool fdlSetConCtrl::SaveData()
 {
-    try {
-        gINI->Begintrans();
-    } catch (const AppError &) {
-        // a failure to begin is passed over
+    QVector<QPair<QString, Value>> values;
+    for (QWidget *w : mTagged) {
+        Value value;
+        if (auto *e = qobject_cast<QLineEdit *>(w))
+            value = Value(e->text());
+        else if (auto *c = qobject_cast<QComboBox *>(w))
+            value = Value(c->currentIndex());
+        values.append({w->property("tag").toString(), value});
     }
-    try {
-        for (QWidget *w : mTagged) {
-            Value value;
-            if (auto *e = qobject_cast<QLineEdit *>(w))
-                value = Value(e->text());
-            else if (auto *c = qobject_cast<QComboBox *>(w))
-                value = Value(c->currentIndex());
-            int type = 0;
-            if (!gINI->SaveCtrl(w->property("tag").toString(), value, type))
-                throw AppError(VbErr::InvalidCall, QStringLiteral("設定を保存できません。"));
-        }
-        gINI->CommitTrans();
-        return true;
-    } catch (const AppError &e) {
-        try {
-            gINI->RollbackTrans();
-        } catch (const AppError &) {
-        }
-        ShowMsg(e.text(), Msg::Critical);
-        return false;
-    }
+    return trap([&] { ConnectionSettings::save(values); });
 }
 
 void fdlSetConCtrl::register_()

@@ -17,5 +17,6 @@ protected:
 
 private:
     void register_();
+    QStringList keys() const;
     QVector<QWidget *> mTagged; // controls with a key in their tag, in order
 };

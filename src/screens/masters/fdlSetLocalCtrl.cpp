@@ -1,12 +1,11 @@
 #include "screens/masters/fdlSetLocalCtrl.h"
 
-#include "ui/Entry.h"
 #include "base/Msg.h"
-#include "store/Database.h"
+#include "rules/masters/Settings.h"
+#include "ui/Entry.h"
 
 #include <QCheckBox>
 #include <QLineEdit>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QRadioButton>
 
@@ -47,12 +46,6 @@ const CtlSpec kMstControls[] = {
     {"Command1(0)", CtlKind::Button, "ｷｬﾝｾﾙ", 600, 6100, 1800, 600},
     {"Command1(1)", CtlKind::Button, "登録", 7200, 6100, 1800, 600},
 };
-
-// key, CTRL_TYPE given when the row is made
-const struct {
-    const char *key;
-    int type;
-} kKeys[] = {{"USE_TYPE", 4}, {"DEF_FMR_ID", 4}, {"DEF_SHOP_ID", 4}, {"BACK_DIR", 10}, {"WINDOW_STA", 1}};
 
 } // namespace
 
@@ -104,56 +97,24 @@ void fdlSetLocalCtrl::onLoad()
 
 void fdlSetLocalCtrl::LoadData()
 {
-    RecordsetPtr rs = gINI->GetFwdOnlyRst(QStringLiteral("SELECT S_CTRL.* FROM S_CTRL"));
-    for (; !rs->eof(); rs->MoveNext()) {
-        const QString key = Nz(rs->Fields(QStringLiteral("CTRL_CD")), Value(QString())).toText();
-        const Value v = rs->Fields(QStringLiteral("CTRL_VALUE"));
-        const QString text = v.isNull() ? QString() : v.toText();
-        if (key == QLatin1String("USE_TYPE")) {
-            const int use = (v.isNull() || !IsNumeric(v)) ? 0 : Value(text).toLong();
-            Option1[0]->setChecked(use == 1);
-            Option1[1]->setChecked(use == 2);
-        } else if (key == QLatin1String("DEF_FMR_ID")) {
-            txtDATA[0]->setText(text);
-        } else if (key == QLatin1String("DEF_SHOP_ID")) {
-            txtDATA[1]->setText(text);
-        } else if (key == QLatin1String("BACK_DIR")) {
-            txtDATA[2]->setText(text);
-        } else if (key == QLatin1String("WINDOW_STA")) {
-            Check1->setChecked(!v.isNull() && Value(text).toBool());
-        }
-    }
+    const LocalSettings::Values v = LocalSettings::load();
+    Option1[0]->setChecked(v.useType == 1);
+    Option1[1]->setChecked(v.useType == 2);
+    txtDATA[0]->setText(v.farmer);
+    txtDATA[1]->setText(v.shop);
+    txtDATA[2]->setText(v.backupDir);
+    Check1->setChecked(v.maximised);
 }
 
 bool fdlSetLocalCtrl::SaveData()
 {
-    auto numberText = [](const QString &t) {
-        return t.isEmpty() ? Value::null() : Value(Value(Value(t).toDouble()).toText());
-    };
-    const Value values[] = {
-        Option1[0]->isChecked() ? Value(QStringLiteral("1"))
-                                : (Option1[1]->isChecked() ? Value(QStringLiteral("2")) : Value::null()),
-        numberText(txtDATA[0]->text()),
-        numberText(txtDATA[1]->text()),
-        txtDATA[2]->text().isEmpty() ? Value::null() : Value(txtDATA[2]->text()),
-        Value(Value(Check1->isChecked()).toText()),
-    };
-    RecordsetPtr rs = gINI->GetDynamicRst(QStringLiteral("SELECT S_CTRL.* FROM S_CTRL"));
-    for (int i = 0; i < int(std::size(kKeys)); ++i) {
-        const QString key = QString::fromLatin1(kKeys[i].key);
-        if (rs->RecordCount() > 0) {
-            rs->MoveFirst();
-            rs->Find(QStringLiteral("CTRL_CD='%1'").arg(key));
-        }
-        if (rs->RecordCount() == 0 || rs->eof()) {
-            rs->AddNew();
-            rs->SetField(QStringLiteral("CTRL_CD"), Value(key));
-            rs->SetField(QStringLiteral("CTRL_TYPE"), Value(kKeys[i].type));
-        }
-        rs->SetField(QStringLiteral("CTRL_VALUE"), values[i]);
-        rs->Update();
-    }
-    rs->Close();
+    LocalSettings::Values v;
+    v.useType = Option1[0]->isChecked() ? 1 : (Option1[1]->isChecked() ? 2 : 0);
+    v.farmer = txtDATA[0]->text();
+    v.shop = txtDATA[1]->text();
+    v.backupDir = txtDATA[2]->text();
+    v.maximised = Check1->isChecked();
+    LocalSettings::save(v);
     return true;
 }
 

@@ -1,5 +1,6 @@
 # The screens of masters.
 list(APPEND TILLORA_SCREENS_SOURCES
+  screens/masters/CodeMasterDialog.cpp
   screens/masters/MasterScreens.cpp
   screens/masters/fdlMstFmrEdit.cpp
   screens/masters/fdlMstPrdEdit.cpp

@@ -6,7 +6,6 @@
 #include "rules/print/modPrinter.h"
 #include "rules/print/PriceTag.h"
 #include "rules/print/PriceTagSheet.h"
-#include "store/Database.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -15,7 +14,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTreeWidget>
-
 
 namespace {
 
@@ -65,8 +63,7 @@ fdlPrintPriceTag::fdlPrintPriceTag(QWidget *parent) : Form(QStringLiteral("fdlPr
     // The frame choice is kept at once.
     onClick(Check1, [this] {
         PriceTagSheet::setFrame(Check1->isChecked());
-        int type = 0;
-        gINI->SaveCtrl(QStringLiteral("PRINT_PTAG_FRAME"), Value(Check1->isChecked() ? 1 : 0), type);
+        PriceTagSheet::storeFrame(Check1->isChecked());
     }, false);
     onClick(Command1[0], [this] { closeOrEndProgram(this); }, false);
     onClick(Command1[1], [this] { openPreview(kPriceTagReport, lblSUM[0]->text().toInt()); });
@@ -94,8 +91,7 @@ void fdlPrintPriceTag::InitForm()
 {
     setWindowTitle(QStringLiteral("値札印刷"));
     txtCOND[0]->setText(DateUtil::today().toString(QStringLiteral("yyyy/MM/dd")));
-    const Value frame = gINI->GetCtrl(QStringLiteral("PRINT_PTAG_FRAME"));
-    Check1->setChecked(IsNumeric(frame) ? frame.toDouble() != 0 : hasValue(frame) && frame.toBool());
+    Check1->setChecked(PriceTagSheet::storedFrame());
     PriceTagSheet::setFrame(Check1->isChecked());
     // The sheet's pictures and symbol cache live as long as this dialog.
     PriceTagSheet::reset();
@@ -119,7 +115,7 @@ void fdlPrintPriceTag::SetList()
     QDateTime day;
     ListView1->clear();
     TagTotals totals;
-    if (DateUtil::parse(txtCOND[0]->text(), day)) {
+    if (DateUtil::parseStorable(txtCOND[0]->text(), day)) {
         // The farmer list is never filled, so the farmer term never applies.
         const Value farmer = cmbCOND->currentIndex() > 0 ? currentItemData(cmbCOND) : Value();
         totals = loadPriceTagDay(day, skipValue(txtCOND[1]->text()), farmer);

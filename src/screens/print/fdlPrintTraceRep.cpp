@@ -1,16 +1,8 @@
 #include "screens/print/fdlPrintTraceRep.h"
 
-#include "ui/Entry.h"
-#include "base/Globals.h"
-#include "store/SqlText.h"
-#include "screens/print/fdlPreview.h"
 #include "rules/print/modPrinter.h"
-#include "store/Database.h"
+#include "screens/print/fdlPreview.h"
 
-#include <QComboBox>
-#include <QDate>
-#include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 
 namespace {
@@ -30,65 +22,10 @@ const CtlSpec kControls[] = {
 
 } // namespace
 
-fdlPrintTraceRep::fdlPrintTraceRep(QWidget *parent) : Form(QStringLiteral("fdlPrintTraceRep"), 9600, 7200, parent)
+fdlPrintTraceRep::fdlPrintTraceRep(QWidget *parent)
+    : TraceDialog(QStringLiteral("fdlPrintTraceRep"), QStringLiteral("生産履歴印刷"), kControls,
+                  int(std::size(kControls)), parent)
 {
-    setWindowTitle(QStringLiteral("生産履歴印刷"));
-    buildControls(kControls, int(std::size(kControls)));
-    txtCOND = array<QLineEdit>(QStringLiteral("txtCOND"), 1);
-    cmbCOND = array<QComboBox>(QStringLiteral("cmbCOND"), 2);
-    Command1 = array<QPushButton>(QStringLiteral("Command1"), 2);
-    setFieldLimit(txtCOND[0], 4, ImeMode::Disabled);
-    // Another year, its plantings.
-    connect(&entry(), &EntryConventions::fieldLeft, this, [this](QWidget *field) {
-        if (field == txtCOND[0])
-            trap([this] { SetCmb(1); });
-    });
-    onClick(Command1[0], [this] { closeOrEndProgram(this); }, false);
     // Draws whatever the last price tag run left, on one page.
     onClick(Command1[1], [] { openPreview(kPriceTagReport, 1); });
-}
-
-void fdlPrintTraceRep::onLoad()
-{
-    SetDefSize();
-    applyWindowState();
-    txtCOND[0]->setText(QString::number(QDate::currentDate().year()));
-    SetCmb(0);
-    SetCmb(1);
-}
-
-void fdlPrintTraceRep::onResize()
-{
-    SetSize();
-    InitForm();
-}
-
-void fdlPrintTraceRep::InitForm()
-{
-    setWindowTitle(QStringLiteral("生産履歴印刷"));
-    ctl<QLabel>(QStringLiteral("lblTITLE"))->setText(QStringLiteral("生産履歴印刷"));
-}
-
-void fdlPrintTraceRep::SetCmb(int index)
-{
-    // The farmer list is not filled.
-    if (index == 1)
-        SetYearPlantCmb(cmbCOND[1], txtCOND[0]->text());
-}
-
-void SetYearPlantCmb(QComboBox *combo, const QString &yearText)
-{
-    if (yearText.isEmpty())
-        return;
-    // The join of PLANT_ID with SHIP_DATE finds no shipment; the left join
-    // still yields every planting of the year.
-    RecordsetPtr rs = gDB->GetFwdOnlyRst(
-        QStringLiteral("SELECT DISTINCT  D_PLANT.PLANT_ID,  D_PLANT.PLANT_NM FROM D_PLANT  LEFT JOIN D_SHIP  ON "
-                       "(D_PLANT.PLANT_ID = D_SHIP.SHIP_DATE)  AND (D_PLANT.FMR_ID = D_SHIP.FMR_ID) WHERE YYYY=") +
-        Sql::number(Value(yearText)) + QStringLiteral(" ORDER BY D_PLANT.PLANT_ID"));
-    combo->clear();
-    addEmptyItem(combo);
-    for (; !rs->eof(); rs->MoveNext())
-        addItem(combo, textOf(rs->Fields(QStringLiteral("PLANT_NM"))), rs->Fields(QStringLiteral("PLANT_ID")));
-    rs->Close();
 }

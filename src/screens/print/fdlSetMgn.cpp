@@ -5,7 +5,6 @@
 #include "base/Msg.h"
 #include "rules/print/modPrinter.h"
 #include "screens/print/Printer.h"
-#include "store/Database.h"
 
 #include <QComboBox>
 #include <QLabel>
@@ -34,8 +33,6 @@ const struct {
     const char *name;
     int code;
 } kBins[] = {{"既定", 7}, {"トレイ", 1}, {"手差し", 6}};
-
-QString repCriteria() { return QStringLiteral("REP_ID=%1").arg(gREP_ID); }
 
 } // namespace
 
@@ -86,43 +83,30 @@ void fdlSetMgn::SetCmb()
 
 void fdlSetMgn::LoadData()
 {
-    RecordsetPtr rs = gINI->GetFwdOnlyRst(QStringLiteral("SELECT S_REP.* FROM S_REP WHERE ") + repCriteria());
-    if (rs->eof()) {
+    const ReportSettings s = reportSettings(gREP_ID);
+    if (!s.stored) {
         // A report never set on this computer: 1.5 cm, the printer of the day.
         Text1[0]->setText(QStringLiteral("1.5"));
         Text1[1]->setText(QStringLiteral("1.5"));
         return;
     }
-    const Value top = rs->Fields(QStringLiteral("TOP_MGN"));
-    const Value left = rs->Fields(QStringLiteral("LEFT_MGN"));
-    showFieldText(Text1[0], twipsToCmText(hasValue(top) ? top.toDouble() : 0));
-    showFieldText(Text1[1], twipsToCmText(hasValue(left) ? left.toDouble() : 0));
-    const QString printer = textOf(rs->Fields(QStringLiteral("PRINTER_NM")));
-    cmbDATA[0]->setCurrentIndex(printer.isEmpty() ? -1 : cmbDATA[0]->findText(printer, Qt::MatchExactly));
-    selectItemData(cmbDATA[1], Nz(rs->Fields(QStringLiteral("PAPER_BIN")), Value(0)));
-    rs->Close();
+    showFieldText(Text1[0], twipsToCmText(s.top));
+    showFieldText(Text1[1], twipsToCmText(s.left));
+    cmbDATA[0]->setCurrentIndex(s.printer.isEmpty() ? -1 : cmbDATA[0]->findText(s.printer, Qt::MatchExactly));
+    selectItemData(cmbDATA[1], s.paperBin);
 }
 
 bool fdlSetMgn::ChkData() { return true; }
 
 bool fdlSetMgn::SaveData()
 {
+    ReportSettings s;
+    s.top = cmToTwips(Text1[0]->text());
+    s.left = cmToTwips(Text1[1]->text());
+    s.printer = cmbDATA[0]->currentText();
+    s.paperBin = currentItemData(cmbDATA[1]);
     try {
-        inTransaction(gINI.get(), [this] {
-            RecordsetPtr rs = gINI->GetDynamicRst(QStringLiteral("SELECT S_REP.* FROM S_REP WHERE ") + repCriteria());
-            if (rs->eof()) {
-                rs->AddNew();
-                rs->SetField(QStringLiteral("REP_ID"), Value(int(gREP_ID)));
-            }
-            rs->SetField(QStringLiteral("TOP_MGN"), Value(cmToTwips(Text1[0]->text())));
-            rs->SetField(QStringLiteral("LEFT_MGN"), Value(cmToTwips(Text1[1]->text())));
-            rs->SetField(QStringLiteral("PRINTER_NM"), textOrNull(cmbDATA[0]->currentText()));
-            // No bin chosen keeps the printer's own, as the empty item does.
-            const Value bin = currentItemData(cmbDATA[1]);
-            rs->SetField(QStringLiteral("PAPER_BIN"), hasValue(bin) ? bin : Value(0));
-            rs->Update();
-            rs->Close();
-        });
+        saveReportSettings(gREP_ID, s);
         return true;
     } catch (const std::exception &) {
         return false;

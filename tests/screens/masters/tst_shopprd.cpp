@@ -8,6 +8,7 @@
 #include "ui/Screens.h"
 #include "screens/masters/fdlMstPrdEdit.h"
 #include "screens/masters/fdlMstShopEdit.h"
+#include "rules/masters/ShopMaster.h"
 #include "store/Database.h"
 #include "support/GuiDriver.h"
 #include "support/MsgRecorder.h"
@@ -211,7 +212,7 @@ private slots:
             fdlMstShopEdit f;
             Gui::show(&f);
             QCOMPARE(f.Mode(), qint16(2));
-            for (int i = 1; i < ShopEdit::FieldCount; ++i)
+            for (int i = 1; i < ShopMaster::FieldCount; ++i)
                 QVERIFY(field(f, i)->text().isEmpty());
             for (int i = 0; i < 3; ++i)
                 QVERIFY(!option(f, 1, i)->isChecked());
@@ -447,7 +448,7 @@ private slots:
             QCOMPARE(rig.rec.lastPrompt(), QString::fromUtf8(r.message));
             QCOMPARE(QApplication::focusWidget(), id);
             QCOMPARE(f.shownIndex(), 3);
-            QCOMPARE(f.rows()[3][Prd::PRD_ID].toLong(), 4);
+            QCOMPARE(f.rows()[3].PRD_ID.toLong(), 4);
             QCOMPARE(list->currentRow(), 3);
         }
         // a free number in full-width digits is taken, and the list knows it
@@ -456,7 +457,7 @@ private slots:
         clickRow(list, 0);
         QVERIFY(rig.rec.messages.isEmpty());
         QCOMPARE(field(f, 1)->text(), QStringLiteral("トマト"));
-        QCOMPARE(f.rows()[3][Prd::PRD_ID].toLong(), 40);
+        QCOMPARE(f.rows()[3].PRD_ID.toLong(), 40);
         clickRow(list, 3);
         QCOMPARE(field(f, 0)->text(), QStringLiteral("40"));
         QCOMPARE(field(f, 1)->text(), QStringLiteral("なす"));

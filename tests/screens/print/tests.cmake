@@ -1,4 +1,3 @@
-tillora_gui_test(tst_symbols screens/print/tst_symbols.cpp)
 tillora_gui_test(tst_print screens/print/tst_print.cpp)
 tillora_gui_test(tst_pricetag screens/print/tst_pricetag.cpp)
 tillora_uses_admin(tst_pricetag)

@@ -1,8 +1,8 @@
-// Printing: fitted text and the page dispatch on plain targets; the preview
-// checked by the pixels of its picture (paper edge, the page inside its
-// margins, zoom, scrolling, page moves); a page printed into a real PDF file
-// read back with the poppler tools; the margin and copies dialogs and the
-// production history dialog.
+// Printing from the screens: the preview checked by the pixels of its
+// picture (paper edge, the page inside its margins, zoom, scrolling, page
+// moves); a page printed into a real PDF file read back with the poppler
+// tools; the margin and copies dialogs and the production history dialog.
+// (Fitted text and the page dispatch are the rules tests'.)
 
 #include "ui/Entry.h"
 #include "ui/Form.h"
@@ -80,26 +80,6 @@ using Probe::dark;
 using Probe::ink;
 using Probe::run;
 
-// A target that measures by rule: a text is size x 20 x heightRate high and
-// half a size wide a character; it records what it prints.
-class RuleTarget : public PrintTarget {
-public:
-    explicit RuleTarget(double heightRate) : mRate(heightRate) {}
-    double TextWidth(const QString &text) const override { return mFontSize * 10 * text.size(); }
-    double TextHeight(const QString &) const override { return mFontSize * 20 * mRate; }
-    void Print(const QString &text) override { printed.append({text, CurrentX, CurrentY, mFontSize}); }
-    void Line(double, double, double, double, const QColor &, LineShape) override {}
-    void PaintPicture(const QImage &, double, double, double, double) override {}
-    struct Printed {
-        QString text;
-        double x, y, size;
-    };
-    QVector<Printed> printed;
-
-private:
-    double mRate;
-};
-
 fdlPreview *asPreview(Form &f) { return qobject_cast<fdlPreview *>(&f); }
 
 } // namespace
@@ -114,89 +94,6 @@ private slots:
         gREP_ID = kTestReport;
         gREP_PAGES = 3;
         setSaveFileHook(nullptr);
-    }
-
-    void fittedTextShrinksGrowsAndKeepsTheGivenSize()
-    {
-        // taller than its size: steps down until 12 pt is 240 twips high
-        RuleTarget tall(1.5);
-        PrintFitText(tall, 1000, 500, QStringLiteral("ab"), 0, 12, 2000);
-        QCOMPARE(tall.printed.size(), 1);
-        QCOMPARE(tall.printed[0].size, 8.0);
-        QCOMPARE(tall.printed[0].x, 1014.0);
-        QCOMPARE(tall.printed[0].y, 500.0);
-        QCOMPARE(tall.fontSize(), 12.0);
-        // lower than its size: grows until it reaches the height
-        RuleTarget low(0.8);
-        PrintFitText(low, 0, 0, QStringLiteral("ab"), 0, 12, 2000);
-        QCOMPARE(low.printed[0].size, 15.0);
-        // too wide: 10 characters of 10 pt are 1000 twips; the box holds 528
-        RuleTarget wide(1.0);
-        PrintFitText(wide, 0, 0, QStringLiteral("0123456789"), 1, 10, 556);
-        QCOMPARE(wide.printed[0].size, 5.25);
-        QCOMPARE(wide.printed[0].x, 528.0 - 525.0);
-        PrintFitText(wide, 100, 0, QStringLiteral("0123456789"), 2, 2, 556);
-        QCOMPARE(wide.printed[1].x, 100 + (528.0 - 200.0) / 2);
-        QCOMPARE(wide.fontSize(), 2.0);
-
-        // on a real painter the ink stays inside the box, 14 twips in
-        QImage img(400, 100, QImage::Format_RGB32);
-        img.fill(Qt::white);
-        QPainter p(&img);
-        PainterTarget t(p, 0.1); // 10 twips a pixel
-        const QString text = QStringLiteral("生産者：山田太郎(090-1234-5678)");
-        PrintFitText(t, 1000, 100, text, 0, 10, 2000);
-        PrintFitText(t, 1000, 400, text, 1, 10, 2000);
-        PrintFitText(t, 1000, 700, QStringLiteral("北海道産"), 2, 9, 2000);
-        p.end();
-        QCOMPARE(t.fontSize(), 9.0);
-        const QRect left = ink(img, QRect(0, 5, 400, 25));
-        const QRect right = ink(img, QRect(0, 35, 400, 25));
-        const QRect centre = ink(img, QRect(0, 65, 400, 30));
-        QVERIFY2(left.left() >= 101 && left.right() <= 299, qPrintable(QStringLiteral("%1..%2").arg(left.left()).arg(left.right())));
-        QVERIFY(left.width() > 150); // shrunk to the box, not to nothing
-        QVERIFY(qAbs(right.right() - 297) <= 2);
-        QVERIFY(qAbs((centre.left() + centre.right()) / 2 - 198) <= 2);
-        // a 9 pt line is 180 twips high: its ink stays on its line
-        QVERIFY(centre.top() >= 68 && centre.bottom() <= 89);
-    }
-
-    void reportsDrawTheirPagesAndOthersNothing()
-    {
-        RuleTarget t(1);
-        PrintReport(kTestReport, t, 10, 20, 0, 3);
-        QCOMPARE(gPagesDrawn, QList<int>({1, 2, 3}));
-        QCOMPARE(t.printed.size(), 3);
-        QCOMPARE(t.printed[0].x, 10.0);
-        QCOMPARE(t.printed[0].y, 20.0 + 1134);
-        QCOMPARE(AppTitle(), QStringLiteral("Tillora"));
-        gPagesDrawn.clear();
-        PrintReport(91, t, 0, 0, 1, 1);
-        setReportPainter(kTestReport, nullptr);
-        PrintReport(kTestReport, t, 0, 0, 1, 1);
-        setReportPainter(kTestReport, drawTestPages);
-        QVERIFY(gPagesDrawn.isEmpty());
-        QCOMPARE(t.printed.size(), 3);
-    }
-
-    void unitsAndPrinterNames()
-    {
-        QCOMPARE(cmToTwips(QStringLiteral("1.5")), 850.5);
-        QCOMPARE(cmToTwips(QStringLiteral("１．５")), 850.5);
-        QCOMPARE(cmToTwips(QStringLiteral("abc")), 0.0);
-        QCOMPARE(twipsToCmText(850.5), QStringLiteral("1.5"));
-        QCOMPARE(twipsToCmText(1000), QStringLiteral("1.7637"));
-        QImage img(10, 10, QImage::Format_RGB32);
-        img.setDotsPerMeterX(23622); // 600 dpi
-        img.setDotsPerMeterY(11811); // 300 dpi
-        QCOMPARE(PixelToMmX(&img, 118), 5);
-        QCOMPARE(PixelToMmY(&img, 118), 10);
-        QCOMPARE(PixelToMmX(nullptr, 118), 0);
-        QCOMPARE(MmToTwips(5), 284);
-        QCOMPARE(matchPrinter({QStringLiteral("Office-A"), QStringLiteral("Label_Printer")}, QStringLiteral("label_printer")),
-                 QStringLiteral("Label_Printer"));
-        QCOMPARE(matchPrinter({QStringLiteral("Office-A")}, QStringLiteral("Gone")), QString());
-        QCOMPARE(matchPrinter({QStringLiteral("Office-A")}, QString()), QString());
     }
 
     void withoutAPrinterTheSettingsStillApply()

@@ -11,11 +11,10 @@
 #include "rules/print/Symbols.h"
 #include "rules/shipping/ShopBarcode.h"
 #include "store/Database.h"
-#include "support/GuiDriver.h"
 #include "support/PrintProbe.h"
+#include "support/RulesTest.h"
 #include "support/TestRoot.h"
 
-#include <QApplication>
 #include <QImage>
 #include <QPageSize>
 #include <QPainter>
@@ -449,5 +448,5 @@ private slots:
     }
 };
 
-TILLORA_GUI_TEST_MAIN(TestSymbols)
+TILLORA_RULES_TEST_MAIN(TestSymbols)
 #include "tst_symbols.moc"

@@ -1,0 +1,4 @@
+# The rules of exchange.
+list(APPEND TILLORA_RULES_SOURCES
+  rules/exchange/PriceTagCsv.cpp
+  rules/exchange/TraceData.cpp)

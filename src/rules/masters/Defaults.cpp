@@ -1,0 +1,24 @@
+#include "rules/masters/Defaults.h"
+
+#include "store/Database.h"
+#include "store/Stmt.h"
+
+namespace Defaults {
+
+qint16 useType() { return gINI->GetCtrl(QStringLiteral("USE_TYPE")).toInt(); }
+
+Check check(const QString &key, const char *table, const char *criteria, Value &id)
+{
+    const Value v = gINI->GetCtrl(key);
+    id = hasValue(v) ? v : Value(0);
+    if (!IsNumeric(id) || id.toDouble() == 0)
+        return Check::NotSet;
+    const QString domain = QString::fromLatin1(table);
+    if (gMST->DCount(QStringLiteral("*"), domain, QString()).toLong() == 0)
+        return Check::NoRows;
+    if (gMST->DCount(QStringLiteral("*"), domain, Stmt(criteria).num(id)).toLong() == 0)
+        return Check::Missing;
+    return Check::Passed;
+}
+
+}

@@ -1,0 +1,145 @@
+// The exchange dialogs as a user works them: the price tag export opens
+// with the period since the last export, asks for a folder, remembers it,
+// writes the file and the end of the period; the upload dialog offers the
+// plantings of the year typed and sends nothing. (The menu does not open
+// them yet: they are driven here as they are.)
+
+#include "base/Globals.h"
+#include "base/Msg.h"
+#include "rules/exchange/PriceTagCsv.h"
+#include "store/Database.h"
+#include "support/Build.h"
+#include "support/GuiDriver.h"
+#include "support/MsgRecorder.h"
+#include "support/TagDay.h"
+#include "support/TestRoot.h"
+#include "ui/Entry.h"
+#include "screens/exchange/fdlExpPriceTag.h"
+#include "screens/exchange/fdlUploadTraceData.h"
+#include "ui/Screens.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDate>
+#include <QDir>
+#include <QFile>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QtTest/QTest>
+
+namespace {
+
+// A fresh tree with the menu open (so that closing a dialog only closes it)
+// and the messages recorded.
+struct Rig {
+    TestRoot root;
+    MsgRecorder rec;
+    Form *menu;
+    Rig()
+    {
+        gUSE_TYPE = 1;
+        gFMR_ID = Value(1);
+        gSHOP_ID = Value(1);
+        menu = createScreen(QStringLiteral("fmnMain"));
+        menu->load();
+    }
+    ~Rig() { delete menu; }
+};
+
+QStringList items(QComboBox *c)
+{
+    QStringList out;
+    for (int i = 0; i < c->count(); ++i)
+        out << c->itemText(i) + QLatin1Char('=') + itemData(c, i).toText();
+    return out;
+}
+
+} // namespace
+
+class TestExchange : public QObject {
+    Q_OBJECT
+private slots:
+    void exportWritesThePeriodAndRemembersIt()
+    {
+        Rig rig;
+        TagDay::seed(QDate(2026, 5, 10));
+        rig.root.setCtrl(QStringLiteral("LAST_EXP_PTAG_DATE"), Value(QStringLiteral("2026/05/01")));
+        QTemporaryDir out;
+        Form *f = new fdlExpPriceTag;
+        Gui::show(f);
+        QCOMPARE(f->windowTitle(), QStringLiteral("値札ﾃﾞｰﾀ書出"));
+        auto cond = f->array<QLineEdit>(QStringLiteral("txtCOND"), 3);
+        auto cmd = f->array<QPushButton>(QStringLiteral("Command1"), 3);
+        QCOMPARE(cond[0]->text() + QLatin1Char('-') + cond[1]->text(), QStringLiteral("2026/05/02-2026/05/10"));
+        QVERIFY(cond[2]->text().isEmpty());
+
+        // no folder yet: said, and the folder field takes the focus
+        Gui::click(cmd[1]);
+        QCOMPARE(rig.rec.lastPrompt(), QStringLiteral("出力先を指定してください。"));
+        QCOMPARE(QApplication::focusWidget(), cond[2]);
+        // a folder chosen is kept at once
+        setOpenDirHook([&](const QString &) { return out.path(); });
+        Gui::click(cmd[2]);
+        setOpenDirHook(nullptr);
+        QCOMPARE(QDir(cond[2]->text()), QDir(out.path()));
+        QCOMPARE(QDir(PriceTagCsv::folder()), QDir(out.path()));
+
+        rig.rec.clear();
+        Gui::click(cmd[1]);
+        QCOMPARE(rig.rec.messages.size(), 1);
+        QCOMPARE(rig.rec.lastPrompt(), QStringLiteral("3件のラベルデータを書き出しました。"));
+        QVERIFY(!f->isVisible());
+        QVERIFY(QFile::exists(out.filePath(QStringLiteral("260502-260510-1-1.csv"))));
+        QCOMPARE(gINI->GetCtrl(QStringLiteral("LAST_EXP_PTAG_DATE")).toText(), QStringLiteral("2026/05/10"));
+        delete f;
+
+        // opened again: nothing shipped since, so today alone, in the same folder
+        f = new fdlExpPriceTag;
+        Gui::show(f);
+        cond = f->array<QLineEdit>(QStringLiteral("txtCOND"), 3);
+        const QString today = DateUtil::today().toString(QStringLiteral("yyyy/MM/dd"));
+        QCOMPARE(cond[0]->text() + QLatin1Char('-') + cond[1]->text(), today + QLatin1Char('-') + today);
+        QCOMPARE(QDir(cond[2]->text()), QDir(out.path()));
+        Gui::click(f->ctl<QPushButton>(QStringLiteral("Command1(1)")));
+        QCOMPARE(rig.rec.lastPrompt(), QStringLiteral("出力対象データが登録されていません。"));
+        Gui::click(f->ctl<QPushButton>(QStringLiteral("Command1(0)")));
+        QVERIFY(!f->isVisible());
+        delete f;
+    }
+
+    void uploadOffersThePlantingsOfTheYear()
+    {
+        Rig rig;
+        const int year = QDate::currentDate().year();
+        Build::planting(2, QStringLiteral("秋なす")).set("YYYY", year).add();
+        Build::planting(1, QStringLiteral("春トマト")).set("YYYY", year).add();
+        Build::planting(3, QStringLiteral("古株")).set("YYYY", 2020).add();
+        Form *f = new fdlUploadTraceData;
+        Gui::show(f);
+        QCOMPARE(f->windowTitle(), QStringLiteral("ﾃﾞｰﾀｱｯﾌﾟﾛｰﾄﾞ"));
+        auto *yearBox = f->ctl<QLineEdit>(QStringLiteral("txtCOND(0)"));
+        auto *plants = f->ctl<QComboBox>(QStringLiteral("cmbCOND(1)"));
+        QCOMPARE(yearBox->text(), QString::number(year));
+        QCOMPARE(items(plants), (QStringList{"=0", "春トマト=1", "秋なす=2"}));
+        QCOMPARE(f->ctl<QComboBox>(QStringLiteral("cmbCOND(0)"))->count(), 0);
+        for (const char *typed : {"2020", "", "x"}) {
+            Gui::type(yearBox, QString::fromLatin1(typed));
+            Gui::leave(yearBox);
+        }
+        QCOMPARE(items(plants), QStringList{"=0"}); // "x" is no year: none
+        Gui::type(yearBox, QStringLiteral("2020"));
+        Gui::leave(yearBox);
+        QCOMPARE(items(plants), (QStringList{"=0", "古株=3"}));
+        // the upload sends nothing and the dialog stays
+        Gui::click(f->ctl<QPushButton>(QStringLiteral("Command1(1)")));
+        QVERIFY(f->isVisible());
+        QVERIFY(rig.rec.messages.isEmpty());
+        Gui::click(f->ctl<QPushButton>(QStringLiteral("Command1(0)")));
+        QVERIFY(!f->isVisible());
+        delete f;
+    }
+};
+
+TILLORA_GUI_TEST_MAIN(TestExchange)
+#include "tst_exchange.moc"
