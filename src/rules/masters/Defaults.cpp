@@ -7,10 +7,9 @@ namespace Defaults {
 
 qint16 useType() { return gINI->GetCtrl(QStringLiteral("USE_TYPE")).toInt(); }
 
-Check check(const QString &key, const char *table, const char *criteria, Value &id)
+Check check(const Value &setting, const char *table, const char *criteria, Value &id)
 {
-    const Value v = gINI->GetCtrl(key);
-    id = hasValue(v) ? v : Value(0);
+    id = hasValue(setting) ? setting : Value(0);
     if (!IsNumeric(id) || id.toDouble() == 0)
         return Check::NotSet;
     const QString domain = QString::fromLatin1(table);

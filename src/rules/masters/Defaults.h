@@ -17,9 +17,9 @@ enum class Check {
     NoRows,   // the master table is empty
     Missing,  // no row has that code
 };
-// Reads the default code of the setting key into id (missing reads as 0)
-// and checks it against the master table: criteria names the code's column
-// with a ? for the code ("FMR_ID=?").
-Check check(const QString &key, const char *table, const char *criteria, Value &id);
+// Takes the default code from the setting's value into id (missing reads as
+// 0) and checks it against the master table: criteria names the code's
+// column with a ? for the code ("FMR_ID=?").
+Check check(const Value &setting, const char *table, const char *criteria, Value &id);
 
 }

@@ -7,8 +7,3 @@ list(APPEND TILLORA_RULES_SOURCES
   rules/print/PrintTarget.cpp
   rules/print/Symbols.cpp
   rules/print/modPrinter.cpp)
-# The rules of exchange, until src/CMakeLists.txt includes
-# rules/exchange/sources.cmake (then these two lines go).
-list(APPEND TILLORA_RULES_SOURCES
-  rules/exchange/PriceTagCsv.cpp
-  rules/exchange/TraceData.cpp)

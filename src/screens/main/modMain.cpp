@@ -1,5 +1,6 @@
 #include "screens/main/modMain.h"
 
+#include "base/AppError.h"
 #include "base/Globals.h"
 #include "base/Msg.h"
 #include "rules/masters/Defaults.h"
@@ -10,6 +11,18 @@
 
 namespace {
 
+// A setting that can't be read is shown, and read as empty: start-up goes on
+// to the dialog that mends it.
+Value readSetting(const QString &key)
+{
+    try {
+        return gINI->GetCtrl(key);
+    } catch (const AppError &e) {
+        ShowError(e);
+        return Value();
+    }
+}
+
 // One of the two checks: the default must be set and name a row of the
 // table; until it does, the user is sent to the dialog that mends it.
 // Returns false when the program ended meanwhile.
@@ -17,7 +30,7 @@ bool checkDefault(Value &target, const QString &key, const char *table, const ch
                   const QString &setMessage, const QString &missingMessage)
 {
     for (;;) {
-        switch (Defaults::check(key, table, criteria, target)) {
+        switch (Defaults::check(readSetting(key), table, criteria, target)) {
         case Defaults::Check::Passed:
             return true;
         case Defaults::Check::NoRows:

@@ -62,14 +62,10 @@ private slots:
         QFETCH(Value, setting);
         QFETCH(bool, emptyTable);
         TestRoot root;
-        if (setting.isEmpty())
-            gINI->EXEC(QStringLiteral("DELETE S_CTRL.* FROM S_CTRL WHERE CTRL_CD='DEF_FMR_ID'"));
-        else
-            root.setCtrl(QStringLiteral("DEF_FMR_ID"), setting, Value(4));
         if (emptyTable)
             gMST->EXEC(QStringLiteral("DELETE M_FMR.* FROM M_FMR"));
         Value id;
-        QTEST(Defaults::check(QStringLiteral("DEF_FMR_ID"), "M_FMR", "FMR_ID=?", id), "result");
+        QTEST(Defaults::check(setting, "M_FMR", "FMR_ID=?", id), "result");
         QVERIFY(hasValue(id));
     }
 
