@@ -171,6 +171,23 @@ void selectItemData(QComboBox *combo, const Value &value)
     combo->setCurrentIndex(-1);
 }
 
+void fillChoices(QComboBox *combo, const Choices &choices, bool emptyFirst)
+{
+    combo->clear();
+    if (emptyFirst)
+        addEmptyItem(combo);
+    for (const Choice &c : choices)
+        addItem(combo, c.text, c.id);
+    combo->setCurrentIndex(-1);
+}
+
+void fillChoices(QListWidget *list, const Choices &choices)
+{
+    list->clear();
+    for (const Choice &c : choices)
+        addItem(list, c.text, c.id);
+}
+
 bool settleComboText(QComboBox *combo, const QString &message, EmptyText empty)
 {
     const QString text = combo->currentText();

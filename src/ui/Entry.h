@@ -12,6 +12,7 @@
 //  * fields have fixed length limits and input-method modes;
 //  * in view and delete modes the record's fields are locked.
 
+#include "base/Choice.h"
 #include "base/Mode.h"
 #include "base/Value.h"
 
@@ -107,6 +108,12 @@ Value currentItemData(const QComboBox *combo); // Null when nothing is selected
 // Walks the list from the start and selects the entry whose data equals
 // value; with none, nothing is selected.
 void selectItemData(QComboBox *combo, const Value &value);
+
+// Empties the drop-down and fills it with the choices, each with its id as
+// item data, the empty entry first when asked; nothing is chosen.
+void fillChoices(QComboBox *combo, const Choices &choices, bool emptyFirst = true);
+// Empties the list and fills it with the choices; nothing is chosen.
+void fillChoices(QListWidget *list, const Choices &choices);
 
 // What empty text in a drop-down that takes typed text chooses.
 enum class EmptyText {

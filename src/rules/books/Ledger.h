@@ -13,6 +13,7 @@
 #include "base/Currency.h"
 #include "base/Globals.h"
 #include "base/Mode.h"
+#include "base/Choice.h"
 #include "base/Value.h"
 #include "store/Stmt.h"
 
@@ -112,11 +113,6 @@ QString dateText(const Value &v);
 // "#,##0"; "" when empty.
 QString amountText(const Value &v);
 
-// An entry of a list to choose from: the key and the name shown.
-struct Choice {
-    Value id;
-    QString name;
-};
 // The farmers in use, by number.
 QVector<Choice> farmers();
 // The accounts of L_ACC, by number.

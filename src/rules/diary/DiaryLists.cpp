@@ -10,9 +10,9 @@ namespace DiaryLists {
 namespace {
 
 // The rows of a statement whose first column is the id and second the text.
-QVector<Entry> read(DbObject *db, const QString &sql)
+QVector<Choice> read(DbObject *db, const QString &sql)
 {
-    QVector<Entry> out;
+    QVector<Choice> out;
     RecordsetPtr rs = db->GetFwdOnlyRst(sql);
     for (; !rs->eof(); rs->MoveNext())
         out.append({rs->Fields(0), textOf(rs->Fields(1))});
@@ -30,12 +30,12 @@ QStringList texts(DbObject *db, const QString &sql, const QString &column)
     return out;
 }
 
-QVector<Entry> kinds(int kbn)
+QVector<Choice> kinds(int kbn)
 {
     return read(gWORK.get(), Stmt("SELECT  L_KBN.ID,  L_KBN.NM  FROM L_KBN  WHERE KBN=? ORDER BY ID").num(kbn));
 }
 
-QVector<Entry> plantingsBetween(const Value &fmrId, const QDateTime &first, const QDateTime &last)
+QVector<Choice> plantingsBetween(const Value &fmrId, const QDateTime &first, const QDateTime &last)
 {
     return read(gDB.get(), Stmt("SELECT  D_PLANT.PLANT_ID,  D_PLANT.PLANT_NM  FROM D_PLANT  WHERE FMR_ID=? AND "
                                 "START_DATE<=? AND ((END_DATE IS NULL) OR (END_DATE>=?)) ORDER BY PLANT_DATE")
@@ -46,17 +46,17 @@ QVector<Entry> plantingsBetween(const Value &fmrId, const QDateTime &first, cons
 
 } // namespace
 
-QVector<Entry> weathers() { return kinds(10); }
-QVector<Entry> workKinds() { return kinds(20); }
+QVector<Choice> weathers() { return kinds(10); }
+QVector<Choice> workKinds() { return kinds(20); }
 
-QVector<Entry> useUnits()
+QVector<Choice> useUnits()
 {
     return read(gWORK.get(), Stmt("SELECT  L_CHEMI_UNIT.ID,  L_CHEMI_UNIT.NM  FROM L_CHEMI_UNIT  ORDER BY ID"));
 }
 
-QVector<Entry> lotsInUse()
+QVector<Choice> lotsInUse()
 {
-    QVector<Entry> out;
+    QVector<Choice> out;
     RecordsetPtr rs = gDB->GetFwdOnlyRst(Stmt(
         "SELECT  D_CHEMI.CHEMI_ID,  D_CHEMI.CHEMI_NM,  D_CHEMI.PUR_DATE  FROM D_CHEMI  WHERE CHK_FLG<>0 ORDER BY CHEMI_NM"));
     for (; !rs->eof(); rs->MoveNext()) {
@@ -80,9 +80,9 @@ QStringList purposesOfLot(const Value &chemiId)
                  QStringLiteral("PURPOSE"));
 }
 
-QVector<Entry> plantingsAlive(const Value &fmrId, const QDateTime &day) { return plantingsBetween(fmrId, day, day); }
+QVector<Choice> plantingsAlive(const Value &fmrId, const QDateTime &day) { return plantingsBetween(fmrId, day, day); }
 
-QVector<Entry> plantingsOfMonth(const Value &fmrId, const QDate &monthFirst)
+QVector<Choice> plantingsOfMonth(const Value &fmrId, const QDate &monthFirst)
 {
     return plantingsBetween(fmrId, DateUtil::fromDate(monthFirst), DateUtil::fromDate(monthFirst.addMonths(1).addDays(-1)));
 }
@@ -133,12 +133,12 @@ int loadShipmentOfLine(const Value &fmrId, const Value &shipId)
     return n;
 }
 
-QVector<Entry> farmersInUse()
+QVector<Choice> farmersInUse()
 {
     return read(gMST.get(), Stmt("SELECT  M_FMR.FMR_ID,  M_FMR.FMR_NM  FROM M_FMR  WHERE CHK_FLG<>0 ORDER BY FMR_ID"));
 }
 
-QVector<Entry> accounts()
+QVector<Choice> accounts()
 {
     return read(gWORK.get(), Stmt("SELECT  L_ACC.ACC_ID,  L_ACC.ACC_NM  FROM L_ACC  ORDER BY ACC_ID"));
 }
@@ -149,7 +149,7 @@ int optionKindOf(const Value &accId)
                    .toLong());
 }
 
-QVector<Entry> optionsOf(int optKbn, const Value &fmrId)
+QVector<Choice> optionsOf(int optKbn, const Value &fmrId)
 {
     switch (optKbn) {
     case OptKbn::Planting:

@@ -3,6 +3,7 @@
 // of the day entry, the calendar's planting filter and the slip entry of a
 // book page, each read with its statement, an entry an id with its text.
 
+#include "base/Choice.h"
 #include "base/Value.h"
 
 #include <QDate>
@@ -13,30 +14,26 @@
 
 namespace DiaryLists {
 
-struct Entry {
-    Value id;
-    QString text;
-};
 
 // The kinds of L_KBN: weather (10) and work (20), by id.
-QVector<Entry> weathers();
-QVector<Entry> workKinds();
+QVector<Choice> weathers();
+QVector<Choice> workKinds();
 // The units of a pesticide use, by id.
-QVector<Entry> useUnits();
+QVector<Choice> useUnits();
 
 // The lots switched on, by name; the purchase day "m/d" in front of the name
 // tells two purchases of one product apart. Every farmer's lots: the switch
 // alone chooses them.
-QVector<Entry> lotsInUse();
+QVector<Choice> lotsInUse();
 // The purposes registered for the lot's registration number. A lot without
 // a number, or with one that is no number (第123号), has none.
 QStringList purposesOfLot(const Value &chemiId);
 
 // The farmer's plantings alive on the day (started, not ended before it),
 // by planting date.
-QVector<Entry> plantingsAlive(const Value &fmrId, const QDateTime &day);
+QVector<Choice> plantingsAlive(const Value &fmrId, const QDateTime &day);
 // The farmer's plantings that touch the month of its first day.
-QVector<Entry> plantingsOfMonth(const Value &fmrId, const QDate &monthFirst);
+QVector<Choice> plantingsOfMonth(const Value &fmrId, const QDate &monthFirst);
 
 // Work names used before for the kind of work, those used on the crop of
 // the planting first, each group by name (a name may stand in both).
@@ -60,9 +57,9 @@ int loadShipmentOfLine(const Value &fmrId, const Value &shipId);
 // The slip entry of a book page: the farmers in use, the accounts, the
 // option kind of an account (0 with none), and the options of a kind for
 // the farmer (plantings for 2, lots switched on for 3, none for others).
-QVector<Entry> farmersInUse();
-QVector<Entry> accounts();
+QVector<Choice> farmersInUse();
+QVector<Choice> accounts();
 int optionKindOf(const Value &accId);
-QVector<Entry> optionsOf(int optKbn, const Value &fmrId);
+QVector<Choice> optionsOf(int optKbn, const Value &fmrId);
 
 } // namespace DiaryLists

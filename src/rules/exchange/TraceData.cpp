@@ -5,7 +5,7 @@
 
 namespace TraceData {
 
-ListEntries yearPlantings(const QString &yearText)
+Choices yearPlantings(const QString &yearText)
 {
     // The join compares the planting with the shipment date, so it finds
     // nothing on the right: the left join still yields every planting of the
@@ -15,9 +15,9 @@ ListEntries yearPlantings(const QString &yearText)
              "(D_PLANT.PLANT_ID = D_SHIP.SHIP_DATE)  AND (D_PLANT.FMR_ID = D_SHIP.FMR_ID) WHERE YYYY=? ORDER BY "
              "D_PLANT.PLANT_ID")
             .num(Value(yearText)));
-    ListEntries out;
+    Choices out;
     for (; !rs->eof(); rs->MoveNext())
-        out.append({textOf(rs->Fields(QStringLiteral("PLANT_NM"))), rs->Fields(QStringLiteral("PLANT_ID"))});
+        out.append({rs->Fields(QStringLiteral("PLANT_ID")), textOf(rs->Fields(QStringLiteral("PLANT_NM")))});
     rs->Close();
     return out;
 }

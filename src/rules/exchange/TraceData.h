@@ -8,5 +8,5 @@
 namespace TraceData {
 // The plantings of the year typed (its leading number; a text that is no
 // year finds none): name and PLANT_ID, by PLANT_ID.
-ListEntries yearPlantings(const QString &yearText);
+Choices yearPlantings(const QString &yearText);
 }

@@ -6,25 +6,25 @@ namespace MasterLists {
 
 namespace {
 
-ListEntries read(const QString &sql, const char *name, const char *code)
+Choices read(const QString &sql, const char *name, const char *code)
 {
-    ListEntries out;
+    Choices out;
     RecordsetPtr rs = gMST->GetFwdOnlyRst(sql);
     for (; !rs->eof(); rs->MoveNext())
-        out.append({textOf(rs->Fields(QString::fromLatin1(name))), Nz(rs->Fields(QString::fromLatin1(code)), Value(0))});
+        out.append({Nz(rs->Fields(QString::fromLatin1(code)), Value(0)), textOf(rs->Fields(QString::fromLatin1(name)))});
     rs->Close();
     return out;
 }
 
 } // namespace
 
-ListEntries farmers()
+Choices farmers()
 {
     return read(QStringLiteral("SELECT  M_FMR.FMR_ID,  M_FMR.FMR_NM  FROM M_FMR  WHERE CHK_FLG<>0 ORDER BY FMR_ID"),
                 "FMR_NM", "FMR_ID");
 }
 
-ListEntries shops()
+Choices shops()
 {
     return read(QStringLiteral(
                     "SELECT  M_SHOP.SHOP_ID,  M_SHOP.SHOP_NM  FROM M_SHOP  WHERE CHK_FLG<>0 ORDER BY M_SHOP.SHOP_ID"),

@@ -66,13 +66,13 @@ double numberOf(const Value &v) { return hasValue(v) ? v.toDouble() : 0; }
 
 Currency amountOf(const Value &v) { return hasValue(v) ? v.toCurrency() : Currency(); }
 
-QVector<Chemi::Entry> entries(const QString &sql)
+QVector<Choice> entries(const QString &sql)
 {
-    QVector<Chemi::Entry> out;
+    QVector<Choice> out;
     RecordsetPtr rs = gWORK->GetFwdOnlyRst(sql);
     for (; !rs->eof(); rs->MoveNext())
-        out.append({Nz(rs->Fields(QStringLiteral("NM")), Value(QString())).toText(),
-                    Nz(rs->Fields(QStringLiteral("ID")), Value(0))});
+        out.append({Nz(rs->Fields(QStringLiteral("ID")), Value(0)),
+                    Nz(rs->Fields(QStringLiteral("NM")), Value(QString())).toText()});
     rs->Close();
     return out;
 }
@@ -118,14 +118,14 @@ namespace Chemi {
 
 // ---------------------------------------------------------------- lists offered
 
-QVector<Entry> uses() { return entries(QStringLiteral("SELECT L_KBN.ID, L_KBN.NM FROM L_KBN WHERE KBN=15 ORDER BY L_KBN.ID")); }
+QVector<Choice> uses() { return entries(QStringLiteral("SELECT L_KBN.ID, L_KBN.NM FROM L_KBN WHERE KBN=15 ORDER BY L_KBN.ID")); }
 
-QVector<Entry> formulations()
+QVector<Choice> formulations()
 {
     return entries(QStringLiteral("SELECT L_KBN.ID, L_KBN.NM FROM L_KBN WHERE KBN=16 ORDER BY L_KBN.ID"));
 }
 
-QVector<Entry> units()
+QVector<Choice> units()
 {
     return entries(QStringLiteral("SELECT L_CHEMI_UNIT.ID, L_CHEMI_UNIT.NM FROM L_CHEMI_UNIT ORDER BY L_CHEMI_UNIT.ID"));
 }

@@ -6,6 +6,7 @@
 // registered uses, and the save with its purchase slip.
 
 #include "base/Mode.h"
+#include "base/Choice.h"
 #include "base/Value.h"
 #include "rules/common/Record.h"
 
@@ -34,16 +35,11 @@ namespace Chemi {
 
 // ---------------------------------------------------------------- lists offered
 
-// An entry of a drop-down: its text and its id (the item data).
-struct Entry {
-    QString text;
-    Value id;
-};
 // The uses (L_KBN 15), the formulations (L_KBN 16) and the units
 // (L_CHEMI_UNIT), each by id.
-QVector<Entry> uses();
-QVector<Entry> formulations();
-QVector<Entry> units();
+QVector<Choice> uses();
+QVector<Choice> formulations();
+QVector<Choice> units();
 // The crop names of L_CROP in order; an empty name stays an empty entry.
 QStringList crops();
 

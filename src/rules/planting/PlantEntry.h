@@ -1,4 +1,5 @@
 #pragma once
+#include "base/Choice.h"
 // The planting entry apart from its window: what leaving each box does to
 // the record (the checks with their messages, the harvest month, the
 // product's name), what the drop-downs offer and what choosing in them
@@ -49,12 +50,6 @@ bool isDateBox(int box);
 // year, an empty month or year box is today's.
 QString leaveBox(PlantRow &r, int box, const QString &text, const QDate &today = QDate::currentDate());
 
-// An entry of a drop-down: the key it stands for and the text shown. The
-// lists have no empty entry of their own; the screens put it first.
-struct Choice {
-    Value id;
-    QString name;
-};
 
 // Groups of L_KBN that plantings use.
 enum class Kbn { PlantType = 11, ShipEstUnit = 12, Cultivation = 13 };

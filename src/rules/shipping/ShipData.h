@@ -5,6 +5,7 @@
 // diary.
 
 #include "base/Mode.h"
+#include "base/Choice.h"
 #include "base/Value.h"
 #include "rules/common/Record.h"
 #include "store/Recordset.h"
@@ -30,11 +31,6 @@ int LoadShipRows(Recordset &rs);
 
 namespace Ship {
 
-// An entry of a list to choose from: its key and what the list shows.
-struct Choice {
-    Value id;
-    QString name;
-};
 
 // The text boxes of the entry screen, by index.
 enum Box {

@@ -168,8 +168,8 @@ void frmLedgeInput::SetCmb(int index)
     QComboBox *c = cmbDATA[index];
     c->clear();
     addEmptyItem(c);
-    for (const Ledger::Choice &ch : index == 0 ? Ledger::farmers() : Ledger::accounts())
-        addItem(c, ch.name, ch.id);
+    for (const Choice &ch : index == 0 ? Ledger::farmers() : Ledger::accounts())
+        addItem(c, ch.text, ch.id);
 }
 
 void frmLedgeInput::SetCmbOpt(int index)
@@ -179,8 +179,8 @@ void frmLedgeInput::SetCmbOpt(int index)
     QComboBox *c = cmbDATA[index];
     c->clear();
     addEmptyItem(c);
-    for (const Ledger::Choice &ch : Ledger::subAccounts(mOptKbn[index == 3 ? 0 : 1], gFMR_ID))
-        addItem(c, ch.name, ch.id);
+    for (const Choice &ch : Ledger::subAccounts(mOptKbn[index == 3 ? 0 : 1], gFMR_ID))
+        addItem(c, ch.text, ch.id);
     c->setCurrentIndex(-1);
 }
 

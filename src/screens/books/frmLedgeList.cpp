@@ -157,8 +157,8 @@ void frmLedgeList::SetCmb(int index)
         return;
     cmbCOND->clear();
     addEmptyItem(cmbCOND);
-    for (const Ledger::Choice &c : Ledger::accounts())
-        addItem(cmbCOND, c.name, c.id);
+    for (const Choice &c : Ledger::accounts())
+        addItem(cmbCOND, c.text, c.id);
 }
 
 void frmLedgeList::InitList()

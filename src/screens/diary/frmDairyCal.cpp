@@ -2,7 +2,6 @@
 
 #include "base/Globals.h"
 #include "rules/diary/DiaryLists.h"
-#include "screens/diary/Choices.h"
 #include "store/Database.h"
 #include "ui/Entry.h"
 #include "ui/Screens.h"

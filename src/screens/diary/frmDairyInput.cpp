@@ -6,7 +6,6 @@
 #include "rules/common/Ids.h"
 #include "rules/diary/DiaryLists.h"
 #include "rules/diary/modOldCal.h"
-#include "screens/diary/Choices.h"
 #include "screens/diary/frmDairyCal.h"
 #include "screens/diary/frmDiaryLedgeInput.h"
 #include "store/Lookup.h"

@@ -2,7 +2,6 @@
 
 #include "rules/diary/BookPage.h"
 #include "rules/diary/DiaryLists.h"
-#include "screens/diary/Choices.h"
 #include "screens/diary/frmDairyInput.h"
 #include "store/Lookup.h"
 #include "ui/Entry.h"

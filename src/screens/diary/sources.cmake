@@ -1,6 +1,5 @@
 # The screens of diary.
 list(APPEND TILLORA_SCREENS_SOURCES
-  screens/diary/Choices.cpp
   screens/diary/DiaryScreens.cpp
   screens/diary/frmDairyCal.cpp
   screens/diary/frmDairyInput.cpp

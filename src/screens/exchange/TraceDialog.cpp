@@ -55,9 +55,9 @@ void TraceDialog::SetCmb(int index)
     if (index != 1 || txtCOND->text().isEmpty())
         return;
     QComboBox *c = cmbCOND[1];
-    const ListEntries plantings = TraceData::yearPlantings(txtCOND->text());
+    const Choices plantings = TraceData::yearPlantings(txtCOND->text());
     c->clear();
     addEmptyItem(c);
-    for (const ListEntry &e : plantings)
-        addItem(c, e.text, e.data);
+    for (const Choice &e : plantings)
+        addItem(c, e.text, e.id);
 }

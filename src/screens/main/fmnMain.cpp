@@ -105,6 +105,6 @@ void fmnMain::SetCmb(int index)
         return;
     cmbData0->clear();
     addEmptyItem(cmbData0);
-    for (const ListEntry &e : MasterLists::farmers())
-        addItem(cmbData0, e.text, e.data);
+    for (const Choice &e : MasterLists::farmers())
+        addItem(cmbData0, e.text, e.id);
 }

@@ -125,8 +125,8 @@ void fdlMstPrdEdit::SetCmb(int index)
         return;
     cmbDATA0->clear();
     addEmptyItem(cmbDATA0);
-    for (const ListEntry &e : MasterLists::shops())
-        addItem(cmbDATA0, e.text, e.data);
+    for (const Choice &e : MasterLists::shops())
+        addItem(cmbDATA0, e.text, e.id);
 }
 
 void fdlMstPrdEdit::LoadData()

@@ -95,15 +95,6 @@ const struct {
 
 } // namespace
 
-void setEntries(QComboBox *combo, const QVector<Chemi::Entry> &entries)
-{
-    combo->clear();
-    addEmptyItem(combo);
-    for (const Chemi::Entry &e : entries)
-        addItem(combo, e.text, e.id);
-    combo->setCurrentIndex(-1);
-}
-
 frmChemiInput::frmChemiInput(Mode mode, const ChemiRow &row, QWidget *parent)
     : Form(QStringLiteral("frmChemiInput"), 12400, 9200, parent), mMode(mode), mOpened(row)
 {
@@ -205,14 +196,14 @@ void frmChemiInput::InitForm()
 
 void frmChemiInput::SetCmb(int index)
 {
-    QVector<Chemi::Entry> entries;
+    QVector<Choice> entries;
     switch (index) {
     case Chemi::UsesList: entries = Chemi::uses(); break;
     case Chemi::TypeList: entries = Chemi::formulations(); break;
     case Chemi::UnitList: entries = Chemi::units(); break;
     default: return;
     }
-    setEntries(cmbDATA[index], entries);
+    fillChoices(cmbDATA[index], entries);
 }
 
 void frmChemiInput::SetCmbInfo()

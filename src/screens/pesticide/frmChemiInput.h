@@ -18,10 +18,6 @@ class QPushButton;
 class QRadioButton;
 class QScrollBar;
 
-// Fills a drop-down of the pesticide screens: the empty first entry, then
-// the entries with their ids as item data; nothing chosen.
-void setEntries(QComboBox *combo, const QVector<Chemi::Entry> &entries);
-
 class frmChemiInput : public Form {
     Q_OBJECT
 public:

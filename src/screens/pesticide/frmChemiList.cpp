@@ -158,7 +158,7 @@ void frmChemiList::InitList()
         ListView1->setColumnWidth(i, int(kColumns[i].width * rateX() / TwipsPerPixel));
 }
 
-void frmChemiList::SetCmb() { setEntries(cmbCOND, Chemi::uses()); }
+void frmChemiList::SetCmb() { fillChoices(cmbCOND, Chemi::uses()); }
 
 void frmChemiList::SetList()
 {

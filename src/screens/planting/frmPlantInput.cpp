@@ -2,7 +2,6 @@
 
 #include "rules/planting/PlantEntry.h"
 #include "screens/diary/frmDairyCal.h"
-#include "screens/planting/PlantCombo.h"
 #include "screens/planting/frmPlantList.h"
 #include "store/Database.h"
 #include "store/SqlText.h"
@@ -198,12 +197,12 @@ void frmPlantInput::InitForm()
 void frmPlantInput::SetCmb(int index)
 {
     switch (index) {
-    case Plant::Combo::Farmer: fillCombo(cmbDATA[index], Plant::farmers()); break;
-    case Plant::Combo::CropGroup: fillCombo(cmbDATA[index], Plant::cropGroups()); break;
+    case Plant::Combo::Farmer: fillChoices(cmbDATA[index], Plant::farmers()); break;
+    case Plant::Combo::CropGroup: fillChoices(cmbDATA[index], Plant::cropGroups()); break;
     case Plant::Combo::Crop: setCropList(chosenGroup()); break;
-    case Plant::Combo::PlantType: fillCombo(cmbDATA[index], Plant::kinds(Plant::Kbn::PlantType)); break;
-    case Plant::Combo::Cultivation: fillCombo(cmbDATA[index], Plant::kinds(Plant::Kbn::Cultivation)); break;
-    case Plant::Combo::ShipEstUnit: fillCombo(cmbDATA[index], Plant::kinds(Plant::Kbn::ShipEstUnit)); break;
+    case Plant::Combo::PlantType: fillChoices(cmbDATA[index], Plant::kinds(Plant::Kbn::PlantType)); break;
+    case Plant::Combo::Cultivation: fillChoices(cmbDATA[index], Plant::kinds(Plant::Kbn::Cultivation)); break;
+    case Plant::Combo::ShipEstUnit: fillChoices(cmbDATA[index], Plant::kinds(Plant::Kbn::ShipEstUnit)); break;
     default: break;
     }
 }
@@ -211,7 +210,7 @@ void frmPlantInput::SetCmb(int index)
 void frmPlantInput::setCropList(const QString &group)
 {
     mGroup = group;
-    fillCombo(cmbDATA[Plant::Combo::Crop], Plant::cropsOfGroup(group));
+    fillChoices(cmbDATA[Plant::Combo::Crop], Plant::cropsOfGroup(group));
 }
 
 QString frmPlantInput::chosenGroup() const

@@ -1,7 +1,6 @@
 #include "screens/planting/frmPlantList.h"
 
 #include "rules/planting/PlantEntry.h"
-#include "screens/planting/PlantCombo.h"
 #include "screens/planting/frmPlantInput.h"
 #include "store/SqlText.h"
 
@@ -116,9 +115,9 @@ void frmPlantList::InitList()
 void frmPlantList::SetCmb(int index)
 {
     if (index == 0)
-        fillCombo(cmbCOND[0], Plant::crops());
+        fillChoices(cmbCOND[0], Plant::crops());
     else
-        fillCombo(cmbCOND[1], Plant::kinds(Plant::Kbn::PlantType));
+        fillChoices(cmbCOND[1], Plant::kinds(Plant::Kbn::PlantType));
 }
 
 void frmPlantList::SetList()

@@ -1,6 +1,5 @@
 # The screens of planting.
 list(APPEND TILLORA_SCREENS_SOURCES
-  screens/planting/PlantCombo.cpp
   screens/planting/PlantScreens.cpp
   screens/planting/frmPlantInput.cpp
   screens/planting/frmPlantList.cpp)

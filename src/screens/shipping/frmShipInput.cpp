@@ -193,16 +193,16 @@ void frmShipInput::SetCmb(int index)
     QComboBox *c = cmbDATA[index];
     c->clear();
     addEmptyItem(c);
-    for (const Ship::Choice &choice : index == 0 ? Ship::farmerChoices() : Ship::shopChoices())
-        addItem(c, choice.name, choice.id);
+    for (const Choice &choice : index == 0 ? Ship::farmerChoices() : Ship::shopChoices())
+        addItem(c, choice.text, choice.id);
     c->setCurrentIndex(-1);
 }
 
 void frmShipInput::SetList()
 {
     List1->clear();
-    for (const Ship::Choice &choice : Ship::openPlantings(mRow.SHIP_DATE))
-        addItem(List1, choice.name, choice.id);
+    for (const Choice &choice : Ship::openPlantings(mRow.SHIP_DATE))
+        addItem(List1, choice.text, choice.id);
 }
 
 void frmShipInput::SetMode()

@@ -146,12 +146,12 @@ Ship::ListFilter frmShipList::filter() const
 
 void frmShipList::SetList1()
 {
-    const QVector<Ship::Choice> plantings = Ship::plantingsByStatus(filter());
+    const QVector<Choice> plantings = Ship::plantingsByStatus(filter());
     ListView1->clear();
     List1->clear();
     addItem(List1, QString(), Value(0));
-    for (const Ship::Choice &p : plantings)
-        addItem(List1, p.name, p.id);
+    for (const Choice &p : plantings)
+        addItem(List1, p.text, p.id);
     if (List1->count() > 1)
         selectItemData(List1, gLAST_PLANT_ID);
 }

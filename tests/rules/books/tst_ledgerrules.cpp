@@ -49,11 +49,11 @@ QString ids(const QVector<LedgeRow> &rows)
     return out.join(QLatin1Char(' '));
 }
 
-QString names(const QVector<Ledger::Choice> &choices)
+QString names(const QVector<Choice> &choices)
 {
     QStringList out;
-    for (const Ledger::Choice &c : choices)
-        out << textOf(c.id) + QLatin1Char(':') + c.name;
+    for (const Choice &c : choices)
+        out << textOf(c.id) + QLatin1Char(':') + c.text;
     return out.join(QLatin1Char(' '));
 }
 
@@ -347,8 +347,8 @@ private slots:
         Build::lot(2, QStringLiteral("使い切り")).set("CHK_FLG", Value(false)).add();
         QCOMPARE(names(Ledger::farmers()), gMST->DLookup("FMR_NM", "M_FMR", "FMR_ID=1").toText().prepend("1:") +
                                                QStringLiteral(" 2:赤井 実"));
-        const QVector<Ledger::Choice> accounts = Ledger::accounts();
-        QCOMPARE(accounts.first().name, QStringLiteral("現金"));
+        const QVector<Choice> accounts = Ledger::accounts();
+        QCOMPARE(accounts.first().text, QStringLiteral("現金"));
         QCOMPARE(accounts.size(), int(gWORK->DCount("*", "L_ACC", QString()).toLong()));
         // the kind of sub-account by the account
         QCOMPARE(Ledger::subAccountKind(Value(4110)), OptKbn::Planting);

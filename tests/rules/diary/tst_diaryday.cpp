@@ -24,7 +24,7 @@ double lot(int id, const char *column)
     return gDB->DLookup(QString::fromLatin1(column), "D_CHEMI", Stmt("CHEMI_ID=?").num(id)).toDouble();
 }
 
-QStringList texts(const QVector<DiaryLists::Entry> &entries)
+QStringList texts(const QVector<Choice> &entries)
 {
     QStringList out;
     for (const auto &e : entries)

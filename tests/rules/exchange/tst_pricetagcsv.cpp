@@ -25,11 +25,11 @@ namespace {
 
 QDateTime day(int y, int m, int d) { return DateUtil::make(y, m, d); }
 
-QString entries(const ListEntries &list)
+QString entries(const Choices &list)
 {
     QStringList out;
-    for (const ListEntry &e : list)
-        out << e.text + QLatin1Char('=') + e.data.toText();
+    for (const Choice &e : list)
+        out << e.text + QLatin1Char('=') + e.id.toText();
     return out.join(QLatin1Char(','));
 }
 

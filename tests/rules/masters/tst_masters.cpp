@@ -21,11 +21,11 @@ Q_DECLARE_METATYPE(Defaults::Check)
 
 namespace {
 
-QString name(const ListEntries &list)
+QString name(const Choices &list)
 {
     QStringList out;
-    for (const ListEntry &e : list)
-        out << e.text + QLatin1Char('=') + e.data.toText();
+    for (const Choice &e : list)
+        out << e.text + QLatin1Char('=') + e.id.toText();
     return out.join(QLatin1Char(','));
 }
 
@@ -234,7 +234,7 @@ private slots:
         gMST->EXEC(QStringLiteral("UPDATE M_FMR SET FMR_NM=NULL WHERE FMR_ID=1"));
         QCOMPARE(name(MasterLists::farmers()), QStringLiteral("=1,緑 次郎=3"));
         QCOMPARE(MasterLists::shops().size(), 1);
-        QCOMPARE(MasterLists::shops()[0].data.toLong(), 1);
+        QCOMPARE(MasterLists::shops()[0].id.toLong(), 1);
     }
 };
 

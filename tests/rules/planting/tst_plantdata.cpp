@@ -32,11 +32,11 @@ QString fieldText(const Value &v)
     return v.toText();
 }
 
-QString names(const QVector<Plant::Choice> &choices)
+QString names(const QVector<Choice> &choices)
 {
     QStringList out;
-    for (const Plant::Choice &c : choices)
-        out << c.name;
+    for (const Choice &c : choices)
+        out << c.text;
     return out.join(QLatin1Char('|'));
 }
 
@@ -371,15 +371,15 @@ private slots:
         QCOMPARE(Plant::farmers().value(1).id, Value(2));
         QCOMPARE(names(Plant::kinds(Plant::Kbn::PlantType)).section(QLatin1Char('|'), 0, 2),
                  QStringLiteral("露地|ハウス|トンネル"));
-        QCOMPARE(Plant::kinds(Plant::Kbn::ShipEstUnit).value(5).name, QStringLiteral("束"));
-        QCOMPARE(Plant::kinds(Plant::Kbn::Cultivation).value(2).name, QStringLiteral("有機栽培"));
-        QCOMPARE(Plant::cropGroups().value(1).name, QStringLiteral("葉茎菜類"));
+        QCOMPARE(Plant::kinds(Plant::Kbn::ShipEstUnit).value(5).text, QStringLiteral("束"));
+        QCOMPARE(Plant::kinds(Plant::Kbn::Cultivation).value(2).text, QStringLiteral("有機栽培"));
+        QCOMPARE(Plant::cropGroups().value(1).text, QStringLiteral("葉茎菜類"));
         QCOMPARE(Plant::cropGroups().value(1).id.toText(), QStringLiteral("02"));
         // a group narrows the crops; every crop is its own key
-        const QVector<Plant::Choice> leaves = Plant::cropsOfGroup(QStringLiteral("02"));
+        const QVector<Choice> leaves = Plant::cropsOfGroup(QStringLiteral("02"));
         QVERIFY(names(leaves).contains(QStringLiteral("リーフレタス")));
         QVERIFY(!names(leaves).contains(QStringLiteral("トマト")));
-        QCOMPARE(leaves.value(0).id, Value(leaves.value(0).name));
+        QCOMPARE(leaves.value(0).id, Value(leaves.value(0).text));
         QCOMPARE(Plant::cropsOfGroup(QString()).size(), Plant::crops().size());
         QCOMPARE(Plant::cropGroup(QStringLiteral("トマト")).toText(), QStringLiteral("01"));
         // names of no crop find nothing, quotes and all

@@ -78,10 +78,10 @@ void seedList()
     ship(2, 2, 1, QDate(2024, 5, 15), 4, 400);
 }
 
-QString ids(const QVector<Ship::Choice> &choices)
+QString ids(const QVector<Choice> &choices)
 {
     QStringList out;
-    for (const Ship::Choice &c : choices)
+    for (const Choice &c : choices)
         out << c.id.toText();
     return out.join(QLatin1Char(' '));
 }
