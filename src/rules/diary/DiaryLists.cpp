@@ -121,18 +121,6 @@ Planting planting(const Value &plantId)
     return p;
 }
 
-int loadShipmentOfLine(const Value &fmrId, const Value &shipId)
-{
-    RecordsetPtr rs = gDB->GetStaticRst(Stmt("SELECT  D_SHIP.*  FROM D_SHIP INNER JOIN D_PLANT ON "
-                                             "D_SHIP.PLANT_ID=D_PLANT.PLANT_ID WHERE D_SHIP.FMR_ID=? AND SHIP_ID=? ORDER "
-                                             "BY D_SHIP.SHIP_DATE,D_SHIP.PLANT_ID,D_SHIP.SHIP_ID")
-                                            .num(fmrId)
-                                            .num(shipId));
-    const int n = LoadShipRows(*rs);
-    rs->Close();
-    return n;
-}
-
 QVector<Choice> farmersInUse()
 {
     return read(gMST.get(), Stmt("SELECT  M_FMR.FMR_ID,  M_FMR.FMR_NM  FROM M_FMR  WHERE CHK_FLG<>0 ORDER BY FMR_ID"));

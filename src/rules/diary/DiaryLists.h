@@ -50,9 +50,6 @@ struct Planting {
 // The planting by its number alone (any farmer's).
 Planting planting(const Value &plantId);
 
-// Reads the shipment of a diary line into gSHIP_ROWS (row 0); the number of
-// rows read.
-int loadShipmentOfLine(const Value &fmrId, const Value &shipId);
 
 // The slip entry of a book page: the farmers in use, the accounts, the
 // option kind of an account (0 with none), and the options of a kind for

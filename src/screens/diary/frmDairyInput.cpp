@@ -6,8 +6,10 @@
 #include "rules/common/Ids.h"
 #include "rules/diary/DiaryLists.h"
 #include "rules/diary/modOldCal.h"
+#include "rules/shipping/ShipData.h"
 #include "screens/diary/frmDairyCal.h"
 #include "screens/diary/frmDiaryLedgeInput.h"
+#include "screens/shipping/frmShipInput.h"
 #include "store/Lookup.h"
 #include "ui/Entry.h"
 #include "ui/Screens.h"
@@ -478,11 +480,8 @@ void frmDairyInput::deleteClicked()
         const DiaryDtlRec *r = currentRow();
         if (!r || !hasValue(r->SHIP_ID) || r->SHIP_ID.toDouble() == 0)
             return;
-        DiaryLists::loadShipmentOfLine(gFMR_ID, r->SHIP_ID);
-        // The shipment screen takes its mode and row from the list's hand-over.
-        gMODE = Mode::View;
-        gROW_IDX = 0;
-        openScreen(QStringLiteral("frmShipInput"));
+        Ship::loadShipment(r->SHIP_ID);
+        openModal<frmShipInput>(Mode::View, 0);
         return;
     }
     if (mDtlIx < 0)
