@@ -19,7 +19,6 @@ QString nameById(DbObject *db, const char *sql, const Value &id)
     return Nz(rs->Fields(0), Value(QString())).toText();
 }
 
-qint32 wholeId(const Value &v) { return v.isNull() ? 0 : v.toLong(); }
 
 } // namespace
 
@@ -48,38 +47,3 @@ QString GetChemiUnitNm(const Value &id)
     return nameById(gWORK.get(), "SELECT  L_CHEMI_UNIT.NM  FROM L_CHEMI_UNIT  WHERE ID=?", id);
 }
 
-qint32 GetNewLedgeId(const Value &fmrId)
-{
-    const Value max = gDB->DMax(QStringLiteral("LEDGE_ID"), QStringLiteral("D_LEDGE"), Stmt("FMR_ID=?").num(fmrId));
-    return Nz(max, Value(0)).toLong() + 1;
-}
-
-int ChkLedgeUse(const Value &fmrId, const Value &ledgeId)
-{
-    const qint32 farmer = wholeId(fmrId), slip = wholeId(ledgeId);
-    auto used = [&](const char *table, const char *column) {
-        return gDB->DCount(QStringLiteral("*"), QString::fromLatin1(table),
-                           Stmt("FMR_ID=? AND ?=?").num(farmer).name(QString::fromLatin1(column)).num(slip))
-                   .toLong() != 0;
-    };
-    if (used("D_DIARY_DTL", "LEDGE_ID"))
-        return 1;
-    if (used("D_CHEMI", "LEDGE_ID"))
-        return 2;
-    if (used("D_SHIP", "LEDGE_ID_S") || used("D_SHIP", "LEDGE_ID_F"))
-        return 3;
-    return 0;
-}
-
-QString ledgeLockMessage(int owner, bool deleting)
-{
-    const char *where = nullptr;
-    switch (owner) {
-    case 1: where = "日誌詳細"; break;
-    case 2: where = "農薬入力"; break;
-    case 3: where = "出荷入力"; break;
-    default: return QString();
-    }
-    return deleting ? QStringLiteral("この伝票は削除できません。%1から削除してください。").arg(QString::fromUtf8(where))
-                    : QStringLiteral("この伝票は修正できません。%1から修正してください。").arg(QString::fromUtf8(where));
-}

@@ -108,7 +108,6 @@ private slots:
         QCOMPARE(GetFmrNm(Value::null()), QString());
         QCOMPARE(GetShopNm(Value(1)), gMST->DLookup("SHOP_NM", "M_SHOP", "SHOP_ID=1").toText());
         QCOMPARE(GetKbn15Nm(Value(2)), gWORK->DLookup("NM", "L_KBN", "KBN=15 AND ID=2").toText());
-        QCOMPARE(GetNewLedgeId(Value(1)), 1);
     }
 
     void lookupTypesFollowTheColumns()
@@ -124,8 +123,6 @@ private slots:
         QCOMPARE(gDB->DCount("*", "D_LEDGE", "FMR_ID=1"), Value(2));
         QCOMPARE(gDB->DMin("LEDGE_ID", "D_LEDGE"), Value(1));
         QCOMPARE(gDB->DLookup("LEDGE_DATE", "D_LEDGE", "LEDGE_ID=9"), Value(DateUtil::make(2024, 1, 6)));
-        QCOMPARE(GetNewLedgeId(Value(1)), 3);
-        QCOMPARE(GetNewLedgeId(Value(3)), 10);
         // key form and list form of dates find the same row
         QCOMPARE(gDB->DCount("*", "D_LEDGE", "LEDGE_DATE=#2024-01-05 00:00:00#").toLong(), 1);
         QCOMPARE(gDB->DCount("*", "D_LEDGE", "LEDGE_DATE>=#2024/1/6# AND LEDGE_DATE<=#2024/01/07#").toLong(), 2);
@@ -397,21 +394,6 @@ private slots:
         QCOMPARE(gINI->ReleaseData("S_REP"), Value(1));
         setLogHook(nullptr);
         setCompNameForTests(QString());
-    }
-
-    void slipOwners()
-    {
-        TestRoot root;
-        seedDiary(); // a diary line of farmer 1 owns slip 7
-        gDB->EXEC("INSERT INTO D_SHIP (FMR_ID, SHIP_ID, LEDGE_ID_S, LEDGE_ID_F) VALUES (1, 1, 7, 8)");
-        gDB->EXEC("INSERT INTO D_SHIP (FMR_ID, SHIP_ID, LEDGE_ID_S, LEDGE_ID_F) VALUES (1, 2, 10, 11)");
-        gDB->EXEC("INSERT INTO D_CHEMI (FMR_ID, CHEMI_ID, LEDGE_ID) VALUES (1, 1, 9)");
-        QCOMPARE(ChkLedgeUse(Value(1), Value(7)), 1);
-        QCOMPARE(ChkLedgeUse(Value(1), Value(9)), 2);
-        QCOMPARE(ChkLedgeUse(Value(1), Value(8)), 3);
-        QCOMPARE(ChkLedgeUse(Value(1), Value(10)), 3);
-        QCOMPARE(ChkLedgeUse(Value(1), Value(12)), 0);
-        QCOMPARE(ChkLedgeUse(Value(2), Value(9)), 0);
     }
 
     void transactionsRollBack()

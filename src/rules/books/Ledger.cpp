@@ -1,7 +1,6 @@
 #include "rules/books/Ledger.h"
 
 #include "rules/common/Ids.h"
-#include "rules/diary/BookPage.h"
 #include "store/Database.h"
 #include "store/Lookup.h"
 #include "store/Recordset.h"
@@ -205,11 +204,22 @@ QString dateText(const Value &v)
     return v.toText();
 }
 
+QString amountText(Currency c)
+{
+    // rounded half away from zero to a whole amount
+    const double v = c.toDouble();
+    const long long whole = (long long)(v < 0 ? -std::floor(-v + 0.5) : std::floor(v + 0.5));
+    QString digits = QString::number(whole < 0 ? -whole : whole);
+    for (int i = digits.size() - 3; i > 0; i -= 3)
+        digits.insert(i, QLatin1Char(','));
+    return whole < 0 ? QLatin1Char('-') + digits : digits;
+}
+
 QString amountText(const Value &v)
 {
     if (!hasValue(v) || !IsNumeric(v))
         return hasValue(v) ? v.toText() : QString();
-    return BookPage::amountText(v.toCurrency());
+    return amountText(v.toCurrency());
 }
 
 QVector<Choice> farmers()
@@ -325,3 +335,43 @@ void releaseHolds()
 }
 
 } // namespace Ledger
+
+namespace {
+qint32 wholeId(const Value &v) { return v.isNull() ? 0 : v.toLong(); }
+} // namespace
+
+qint32 GetNewLedgeId(const Value &fmrId)
+{
+    const Value max = gDB->DMax(QStringLiteral("LEDGE_ID"), QStringLiteral("D_LEDGE"), Stmt("FMR_ID=?").num(fmrId));
+    return Nz(max, Value(0)).toLong() + 1;
+}
+
+int ChkLedgeUse(const Value &fmrId, const Value &ledgeId)
+{
+    const qint32 farmer = wholeId(fmrId), slip = wholeId(ledgeId);
+    auto used = [&](const char *table, const char *column) {
+        return gDB->DCount(QStringLiteral("*"), QString::fromLatin1(table),
+                           Stmt("FMR_ID=? AND ?=?").num(farmer).name(QString::fromLatin1(column)).num(slip))
+                   .toLong() != 0;
+    };
+    if (used("D_DIARY_DTL", "LEDGE_ID"))
+        return 1;
+    if (used("D_CHEMI", "LEDGE_ID"))
+        return 2;
+    if (used("D_SHIP", "LEDGE_ID_S") || used("D_SHIP", "LEDGE_ID_F"))
+        return 3;
+    return 0;
+}
+
+QString ledgeLockMessage(int owner, bool deleting)
+{
+    const char *where = nullptr;
+    switch (owner) {
+    case 1: where = "日誌詳細"; break;
+    case 2: where = "農薬入力"; break;
+    case 3: where = "出荷入力"; break;
+    default: return QString();
+    }
+    return deleting ? QStringLiteral("この伝票は削除できません。%1から削除してください。").arg(QString::fromUtf8(where))
+                    : QStringLiteral("この伝票は修正できません。%1から修正してください。").arg(QString::fromUtf8(where));
+}

@@ -23,6 +23,18 @@
 
 class Recordset;
 
+// Slip numbers and owners, shared by every module that posts slips.
+// The largest slip number of the farmer plus 1 (1 for none).
+qint32 GetNewLedgeId(const Value &fmrId);
+
+// 0 free, 1 made by a diary line, 2 by a pesticide purchase, 3 by a shipment;
+// the first owner found answers.
+int ChkLedgeUse(const Value &fmrId, const Value &ledgeId);
+
+// The refusal of a change (or a deletion) of a slip that a record owns, by
+// the owner ChkLedgeUse gives; "" for a free slip.
+QString ledgeLockMessage(int owner, bool deleting);
+
 namespace Ledger {
 
 // What the list's filter fields hold, as typed.
@@ -111,6 +123,9 @@ LedgeRow rowOf(const Recordset &rs);
 // The date as the lists show it, "yyyy/mm/dd"; "" when empty.
 QString dateText(const Value &v);
 // "#,##0"; "" when empty.
+// An amount as the books show it: whole yen, rounded half away from zero,
+// with thousands separators ("-1,235").
+QString amountText(Currency c);
 QString amountText(const Value &v);
 
 // The farmers in use, by number.

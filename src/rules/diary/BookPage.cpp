@@ -178,15 +178,4 @@ void putSlip(QVector<LedgeRow> &rows, const LedgeRow &slip, Mode mode, int row)
     }
 }
 
-QString amountText(Currency c)
-{
-    // rounded half away from zero to a whole amount
-    const double v = c.toDouble();
-    const long long whole = (long long)(v < 0 ? -std::floor(-v + 0.5) : std::floor(v + 0.5));
-    QString digits = QString::number(whole < 0 ? -whole : whole);
-    for (int i = digits.size() - 3; i > 0; i -= 3)
-        digits.insert(i, QLatin1Char(','));
-    return whole < 0 ? QLatin1Char('-') + digits : digits;
-}
-
 }

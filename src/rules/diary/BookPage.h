@@ -43,8 +43,6 @@ Currency broughtForward(const Value &fmrId, const QDateTime &day, int acc);
 Page compute(int acc, const QVector<LedgeRow> &rows, Currency forward,
              const std::function<QString(const Value &)> &lookUp);
 
-// "#,##0": whole amounts with thousands separators.
-QString amountText(Currency c);
 
 // A slip number above every saved slip of the farmer and every slip of the
 // day not saved yet.

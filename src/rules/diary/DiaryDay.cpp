@@ -6,6 +6,7 @@
 #include "rules/diary/BookPage.h"
 #include "rules/pesticide/ChemiStock.h"
 #include "store/Database.h"
+#include "rules/books/Ledger.h"
 #include "store/Lookup.h"
 #include "store/Stmt.h"
 
@@ -90,8 +91,7 @@ void DiaryDay::load(const Value &fmrId, const QDateTime &workDate)
     for (int n = 0; !rs->eof(); rs->MoveNext(), ++n) {
         if (n > 0)
             gLEDGE_ROWS.append(blankLedgeRow());
-        for (int c = 0; c < LedgeCol::Count; ++c)
-            gLEDGE_ROWS[n][c] = rs->Fields(QString::fromLatin1(LedgeCol::Names[c]));
+        gLEDGE_ROWS[n] = Ledger::rowOf(*rs);
     }
     rs->Close();
 }

@@ -5,6 +5,7 @@
 #include "base/Helpers.h"
 #include "rules/common/Ids.h"
 #include "store/Database.h"
+#include "rules/books/Ledger.h"
 #include "store/Lookup.h"
 #include "store/SqlText.h"
 #include "store/Stmt.h"

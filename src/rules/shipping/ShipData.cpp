@@ -5,6 +5,7 @@
 #include "base/Msg.h"
 #include "rules/common/Ids.h"
 #include "store/Database.h"
+#include "rules/books/Ledger.h"
 #include "store/Lookup.h"
 #include "store/Stmt.h"
 

@@ -10,6 +10,7 @@
 #include "screens/diary/frmDairyCal.h"
 #include "screens/diary/frmDiaryLedgeInput.h"
 #include "screens/shipping/frmShipInput.h"
+#include "rules/books/Ledger.h"
 #include "store/Lookup.h"
 #include "ui/Entry.h"
 #include "ui/Screens.h"
@@ -560,17 +561,17 @@ void frmDairyInput::SetLedgeList(int acc)
         item->setText(3, l.ctr);
         item->setText(4, l.notes);
         if (amounts) {
-            item->setText(5, BookPage::amountText(l.first));
-            item->setText(6, BookPage::amountText(l.second));
-            item->setText(7, BookPage::amountText(l.balance));
+            item->setText(5, Ledger::amountText(l.first));
+            item->setText(6, Ledger::amountText(l.second));
+            item->setText(7, Ledger::amountText(l.balance));
             for (int c = 5; c < 8; ++c)
                 item->setTextAlignment(c, Qt::AlignRight | Qt::AlignVCenter);
         }
     }
-    lblSUM[0]->setText(BookPage::amountText(page.forward));
-    lblSUM[1]->setText(BookPage::amountText(page.sumFirst));
-    lblSUM[2]->setText(BookPage::amountText(page.sumSecond));
-    lblSUM[3]->setText(BookPage::amountText(page.closing));
+    lblSUM[0]->setText(Ledger::amountText(page.forward));
+    lblSUM[1]->setText(Ledger::amountText(page.sumFirst));
+    lblSUM[2]->setText(Ledger::amountText(page.sumSecond));
+    lblSUM[3]->setText(Ledger::amountText(page.closing));
 }
 
 void frmDairyInput::editSlip(Mode mode)
@@ -587,9 +588,9 @@ void frmDairyInput::editSlip(Mode mode)
     const int row = BookPage::rowOfSlip(gLEDGE_ROWS, id);
     if (row < 0)
         return;
-    const int owner = ChkLedgeUse(gFMR_ID, id);
-    if (owner != 0) {
-        ShowMsg(ledgeLockMessage(owner, mode == Mode::Delete), Msg::Exclamation, QString());
+    const QString refused = Ledger::refusal(mode, gLEDGE_ROWS[row]);
+    if (!refused.isEmpty()) {
+        ShowMsg(refused, Msg::Exclamation, QString());
         return;
     }
     openModal<frmDiaryLedgeInput>(mode, row, book);

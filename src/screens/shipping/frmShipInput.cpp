@@ -1,6 +1,7 @@
 #include "screens/shipping/frmShipInput.h"
 
 #include "base/Msg.h"
+#include "rules/books/Ledger.h"
 #include "rules/common/Ids.h"
 #include "rules/diary/BookPage.h"
 #include "screens/diary/frmDairyCal.h"
@@ -244,7 +245,7 @@ void frmShipInput::DispData()
     SetList();
     if (mMode != Mode::Add)
         lblDATA[0]->setText(textOf(mRow.SHIP_ID));
-    lblDATA[7]->setText(hasValue(mRow.SALES_AMT) ? BookPage::amountText(mRow.SALES_AMT.toCurrency()) : QString());
+    lblDATA[7]->setText(hasValue(mRow.SALES_AMT) ? Ledger::amountText(mRow.SALES_AMT.toCurrency()) : QString());
     if (hasValue(mRow.PLANT_ID))
         selectItemData(List1, mRow.PLANT_ID);
     else

@@ -1,6 +1,7 @@
 #include "screens/shipping/frmShipList.h"
 
 #include "base/Globals.h"
+#include "rules/books/Ledger.h"
 #include "rules/diary/BookPage.h"
 #include "rules/shipping/ShipList.h"
 #include "screens/shipping/frmShipInput.h"
@@ -50,7 +51,7 @@ const CtlSpec kControls[] = {
     {"cmdMENU(6)", CtlKind::Button, "印刷", 10750, 8300, 1350, 620},
 };
 
-QString amount(const Value &v) { return hasValue(v) && IsNumeric(v) ? BookPage::amountText(v.toCurrency()) : textOf(v); }
+QString amount(const Value &v) { return hasValue(v) && IsNumeric(v) ? Ledger::amountText(v.toCurrency()) : textOf(v); }
 
 } // namespace
 
@@ -179,7 +180,7 @@ void frmShipList::SetList2()
         ListScreen::chooseRow(ListView1, saved);
     const std::array<Currency, 5> sums = Ship::shipmentTotals(f);
     for (int i = 0; i < 5; ++i)
-        lblSUM[i]->setText(BookPage::amountText(sums[i]));
+        lblSUM[i]->setText(Ledger::amountText(sums[i]));
 }
 
 void frmShipList::openInput(Mode mode, bool needsRow)

@@ -368,8 +368,14 @@ private slots:
         TestRoot root;
         Build::diaryLine(QDate(2024, 5, 2), 1, 9).set("LEDGE_ID", 3).add();
         Build::lot(1, QStringLiteral("ダコニール")).set("LEDGE_ID", 4).add();
-        Build::shipment(1, QDate(2024, 5, 20)).set("LEDGE_ID_F", 5).add();
+        Build::shipment(1, QDate(2024, 5, 20)).set("LEDGE_ID_S", 6).set("LEDGE_ID_F", 5).add();
         Build::lot(2, QStringLiteral("よその薬")).set("FMR_ID", 2).set("LEDGE_ID", 7).add();
+        // the owner of each slip: diary line, lot, shipment (sale and fee), none
+        QCOMPARE((QList<int>{ChkLedgeUse(Value(1), Value(3)), ChkLedgeUse(Value(1), Value(4)),
+                             ChkLedgeUse(Value(1), Value(6)), ChkLedgeUse(Value(1), Value(5)),
+                             ChkLedgeUse(Value(1), Value(8)), ChkLedgeUse(Value(1), Value(7)),
+                             ChkLedgeUse(Value(2), Value(7))}),
+                 (QList<int>{1, 2, 3, 3, 0, 0, 2}));
         auto slip = [](int id) {
             LedgeRow r = blankLedgeRow();
             r[LedgeCol::FMR_ID] = Value(1);
@@ -385,6 +391,18 @@ private slots:
             QCOMPARE(Ledger::refusal(Mode::Add, slip(id)), QString());
         }
         QCOMPARE(Ledger::refusal(Mode::Delete, slip(7)), QString());
+    }
+
+    void slipNumbersGoOnFromTheFarmersLast()
+    {
+        TestRoot root;
+        QCOMPARE(GetNewLedgeId(Value(1)), 1);
+        Build::slip(1, QDate(2024, 1, 5), Acc::Cash, Acc::Sales, 1200.5).add();
+        Build::slip(2, QDate(2024, 1, 7), Acc::Cash, Acc::Sales, 0.25).add();
+        Build::slip(9, QDate(2024, 1, 6), Acc::Cash, Acc::Sales, 1).set("FMR_ID", 3).add();
+        QCOMPARE(GetNewLedgeId(Value(1)), 3);
+        QCOMPARE(GetNewLedgeId(Value(3)), 10);
+        QCOMPARE(GetNewLedgeId(Value::null()), 1);
     }
 
     void saveFindsTheSlipByNumberAlone()

@@ -3,6 +3,7 @@
 // a slip told from a book's side, both ways.
 
 #include "base/Globals.h"
+#include "rules/books/Ledger.h"
 #include "rules/common/Ids.h"
 #include "rules/diary/BookPage.h"
 #include "support/Build.h"
@@ -59,9 +60,9 @@ private slots:
         QVERIFY(BookPage::headingsFor(1040).amounts);
         QVERIFY(!BookPage::headingsFor(1041).amounts);
         QVERIFY(!BookPage::headingsFor(4000).amounts);
-        QCOMPARE(BookPage::amountText(Currency::fromDouble(1234567.5)), QStringLiteral("1,234,568"));
-        QCOMPARE(BookPage::amountText(Currency::fromInt(-1200)), QStringLiteral("-1,200"));
-        QCOMPARE(BookPage::amountText(Currency()), QStringLiteral("0"));
+        QCOMPARE(Ledger::amountText(Currency::fromDouble(1234567.5)), QStringLiteral("1,234,568"));
+        QCOMPARE(Ledger::amountText(Currency::fromInt(-1200)), QStringLiteral("-1,200"));
+        QCOMPARE(Ledger::amountText(Currency()), QStringLiteral("0"));
     }
 
     void pagesOfADay()

@@ -12,6 +12,7 @@
 #include "rules/shipping/ShipList.h"
 #include "rules/shipping/ShipSeed.h"
 #include "store/Database.h"
+#include "rules/books/Ledger.h"
 #include "store/Lookup.h"
 #include "store/Stmt.h"
 #include "support/MsgRecorder.h"

@@ -7,6 +7,7 @@
 #include "rules/diary/BookPage.h"
 #include "screens/diary/frmDairyInput.h"
 #include "store/Database.h"
+#include "rules/books/Ledger.h"
 #include "store/Lookup.h"
 #include "support/Build.h"
 #include "support/GuiDriver.h"

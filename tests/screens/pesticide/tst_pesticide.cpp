@@ -13,6 +13,7 @@
 #include "screens/pesticide/frmChemiInput.h"
 #include "screens/pesticide/frmChemiList.h"
 #include "store/Database.h"
+#include "rules/books/Ledger.h"
 #include "store/Lookup.h"
 #include "support/Build.h"
 #include "support/GuiDriver.h"
