@@ -478,3 +478,12 @@ bool IsDate(const Value &v)
     QDateTime dt;
     return DateUtil::parse(v.toText(), dt);
 }
+
+QString DateUtil::dayText(const Value &date)
+{
+    if (!hasValue(date))
+        return QString();
+    if (date.isDateType() || IsDate(date))
+        return format(date.toDate(), QStringLiteral("yyyy/MM/dd"));
+    return date.toText();
+}

@@ -29,6 +29,8 @@
 
 // Local date and time without time zone (held as a UTC QDateTime so that no
 // daylight-saving rule can move it).
+class Value;
+
 namespace DateUtil {
 QDateTime make(int y, int m, int d, int h = 0, int n = 0, int s = 0);
 QDateTime fromDate(const QDate &d);
@@ -42,6 +44,9 @@ QString vbText(const QDateTime &dt);  // "yyyy/mm/dd[ h:nn:ss]"
 QString format(const QDateTime &dt, const QString &qtFormat);
 // Reads a date as typed by a user (see the header comment). False when it is none.
 bool parse(const QString &text, QDateTime &out);
+// A date as the user reads it, "yyyy/mm/dd"; a text that is no date as it
+// stands; "" for an empty value.
+QString dayText(const Value &date);
 // parse(), and only a date the tables can hold: years 1000 to 9999.
 bool parseStorable(const QString &text, QDateTime &out);
 // Reads the stored form "yyyy-mm-dd hh:nn:ss" by position (fast: rows carry

@@ -2,7 +2,6 @@
 // every posted amount rely on.
 
 #include "base/AppError.h"
-#include "store/SqlText.h"
 #include "base/Value.h"
 
 #include <QtTest/QTest>
@@ -138,27 +137,13 @@ private slots:
         QCOMPARE(Value(45000).toDate(), DateUtil::make(2023, 3, 15));
     }
 
-    // What user text and typed numbers become inside a statement: a quote
-    // never ends the literal, a number box never brings anything but digits.
-    void statementPieces()
+    // A date as the user reads it.
+    void dayText()
     {
-        QCOMPARE(Sql::quoted(QStringLiteral("O'Neil")), QStringLiteral("'O''Neil'"));
-        QCOMPARE(Sql::quotedOrNull(Value()), QStringLiteral("NULL"));
-        QCOMPARE(Sql::quotedOrNull(Value(QString())), QStringLiteral("NULL"));
-        QCOMPARE(Sql::quotedOrNull(Value("a'); DROP TABLE D_SHIP; --")), QStringLiteral("'a''); DROP TABLE D_SHIP; --'"));
-        QCOMPARE(Sql::escaped(QStringLiteral("''")), QStringLiteral("''''"));
-        QCOMPARE(Sql::leadingNumber(QStringLiteral("90001")), QStringLiteral("90001"));
-        QCOMPARE(Sql::leadingNumber(QStringLiteral("９０００１")), QStringLiteral("90001"));
-        QCOMPARE(Sql::leadingNumber(QStringLiteral(" 12ab")), QStringLiteral("12"));
-        QCOMPARE(Sql::leadingNumber(QStringLiteral("abc")), QStringLiteral("0"));
-        QCOMPARE(Sql::leadingNumber(QString()), QStringLiteral("0"));
-        QCOMPARE(Sql::number(Value()), QStringLiteral("0"));
-        QCOMPARE(Sql::number(Value(2.5)), QStringLiteral("2.5"));
-        QCOMPARE(Sql::number(Value("3 OR 1=1")), QStringLiteral("3"));
-        QCOMPARE(Sql::dayText(Value(DateUtil::make(2024, 5, 1))), QStringLiteral("2024/05/01"));
-        QCOMPARE(Sql::dayText(Value("2024-5-1")), QStringLiteral("2024/05/01"));
-        QCOMPARE(Sql::dayText(Value("いつか")), QStringLiteral("いつか"));
-        QCOMPARE(Sql::dayText(Value()), QString());
+        QCOMPARE(DateUtil::dayText(Value(DateUtil::make(2024, 5, 1))), QStringLiteral("2024/05/01"));
+        QCOMPARE(DateUtil::dayText(Value("2024-5-1")), QStringLiteral("2024/05/01"));
+        QCOMPARE(DateUtil::dayText(Value("いつか")), QStringLiteral("いつか"));
+        QCOMPARE(DateUtil::dayText(Value()), QString());
     }
 
     void nzKeepsEmptyAndZero()

@@ -7,7 +7,6 @@
 #include "store/Database.h"
 #include "rules/books/Ledger.h"
 #include "store/Lookup.h"
-#include "store/SqlText.h"
 #include "store/Stmt.h"
 
 #include <cmath>
@@ -178,7 +177,7 @@ QVector<ChemiRow> readLots(const ListFilter &f)
 QStringList listLine(const ChemiRow &r)
 {
     return {textOf(r.CHEMI_ID), GetKbn15Nm(r.USES),    textOf(r.CHEMI_NM),  textOf(r.REG_NO),
-            Sql::dayText(r.PUR_DATE), textOf(r.PUR_QTY), textOf(r.USED_QTY), textOf(r.REST_QTY)};
+            DateUtil::dayText(r.PUR_DATE), textOf(r.PUR_QTY), textOf(r.USED_QTY), textOf(r.REST_QTY)};
 }
 
 int rowOfChemi(const QVector<ChemiRow> &rows, const Value &id)

@@ -6,7 +6,6 @@
 #include "rules/common/Ids.h"
 #include "screens/diary/frmDairyCal.h"
 #include "store/Database.h"
-#include "store/SqlText.h"
 #include "ui/Entry.h"
 #include "ui/Skeletons.h"
 
@@ -246,7 +245,7 @@ void frmChemiInput::DispData()
     txtDATA[Chemi::NameBox]->setText(textOf(r.CHEMI_NM));
     txtDATA[Chemi::KindBox]->setText(textOf(r.CHEMI_KIND));
     txtDATA[Chemi::MakerBox]->setText(textOf(r.MAKER_NM));
-    txtDATA[Chemi::DateBox]->setText(Sql::dayText(r.PUR_DATE));
+    txtDATA[Chemi::DateBox]->setText(DateUtil::dayText(r.PUR_DATE));
     txtDATA[Chemi::ShopBox]->setText(textOf(r.PUR_SHOP));
     txtDATA[Chemi::QtyBox]->setText(textOf(r.PUR_QTY));
     txtDATA[Chemi::AmountBox]->setText(textOf(r.PUR_AMT));

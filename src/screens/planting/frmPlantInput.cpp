@@ -4,7 +4,6 @@
 #include "screens/diary/frmDairyCal.h"
 #include "screens/planting/frmPlantList.h"
 #include "store/Database.h"
-#include "store/SqlText.h"
 
 #include "base/Helpers.h"
 #include "base/Msg.h"
@@ -153,7 +152,7 @@ frmPlantInput::frmPlantInput(Mode mode, int row, QWidget *parent)
     // The work is over today; it is kept with the next 登録.
     onClick(cmdMENU[2], [this] {
         Plant::finish(mDATA[0], DateUtil::today());
-        txtDATA[Plant::Box::EndDate]->setText(Sql::dayText(mDATA[0].END_DATE));
+        txtDATA[Plant::Box::EndDate]->setText(DateUtil::dayText(mDATA[0].END_DATE));
     });
 }
 
@@ -248,12 +247,12 @@ void frmPlantInput::DispData()
     txtDATA[Box::Field]->setText(textOf(r.FIELD_NM));
     txtDATA[Box::Area]->setText(textOf(r.AREA));
     lblDATA[1]->setText(textOf(r.CROP_EST));
-    txtDATA[Box::PlantDate]->setText(Sql::dayText(r.PLANT_DATE));
-    txtDATA[Box::StartDate]->setText(Sql::dayText(r.START_DATE));
-    txtDATA[Box::EndDate]->setText(Sql::dayText(r.END_DATE));
+    txtDATA[Box::PlantDate]->setText(DateUtil::dayText(r.PLANT_DATE));
+    txtDATA[Box::StartDate]->setText(DateUtil::dayText(r.START_DATE));
+    txtDATA[Box::EndDate]->setText(DateUtil::dayText(r.END_DATE));
     txtDATA[Box::ShipEst]->setText(textOf(r.SHIP_EST));
-    txtDATA[Box::ShipFrom]->setText(Sql::dayText(r.SHIP_SCHD_DATE1));
-    txtDATA[Box::ShipTo]->setText(Sql::dayText(r.SHIP_SCHD_DATE2));
+    txtDATA[Box::ShipFrom]->setText(DateUtil::dayText(r.SHIP_SCHD_DATE1));
+    txtDATA[Box::ShipTo]->setText(DateUtil::dayText(r.SHIP_SCHD_DATE2));
     txtDATA[Box::Notes1]->setText(textOf(r.NOTES1));
     txtDATA[Box::Notes2]->setText(textOf(r.NOTES2));
 

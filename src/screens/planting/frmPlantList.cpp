@@ -2,7 +2,6 @@
 
 #include "rules/planting/PlantEntry.h"
 #include "screens/planting/frmPlantInput.h"
-#include "store/SqlText.h"
 
 #include "base/Globals.h"
 #include "base/Msg.h"
@@ -137,7 +136,7 @@ void frmPlantList::SetList()
         auto *item = new QTreeWidgetItem;
         item->setText(0, textOf(r.PLANT_ID));
         item->setText(1, textOf(r.PLANT_NM));
-        item->setText(2, Sql::dayText(r.PLANT_DATE));
+        item->setText(2, DateUtil::dayText(r.PLANT_DATE));
         item->setText(3, Plant::harvestListText(r.HARVEST_SCHD_YM));
         item->setText(4, textOf(r.CROP_NM1));
         item->setText(5, textOf(r.AREA));

@@ -6,7 +6,6 @@
 #include "rules/diary/BookPage.h"
 #include "screens/diary/frmDairyCal.h"
 #include "screens/shipping/frmShipList.h"
-#include "store/SqlText.h"
 #include "ui/Entry.h"
 #include "ui/Skeletons.h"
 
@@ -236,7 +235,7 @@ void frmShipInput::SetMode()
 void frmShipInput::DispData()
 {
     Ship::computeSalesAmount(mRow); // a stored amount is never trusted
-    txtDATA[0]->setText(Sql::dayText(mRow.SHIP_DATE));
+    txtDATA[0]->setText(DateUtil::dayText(mRow.SHIP_DATE));
     Value ShipRow::*const boxes[12] = {nullptr,           &ShipRow::LOCATE,    &ShipRow::PRD_ID,  &ShipRow::PRD_NM,
                                        &ShipRow::SHOP_PRC, &ShipRow::SHIP_QTY, &ShipRow::RTN_QTY, &ShipRow::SALES_QTY,
                                        &ShipRow::DSC_AMT,  &ShipRow::FEE_RT,   &ShipRow::FEE_AMT, &ShipRow::NOTES};
@@ -271,10 +270,10 @@ void frmShipInput::DispPlantData()
     const Ship::PlantingInfo p = Ship::plantingInfo(mRow.PLANT_ID);
     lblDATA[1]->setText(textOf(p.CROP_NM1));
     lblDATA[2]->setText(textOf(p.CROP_NM2));
-    lblDATA[3]->setText(Sql::dayText(p.PLANT_DATE));
+    lblDATA[3]->setText(DateUtil::dayText(p.PLANT_DATE));
     lblDATA[4]->setText(textOf(p.AREA));
-    lblDATA[5]->setText(Sql::dayText(p.SHIP_SCHD_DATE1));
-    lblDATA[6]->setText(Sql::dayText(p.SHIP_SCHD_DATE2));
+    lblDATA[5]->setText(DateUtil::dayText(p.SHIP_SCHD_DATE1));
+    lblDATA[6]->setText(DateUtil::dayText(p.SHIP_SCHD_DATE2));
 }
 
 bool frmShipInput::ChkData()
