@@ -11,12 +11,15 @@
 // and then a field by its column's name, the list of names, a record read
 // from the current row of a record set, or columns written into a writer.
 #include "base/AppError.h"
+#include "base/Mode.h"
 #include "base/Value.h"
 #include "store/Recordset.h"
 
 #include <QHash>
 #include <QString>
 #include <QStringList>
+
+#include <QVector>
 
 #include <initializer_list>
 #include <utility>
@@ -75,3 +78,18 @@ private:
     QStringList mNames;
     QHash<QString, Member> mMembers;
 };
+
+// The save of one record through a writer opened on the row of its key, by
+// the mode of the save:
+//   if (!beginSave(*rs, mode, {{"FMR_ID", r.FMR_ID}, {"PLANT_ID", r.PLANT_ID}}))
+//       return false;          // the row to change or delete is gone
+//   ...write the columns...    // (only for Add and Change)
+//   endSave(*rs, mode, computer);
+// Add makes a new row with its key columns and the time it was made (IDATE);
+// Change stamps the time of the change (UDATE); Change and Delete find no row
+// and say so with false.
+using KeyColumns = QVector<std::pair<QString, Value>>;
+bool beginSave(Recordset &rs, Mode mode, const KeyColumns &keys);
+// Add and Change: the computer's name as the last writer, the hold released,
+// the row written. Delete: the row deleted.
+void endSave(Recordset &rs, Mode mode, const QString &computer);

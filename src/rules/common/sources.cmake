@@ -1,3 +1,4 @@
 # The rules of common.
 list(APPEND TILLORA_RULES_SOURCES
-  rules/common/Pictures.cpp)
+  rules/common/Pictures.cpp
+  rules/common/Record.cpp)

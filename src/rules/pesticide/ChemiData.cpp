@@ -426,18 +426,9 @@ bool saveLot(Mode mode, ChemiRow &r, const QString &computer)
     // 4. the lot
     RecordsetPtr rs =
         gDB->GetDynamicRst(Stmt("SELECT D_CHEMI.* FROM D_CHEMI WHERE D_CHEMI.CHEMI_ID=?").num(r.CHEMI_ID));
-    if (mode == Mode::Add) {
-        rs->AddNew();
-        rs->SetField(QStringLiteral("FMR_ID"), r.FMR_ID);
-        rs->SetField(QStringLiteral("CHEMI_ID"), r.CHEMI_ID);
-        rs->SetField(QStringLiteral("IDATE"), Value(DateUtil::now()));
-    } else if (mode == Mode::Change || mode == Mode::Delete) {
-        if (rs->eof()) {
-            rs->Close();
-            return false;
-        }
-        if (mode == Mode::Change)
-            rs->SetField(QStringLiteral("UDATE"), Value(DateUtil::now()));
+    if (!beginSave(*rs, mode, {{QStringLiteral("FMR_ID"), r.FMR_ID}, {QStringLiteral("CHEMI_ID"), r.CHEMI_ID}})) {
+        rs->Close();
+        return false;
     }
     if (mode == Mode::Add || mode == Mode::Change) {
         gLAST_CHEMI_ID = r.CHEMI_ID;
@@ -454,12 +445,8 @@ bool saveLot(Mode mode, ChemiRow &r, const QString &computer)
         rs->SetField(QStringLiteral("LEDGE_ID"), r.LEDGE_ID);
         rs->SetField(QStringLiteral("NOTES"), r.NOTES);
         rs->SetField(QStringLiteral("CHK_FLG"), Value(hasValue(r.CHK_FLG) ? r.CHK_FLG.toBool() : true));
-        rs->SetField(QStringLiteral("LAST_TM"), Value(computer));
-        rs->SetField(QStringLiteral("HOLD_TM"), Value::null());
-        rs->Update();
-    } else if (mode == Mode::Delete) {
-        rs->Delete();
     }
+    endSave(*rs, mode, computer);
     rs->Close();
     return true;
 }

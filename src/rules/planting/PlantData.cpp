@@ -212,27 +212,13 @@ bool saveRecord(Mode mode, const PlantRow &row, const QString &computer)
     // number, whichever farmer it belongs to.
     RecordsetPtr rs =
         gDB->GetDynamicRst(Stmt("SELECT D_PLANT.* FROM D_PLANT WHERE D_PLANT.PLANT_ID=?").num(row.PLANT_ID));
-    if (mode == Mode::Add) {
-        rs->AddNew();
-        rs->SetField(QStringLiteral("FMR_ID"), row.FMR_ID);
-        rs->SetField(QStringLiteral("PLANT_ID"), row.PLANT_ID);
-        rs->SetField(QStringLiteral("IDATE"), Value(DateUtil::now()));
-    } else if (mode == Mode::Change || mode == Mode::Delete) {
-        if (rs->eof()) {
-            rs->Close();
-            return false;
-        }
-        if (mode == Mode::Change)
-            rs->SetField(QStringLiteral("UDATE"), Value(DateUtil::now()));
+    if (!beginSave(*rs, mode, {{QStringLiteral("FMR_ID"), row.FMR_ID}, {QStringLiteral("PLANT_ID"), row.PLANT_ID}})) {
+        rs->Close();
+        return false;
     }
-    if (mode == Mode::Add || mode == Mode::Change) {
+    if (mode == Mode::Add || mode == Mode::Change)
         PlantRow::map().write(*rs, row, savedColumns());
-        rs->SetField(QStringLiteral("LAST_TM"), Value(computer));
-        rs->SetField(QStringLiteral("HOLD_TM"), Value::null());
-        rs->Update();
-    } else if (mode == Mode::Delete) {
-        rs->Delete();
-    }
+    endSave(*rs, mode, computer);
     rs->Close();
     return true;
 }
