@@ -8,6 +8,16 @@
 
 namespace ListScreen {
 
+void wireButtons(Form *list, const QVector<QPushButton *> &buttons, std::function<void(Mode, bool withRow)> open)
+{
+    list->onClick(buttons[0], [list] { list->close(); }, false);
+    const std::pair<Mode, bool> opens[] = {
+        {Mode::Add, false}, {Mode::Change, true}, {Mode::View, true}, {Mode::Delete, true}, {Mode::Add, true}};
+    for (int i = 0; i < 5; ++i)
+        list->onClick(buttons[i + 1], [open, o = opens[i]] { open(o.first, o.second); });
+    buttons[6]->setEnabled(false);
+}
+
 int chosenRow(const QTreeWidget *list)
 {
     const QList<QTreeWidgetItem *> chosen = list->selectedItems();

@@ -10,12 +10,20 @@
 #include "base/Mode.h"
 
 #include <QString>
+#include <QVector>
+
+#include <functional>
 
 class QPushButton;
 class QTreeWidget;
 class Form;
 
 namespace ListScreen {
+// The main buttons of a list screen, cmdMENU(0) to (6): close, add, change,
+// show, delete, copy (a new row from the chosen one) and print, which stands
+// switched off: no list is printed. open(mode, withRow) opens the entry
+// screen, with the chosen row or without one.
+void wireButtons(Form *list, const QVector<QPushButton *> &buttons, std::function<void(Mode, bool withRow)> open);
 // The row of the list's chosen line; -1 when none is chosen.
 int chosenRow(const QTreeWidget *list);
 // Makes a row the chosen line, selected and in view; -1 chooses none.

@@ -108,21 +108,10 @@ frmLedgeList::frmLedgeList(QWidget *parent) : Form(QStringLiteral("frmLedgeList"
             });
         });
     onClick(ctl<QPushButton>(QStringLiteral("cmdFIND")), [this] {
-        QApplication::setOverrideCursor(Qt::WaitCursor);
-        struct Restore {
-            ~Restore() { QApplication::restoreOverrideCursor(); }
-        } restore;
+        WaitCursor wait;
         SetList();
     });
-    onClick(cmdMENU[0], [this] { close(); }, false);
-    onClick(cmdMENU[1], [this] { openEntry(Mode::Add, false); });
-    onClick(cmdMENU[2], [this] { openEntry(Mode::Change, true); });
-    onClick(cmdMENU[3], [this] { openEntry(Mode::View, true); });
-    onClick(cmdMENU[4], [this] { openEntry(Mode::Delete, true); });
-    // 複写: a new slip from the chosen one.
-    onClick(cmdMENU[5], [this] { openEntry(Mode::Add, true); });
-    // No list is printed.
-    cmdMENU[6]->setEnabled(false);
+    ListScreen::wireButtons(this, cmdMENU, [this](Mode mode, bool withRow) { openEntry(mode, withRow); });
 }
 
 void frmLedgeList::onLoad()

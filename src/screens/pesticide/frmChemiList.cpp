@@ -111,21 +111,11 @@ frmChemiList::frmChemiList(QWidget *parent) : Form(QStringLiteral("frmChemiList"
     // The stock figures are made exact first: lots whose uses are all gone
     // get their quantity back.
     onClick(ctl<QPushButton>(QStringLiteral("cmdFIND")), [this] {
-        QApplication::setOverrideCursor(Qt::WaitCursor);
-        struct Restore {
-            ~Restore() { QApplication::restoreOverrideCursor(); }
-        } restore;
+        WaitCursor wait;
         ResetUnusedChemi(gFMR_ID);
         SetList();
     });
-    onClick(cmdMENU[0], [this] { close(); }, false);
-    onClick(cmdMENU[1], [this] { openEntry(Mode::Add, false); });
-    onClick(cmdMENU[2], [this] { openEntry(Mode::Change, true); });
-    onClick(cmdMENU[3], [this] { openEntry(Mode::View, true); });
-    onClick(cmdMENU[4], [this] { openEntry(Mode::Delete, true); });
-    onClick(cmdMENU[5], [this] { openEntry(Mode::Add, true); });
-    // No list is printed.
-    cmdMENU[6]->setEnabled(false);
+    ListScreen::wireButtons(this, cmdMENU, [this](Mode mode, bool withRow) { openEntry(mode, withRow); });
 }
 
 void frmChemiList::onLoad()

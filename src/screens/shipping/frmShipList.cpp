@@ -87,13 +87,7 @@ frmShipList::frmShipList(QWidget *parent) : Form(QStringLiteral("frmShipList"), 
         });
     });
     connect(List1, &QListWidget::itemClicked, this, [this, busy] { busy([this] { SetList2(); }); });
-    onClick(cmdMENU[0], [this] { close(); }, false);
-    onClick(cmdMENU[1], [this] { openInput(Mode::Add, false); });
-    onClick(cmdMENU[2], [this] { openInput(Mode::Change, true); });
-    onClick(cmdMENU[3], [this] { openInput(Mode::View, true); });
-    onClick(cmdMENU[4], [this] { openInput(Mode::Delete, true); });
-    onClick(cmdMENU[5], [this] { openInput(Mode::Add, true); });
-    cmdMENU[6]->setEnabled(false); // no list is printed
+    ListScreen::wireButtons(this, cmdMENU, [this](Mode mode, bool withRow) { openInput(mode, withRow); });
 }
 
 void frmShipList::onLoad()
