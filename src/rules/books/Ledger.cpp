@@ -1,6 +1,7 @@
 #include "rules/books/Ledger.h"
 
 #include "rules/common/Ids.h"
+#include "rules/common/Lists.h"
 #include "store/Database.h"
 #include "store/Lookup.h"
 #include "store/Recordset.h"
@@ -27,16 +28,6 @@ Stmt likeTerm(const QString &ctr)
 Stmt newYearTerm(const QString &year)
 {
     return Stmt(" D_LEDGE.LEDGE_DATE>=?").day(Value(year + QStringLiteral("/01/01")));
-}
-
-QVector<Choice> choices(DbObject *db, const QString &sql)
-{
-    QVector<Choice> out;
-    RecordsetPtr rs = db->GetFwdOnlyRst(sql);
-    for (; !rs->eof(); rs->MoveNext())
-        out.append({rs->Fields(0), Nz(rs->Fields(1), Value(QString())).toText()});
-    rs->Close();
-    return out;
 }
 
 bool same(const Value &a, const Value &b) { return hasValue(a) && hasValue(b) && a.toDouble() == b.toDouble(); }
@@ -224,12 +215,12 @@ QString amountText(const Value &v)
 
 QVector<Choice> farmers()
 {
-    return choices(gMST.get(), Stmt("SELECT M_FMR.FMR_ID, M_FMR.FMR_NM FROM M_FMR WHERE CHK_FLG<>0 ORDER BY FMR_ID"));
+    return readChoices(gMST.get(), Stmt("SELECT M_FMR.FMR_ID, M_FMR.FMR_NM FROM M_FMR WHERE CHK_FLG<>0 ORDER BY FMR_ID"));
 }
 
 QVector<Choice> accounts()
 {
-    return choices(gWORK.get(), Stmt("SELECT L_ACC.ACC_ID, L_ACC.ACC_NM FROM L_ACC ORDER BY ACC_ID"));
+    return readChoices(gWORK.get(), Stmt("SELECT L_ACC.ACC_ID, L_ACC.ACC_NM FROM L_ACC ORDER BY ACC_ID"));
 }
 
 int subAccountKind(const Value &accId)
@@ -242,11 +233,11 @@ QVector<Choice> subAccounts(int kind, const Value &fmrId)
 {
     switch (kind) {
     case OptKbn::Planting:
-        return choices(gDB.get(),
+        return readChoices(gDB.get(),
                        Stmt("SELECT D_PLANT.PLANT_ID, D_PLANT.PLANT_NM FROM D_PLANT WHERE FMR_ID=? ORDER BY PLANT_ID")
                            .num(fmrId));
     case OptKbn::PesticideLot:
-        return choices(gDB.get(), Stmt("SELECT D_CHEMI.CHEMI_ID, D_CHEMI.CHEMI_NM FROM D_CHEMI WHERE FMR_ID=? AND "
+        return readChoices(gDB.get(), Stmt("SELECT D_CHEMI.CHEMI_ID, D_CHEMI.CHEMI_NM FROM D_CHEMI WHERE FMR_ID=? AND "
                                        "CHK_FLG<>0 ORDER BY CHEMI_ID")
                                       .num(fmrId));
     default: return {};

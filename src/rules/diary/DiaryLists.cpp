@@ -2,23 +2,13 @@
 
 #include "rules/common/Ids.h"
 #include "rules/shipping/ShipData.h"
+#include "rules/common/Lists.h"
 #include "store/Database.h"
 #include "store/Stmt.h"
 
 namespace DiaryLists {
 
 namespace {
-
-// The rows of a statement whose first column is the id and second the text.
-QVector<Choice> read(DbObject *db, const QString &sql)
-{
-    QVector<Choice> out;
-    RecordsetPtr rs = db->GetFwdOnlyRst(sql);
-    for (; !rs->eof(); rs->MoveNext())
-        out.append({rs->Fields(0), textOf(rs->Fields(1))});
-    rs->Close();
-    return out;
-}
 
 QStringList texts(DbObject *db, const QString &sql, const QString &column)
 {
@@ -32,12 +22,12 @@ QStringList texts(DbObject *db, const QString &sql, const QString &column)
 
 QVector<Choice> kinds(int kbn)
 {
-    return read(gWORK.get(), Stmt("SELECT  L_KBN.ID,  L_KBN.NM  FROM L_KBN  WHERE KBN=? ORDER BY ID").num(kbn));
+    return readChoices(gWORK.get(), Stmt("SELECT  L_KBN.ID,  L_KBN.NM  FROM L_KBN  WHERE KBN=? ORDER BY ID").num(kbn));
 }
 
 QVector<Choice> plantingsBetween(const Value &fmrId, const QDateTime &first, const QDateTime &last)
 {
-    return read(gDB.get(), Stmt("SELECT  D_PLANT.PLANT_ID,  D_PLANT.PLANT_NM  FROM D_PLANT  WHERE FMR_ID=? AND "
+    return readChoices(gDB.get(), Stmt("SELECT  D_PLANT.PLANT_ID,  D_PLANT.PLANT_NM  FROM D_PLANT  WHERE FMR_ID=? AND "
                                 "START_DATE<=? AND ((END_DATE IS NULL) OR (END_DATE>=?)) ORDER BY PLANT_DATE")
                                .num(fmrId)
                                .day(last)
@@ -51,7 +41,7 @@ QVector<Choice> workKinds() { return kinds(20); }
 
 QVector<Choice> useUnits()
 {
-    return read(gWORK.get(), Stmt("SELECT  L_CHEMI_UNIT.ID,  L_CHEMI_UNIT.NM  FROM L_CHEMI_UNIT  ORDER BY ID"));
+    return readChoices(gWORK.get(), Stmt("SELECT  L_CHEMI_UNIT.ID,  L_CHEMI_UNIT.NM  FROM L_CHEMI_UNIT  ORDER BY ID"));
 }
 
 QVector<Choice> lotsInUse()
@@ -123,12 +113,12 @@ Planting planting(const Value &plantId)
 
 QVector<Choice> farmersInUse()
 {
-    return read(gMST.get(), Stmt("SELECT  M_FMR.FMR_ID,  M_FMR.FMR_NM  FROM M_FMR  WHERE CHK_FLG<>0 ORDER BY FMR_ID"));
+    return readChoices(gMST.get(), Stmt("SELECT  M_FMR.FMR_ID,  M_FMR.FMR_NM  FROM M_FMR  WHERE CHK_FLG<>0 ORDER BY FMR_ID"));
 }
 
 QVector<Choice> accounts()
 {
-    return read(gWORK.get(), Stmt("SELECT  L_ACC.ACC_ID,  L_ACC.ACC_NM  FROM L_ACC  ORDER BY ACC_ID"));
+    return readChoices(gWORK.get(), Stmt("SELECT  L_ACC.ACC_ID,  L_ACC.ACC_NM  FROM L_ACC  ORDER BY ACC_ID"));
 }
 
 int optionKindOf(const Value &accId)
@@ -141,11 +131,11 @@ QVector<Choice> optionsOf(int optKbn, const Value &fmrId)
 {
     switch (optKbn) {
     case OptKbn::Planting:
-        return read(gDB.get(),
+        return readChoices(gDB.get(),
                     Stmt("SELECT  D_PLANT.PLANT_ID,  D_PLANT.PLANT_NM  FROM D_PLANT  WHERE FMR_ID=? ORDER BY PLANT_ID")
                         .num(fmrId));
     case OptKbn::PesticideLot:
-        return read(gDB.get(), Stmt("SELECT  D_CHEMI.CHEMI_ID,  D_CHEMI.CHEMI_NM  FROM D_CHEMI  WHERE FMR_ID=? AND "
+        return readChoices(gDB.get(), Stmt("SELECT  D_CHEMI.CHEMI_ID,  D_CHEMI.CHEMI_NM  FROM D_CHEMI  WHERE FMR_ID=? AND "
                                     "CHK_FLG<>0 ORDER BY CHEMI_ID")
                                    .num(fmrId));
     default:

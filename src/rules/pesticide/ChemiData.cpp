@@ -4,6 +4,7 @@
 #include "base/Globals.h"
 #include "base/Helpers.h"
 #include "rules/common/Ids.h"
+#include "rules/common/Lists.h"
 #include "store/Database.h"
 #include "rules/books/Ledger.h"
 #include "store/Lookup.h"
@@ -66,17 +67,6 @@ double numberOf(const Value &v) { return hasValue(v) ? v.toDouble() : 0; }
 
 Currency amountOf(const Value &v) { return hasValue(v) ? v.toCurrency() : Currency(); }
 
-QVector<Choice> entries(const QString &sql)
-{
-    QVector<Choice> out;
-    RecordsetPtr rs = gWORK->GetFwdOnlyRst(sql);
-    for (; !rs->eof(); rs->MoveNext())
-        out.append({Nz(rs->Fields(QStringLiteral("ID")), Value(0)),
-                    Nz(rs->Fields(QStringLiteral("NM")), Value(QString())).toText()});
-    rs->Close();
-    return out;
-}
-
 } // namespace
 
 ChemiRow::ChemiRow()
@@ -118,16 +108,16 @@ namespace Chemi {
 
 // ---------------------------------------------------------------- lists offered
 
-QVector<Choice> uses() { return entries(QStringLiteral("SELECT L_KBN.ID, L_KBN.NM FROM L_KBN WHERE KBN=15 ORDER BY L_KBN.ID")); }
+QVector<Choice> uses() { return readChoices(gWORK.get(), QStringLiteral("SELECT L_KBN.ID, L_KBN.NM FROM L_KBN WHERE KBN=15 ORDER BY L_KBN.ID"), QStringLiteral("ID"), QStringLiteral("NM")); }
 
 QVector<Choice> formulations()
 {
-    return entries(QStringLiteral("SELECT L_KBN.ID, L_KBN.NM FROM L_KBN WHERE KBN=16 ORDER BY L_KBN.ID"));
+    return readChoices(gWORK.get(), QStringLiteral("SELECT L_KBN.ID, L_KBN.NM FROM L_KBN WHERE KBN=16 ORDER BY L_KBN.ID"), QStringLiteral("ID"), QStringLiteral("NM"));
 }
 
 QVector<Choice> units()
 {
-    return entries(QStringLiteral("SELECT L_CHEMI_UNIT.ID, L_CHEMI_UNIT.NM FROM L_CHEMI_UNIT ORDER BY L_CHEMI_UNIT.ID"));
+    return readChoices(gWORK.get(), QStringLiteral("SELECT L_CHEMI_UNIT.ID, L_CHEMI_UNIT.NM FROM L_CHEMI_UNIT ORDER BY L_CHEMI_UNIT.ID"), QStringLiteral("ID"), QStringLiteral("NM"));
 }
 
 QStringList crops()

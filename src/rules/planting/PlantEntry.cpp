@@ -1,5 +1,6 @@
 #include "rules/planting/PlantEntry.h"
 
+#include "rules/common/Lists.h"
 #include "store/Database.h"
 #include "store/Stmt.h"
 
@@ -42,16 +43,6 @@ bool isCode(const QString &t)
 {
     double d;
     return parseNumber(t, d) && d == std::floor(d) && d >= 0 && d <= 99999999.0;
-}
-
-QVector<Choice> read(DbObject *db, const QString &sql, const QString &idColumn, const QString &nameColumn)
-{
-    QVector<Choice> out;
-    RecordsetPtr rs = db->GetFwdOnlyRst(sql);
-    for (; !rs->eof(); rs->MoveNext())
-        out.append({Nz(rs->Fields(idColumn), Value(0)), Nz(rs->Fields(nameColumn), Value(QString())).toText()});
-    rs->Close();
-    return out;
 }
 
 // Crops are their own keys.
@@ -135,14 +126,14 @@ QString leaveBox(PlantRow &r, int box, const QString &text, const QDate &today)
 
 QVector<Choice> farmers()
 {
-    return read(gMST.get(),
+    return readChoices(gMST.get(),
                 QStringLiteral("SELECT M_FMR.FMR_ID, M_FMR.FMR_NM FROM M_FMR WHERE CHK_FLG<>0 ORDER BY M_FMR.FMR_ID"),
                 QStringLiteral("FMR_ID"), QStringLiteral("FMR_NM"));
 }
 
 QVector<Choice> cropGroups()
 {
-    return read(gWORK.get(),
+    return readChoices(gWORK.get(),
                 QStringLiteral("SELECT DISTINCT L_CROP_KBN.CROP_KBN, L_CROP_KBN.CROP_KBN_NM "
                                "FROM L_CROP_KBN ORDER BY L_CROP_KBN.CROP_KBN"),
                 QStringLiteral("CROP_KBN"), QStringLiteral("CROP_KBN_NM"));
@@ -161,7 +152,7 @@ QVector<Choice> cropsOfGroup(const QString &group)
 
 QVector<Choice> kinds(Kbn kbn)
 {
-    return read(gWORK.get(), Stmt("SELECT L_KBN.ID, L_KBN.NM FROM L_KBN WHERE KBN=? ORDER BY L_KBN.ID").num(int(kbn)),
+    return readChoices(gWORK.get(), Stmt("SELECT L_KBN.ID, L_KBN.NM FROM L_KBN WHERE KBN=? ORDER BY L_KBN.ID").num(int(kbn)),
                 QStringLiteral("ID"), QStringLiteral("NM"));
 }
 

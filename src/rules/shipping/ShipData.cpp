@@ -4,6 +4,7 @@
 #include "base/Helpers.h"
 #include "base/Msg.h"
 #include "rules/common/Ids.h"
+#include "rules/common/Lists.h"
 #include "store/Database.h"
 #include "rules/books/Ledger.h"
 #include "store/Lookup.h"
@@ -258,27 +259,17 @@ void takePlantingProduct(ShipRow &r)
 
 namespace {
 
-QVector<Choice> choices(DbObject *db, const QString &sql)
-{
-    QVector<Choice> out;
-    RecordsetPtr rs = db->GetFwdOnlyRst(sql);
-    for (; !rs->eof(); rs->MoveNext())
-        out.append({rs->Fields(0), textOf(rs->Fields(1))});
-    rs->Close();
-    return out;
-}
-
 } // namespace
 
 QVector<Choice> farmerChoices()
 {
-    return choices(gMST.get(),
+    return readChoices(gMST.get(),
                    QStringLiteral("SELECT  M_FMR.FMR_ID,  M_FMR.FMR_NM  FROM M_FMR  WHERE CHK_FLG<>0 ORDER BY FMR_ID"));
 }
 
 QVector<Choice> shopChoices()
 {
-    return choices(gMST.get(), QStringLiteral("SELECT  M_SHOP.SHOP_ID,  M_SHOP.SHOP_NM  FROM M_SHOP  WHERE CHK_FLG<>0 "
+    return readChoices(gMST.get(), QStringLiteral("SELECT  M_SHOP.SHOP_ID,  M_SHOP.SHOP_NM  FROM M_SHOP  WHERE CHK_FLG<>0 "
                                               "ORDER BY M_SHOP.SHOP_ID"));
 }
 
@@ -286,7 +277,7 @@ QVector<Choice> openPlantings(const Value &day)
 {
     if (!hasValue(day) || !IsDate(day))
         return {};
-    return choices(gDB.get(), Stmt("SELECT  D_PLANT.PLANT_ID,  D_PLANT.PLANT_NM  FROM D_PLANT  WHERE FMR_ID=?"
+    return readChoices(gDB.get(), Stmt("SELECT  D_PLANT.PLANT_ID,  D_PLANT.PLANT_NM  FROM D_PLANT  WHERE FMR_ID=?"
                                    " AND START_DATE<=?"
                                    " AND ((END_DATE IS NULL) OR (END_DATE>=?))"
                                    " ORDER BY PLANT_DATE")
