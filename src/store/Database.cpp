@@ -133,15 +133,6 @@ void DbObject::Begintrans() { cnn().begin(); }
 void DbObject::CommitTrans() { cnn().commit(); }
 void DbObject::RollbackTrans() { cnn().rollback(); }
 
-RecordsetPtr DbObject::OpenSchema(int)
-{
-    ResultSet rs;
-    rs.columns.append({QStringLiteral("TABLE_NAME"), QString(), true, ColType::Text});
-    for (const QString &t : cnn().tableNames())
-        rs.rows.append({Value(t)});
-    return std::make_unique<Recordset>(mCnn.get(), CursorKind::Static, std::move(rs), QString());
-}
-
 RecordsetPtr DbObject::openRst(const QString &sql, CursorKind kind)
 {
     PutLog(sql);
@@ -401,20 +392,8 @@ QString clsINI::property(const QString &name)
     return text(name);
 }
 
-QString clsINI::DB_TYPE() { return text(QStringLiteral("DB_TYPE")); }
-QString clsINI::DB_DSN() { return text(QStringLiteral("DB_DSN")); }
-QString clsINI::DB_SERVER() { return text(QStringLiteral("DB_SERVER")); }
 QString clsINI::DB_NAME() { return fileName(QStringLiteral("DB_NAME"), QStringLiteral("DB_TYPE")); }
-QString clsINI::DB_USER() { return text(QStringLiteral("DB_USER")); }
-QString clsINI::DB_PSWD() { return text(QStringLiteral("DB_PSWD")); }
-QString clsINI::DB_DBPW() { return text(QStringLiteral("DB_DBPW")); }
-QString clsINI::MST_TYPE() { return text(QStringLiteral("MST_TYPE")); }
-QString clsINI::MST_DSN() { return text(QStringLiteral("MST_DSN")); }
-QString clsINI::MST_SERVER() { return text(QStringLiteral("MST_SERVER")); }
 QString clsINI::MST_NAME() { return fileName(QStringLiteral("MST_NAME"), QStringLiteral("MST_TYPE")); }
-QString clsINI::MST_USER() { return text(QStringLiteral("MST_USER")); }
-QString clsINI::MST_PSWD() { return text(QStringLiteral("MST_PSWD")); }
-QString clsINI::MST_DBPW() { return text(QStringLiteral("MST_DBPW")); }
 
 // ------------------------------------------------------------ the others
 

@@ -22,8 +22,6 @@ public:
     void Begintrans();
     void CommitTrans();
     void RollbackTrans();
-    // Tables of the database (schema kind 20), as rows with TABLE_NAME.
-    RecordsetPtr OpenSchema(int schemaKind = 20);
     RecordsetPtr GetFwdOnlyRst(const QString &sql);
     RecordsetPtr GetStaticRst(const QString &sql);
     RecordsetPtr GetDynamicRst(const QString &sql);
@@ -75,20 +73,8 @@ public:
     void OpenCnn() override;
     Value ReleaseData(const QString &table, const QString &criteria = QString()) override;
 
-    QString DB_TYPE();
-    QString DB_DSN();
-    QString DB_SERVER();
     QString DB_NAME();
-    QString DB_USER();
-    QString DB_PSWD();
-    QString DB_DBPW();
-    QString MST_TYPE();
-    QString MST_DSN();
-    QString MST_SERVER();
     QString MST_NAME();
-    QString MST_USER();
-    QString MST_PSWD();
-    QString MST_DBPW();
 
     // The property of that name ("DB_NAME", "MST_USER" ...).
     QString property(const QString &name);

@@ -102,20 +102,7 @@ void Recordset::MoveNext()
         raiseError(VbErr::NoCurrentRecord);
     ++mPos;
 }
-void Recordset::MovePrevious()
-{
-    if (mPos < 0)
-        raiseError(VbErr::NoCurrentRecord);
-    --mPos;
-}
-void Recordset::MoveLast() { mPos = mRows.size() - 1; }
 
-QString Recordset::FieldName(int index) const
-{
-    if (index < 0 || index >= mCols.size())
-        raiseError(VbErr::ItemNotFound);
-    return mCols[index].name;
-}
 
 int Recordset::fieldIndex(const QString &name) const
 {

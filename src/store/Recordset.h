@@ -22,17 +22,11 @@ public:
 
     CursorKind kind() const { return mKind; }
     bool eof() const { return mPos >= mRows.size(); }
-    bool bof() const { return mPos < 0 || mRows.isEmpty(); }
     void MoveFirst();
     void MoveNext();
-    void MovePrevious();
-    void MoveLast();
     int RecordCount() const { return mRows.size(); }
-    int AbsolutePosition() const { return mPos; }
 
     int FieldCount() const { return mCols.size(); }
-    QString FieldName(int index) const;
-    bool HasField(const QString &name) const { return fieldIndex(name) >= 0; }
     // Raises 3265 for an unknown name or index, 3021 with no current row.
     Value Fields(const QString &name) const;
     Value Fields(int index) const;
@@ -45,7 +39,6 @@ public:
     void Update();
     void CancelUpdate();
     void Delete();
-    bool EditPending() const { return mEditing; }
 
     // Moves from the current row forward to the first row that meets a
     // criterion "COLUMN op value" (value: 'text', a number or #date#; op one of
