@@ -148,6 +148,7 @@ void DbObject::CloseCnn() { mCnn.reset(); }
 
 void DbObject::EXEC(const QString &sql, qint64 *recordsAffected, int)
 {
+    PutLog(sql);
     const qint64 n = cnn().execute(sql);
     if (recordsAffected)
         *recordsAffected = n;
