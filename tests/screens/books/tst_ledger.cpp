@@ -346,15 +346,11 @@ private slots:
         QCOMPARE(rig.modals.opened.size(), 7);
     }
 
-    void calendarAndMenuOpenTheBookScreens()
+    void theMenuOpensTheTrialBalance()
     {
         TestRoot root;
         MsgRecorder msgs;
         Gui::Modals modals;
-        frmDairyCal cal;
-        Gui::show(&cal);
-        Gui::click(cal.ctl<QPushButton>("cmdMENU(4)"));
-        QCOMPARE(modals.opened, QStringList{QStringLiteral("frmLedgeList")});
         QVERIFY(createScreen(QStringLiteral("fdlPrintAccRep")));
         QVERIFY(msgs.messages.isEmpty());
     }

@@ -93,6 +93,31 @@ private slots:
         QVERIFY(again.ctl<QCheckBox>("chkCOND(0)")->isChecked());
     }
 
+    // The buttons along the bottom open the lists of the farm's records.
+    void buttonsOpenTheLists_data()
+    {
+        QTest::addColumn<int>("button");
+        QTest::addColumn<QString>("screen");
+        QTest::newRow("作付") << 1 << QStringLiteral("frmPlantList");
+        QTest::newRow("農薬") << 2 << QStringLiteral("frmChemiList");
+        QTest::newRow("出荷") << 3 << QStringLiteral("frmShipList");
+        QTest::newRow("勘定") << 4 << QStringLiteral("frmLedgeList");
+        QTest::newRow("ﾒﾆｭｰ") << 5 << QStringLiteral("fmnMain");
+    }
+    void buttonsOpenTheLists()
+    {
+        QFETCH(int, button);
+        QFETCH(QString, screen);
+        TestRoot root;
+        gUSE_TYPE = 1;
+        Gui::Modals modals;
+        frmDairyCal cal;
+        Gui::show(&cal);
+        Gui::click(cal.ctl<QPushButton>(QStringLiteral("cmdMENU(%1)").arg(button)));
+        QCOMPARE(modals.opened, QStringList{screen});
+        QVERIFY(!cal.ctl<QPushButton>("cmdMENU(6)")->isEnabled());
+    }
+
     void waysOfUse()
     {
         TestRoot root;

@@ -243,16 +243,6 @@ private slots:
         QVERIFY(rig.modals.opened.isEmpty());
     }
 
-    void calendarButtonOpensTheList()
-    {
-        TestRoot root;
-        Gui::Modals modals;
-        frmDairyCal cal;
-        Gui::show(&cal);
-        Gui::click(cal.ctl<QPushButton>("cmdMENU(2)"));
-        QCOMPARE(modals.opened, QStringList{QStringLiteral("frmChemiList")});
-    }
-
     // ---------------------------------------------------------------- entry
 
     void purchasePostsItsSlip()

@@ -195,16 +195,6 @@ private slots:
         QVERIFY(rig.modals.opened.isEmpty());
     }
 
-    void calendarButtonOpensTheList()
-    {
-        TestRoot root;
-        Gui::Modals modals;
-        frmDairyCal cal;
-        Gui::show(&cal);
-        Gui::click(cal.ctl<QPushButton>("cmdMENU(1)"));
-        QCOMPARE(modals.opened, QStringList{QStringLiteral("frmPlantList")});
-    }
-
     // ---------------------------------------------------------------- entry
 
     void addThroughTheList()
