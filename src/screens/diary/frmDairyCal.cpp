@@ -142,44 +142,54 @@ bool frmDairyCal::eventFilter(QObject *watched, QEvent *event)
     if (watched == lblYM && event->type() == QEvent::MouseButtonRelease) {
         trap([this] {
             const QDate today = QDate::currentDate();
-            gBASE_DATE = DateUtil::make(today.year(), today.month(), 1);
-            DispData();
+            showMonth(DateUtil::make(today.year(), today.month(), 1));
         });
         return true;
     }
     return Form::eventFilter(watched, event);
 }
 
-void frmDairyCal::stepMonths(int months)
-{
-    gBASE_DATE = gBASE_DATE.addMonths(months);
-    DispData();
-}
+void frmDairyCal::stepMonths(int months) { showMonth(gBASE_DATE.addMonths(months)); }
 
-void frmDairyCal::DispData()
+void frmDairyCal::DispData() { showMonth(gBASE_DATE); }
+
+void frmDairyCal::showMonth(const QDateTime &first)
 {
-    SetCmb(0);
+    // Everything the month needs is read before anything on the screen
+    // changes: when a read fails, the month shown and its date stay as they
+    // were, so a click on a day still opens the day it shows.
+    const Choices plantings = DiaryLists::plantingsOfMonth(gFMR_ID, first.date());
     const CalMonth::Options o = CalMonth::loadOptions();
+    const CalMonth::Geometry geo = geometryFor(first.date());
+    QVector<CalMonth::Cell> cells = CalMonth::collect(geo, first.date(), QDate::currentDate(), gFMR_ID, o, Value(0));
+
+    gBASE_DATE = first;
+    fillChoices(cmbCOND, plantings, true);
     for (int i = 0; i < 5; ++i)
         chkCOND[i]->setChecked(o.on[i]);
-    DispCal();
+    paintMonth(geo, std::move(cells), o);
     mReady = true;
-}
-
-void frmDairyCal::SetCmb(int index)
-{
-    if (index == 0)
-        fillChoices(cmbCOND, DiaryLists::plantingsOfMonth(gFMR_ID, gBASE_DATE.date()), true);
 }
 
 void frmDairyCal::DispCal()
 {
     const QDate first = gBASE_DATE.date();
-    lblYM->setText(first.toString(QStringLiteral("yyyy年M月")));
     const CalMonth::Options o = CalMonth::loadOptions();
-    mGeo = CalMonth::geometry(first, mCanvas->width() * TwipsPerPixel, mCanvas->height() * TwipsPerPixel);
+    const CalMonth::Geometry geo = geometryFor(first);
     const Value plant = cmbCOND->currentIndex() > 0 ? currentItemData(cmbCOND) : Value(0);
-    mCells = CalMonth::collect(mGeo, first, QDate::currentDate(), gFMR_ID, o, plant);
+    paintMonth(geo, CalMonth::collect(geo, first, QDate::currentDate(), gFMR_ID, o, plant), o);
+}
+
+CalMonth::Geometry frmDairyCal::geometryFor(const QDate &first) const
+{
+    return CalMonth::geometry(first, mCanvas->width() * TwipsPerPixel, mCanvas->height() * TwipsPerPixel);
+}
+
+void frmDairyCal::paintMonth(const CalMonth::Geometry &geo, QVector<CalMonth::Cell> cells, const CalMonth::Options &o)
+{
+    mGeo = geo;
+    mCells = std::move(cells);
+    lblYM->setText(gBASE_DATE.date().toString(QStringLiteral("yyyy年M月")));
     QPixmap pix(mCanvas->size());
     QPainter p(&pix);
     p.setFont(font());

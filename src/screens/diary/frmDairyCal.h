@@ -35,9 +35,10 @@ class frmDairyCal : public Form {
 public:
     explicit frmDairyCal(QWidget *parent = nullptr);
 
+    // Reads and shows the month of gBASE_DATE.
     void DispData();
+    // Draws the grid again for the chosen planting and marks.
     void DispCal();
-    void SetCmb(int index);
 
     // What the grid shows now (for tests and the day click).
     const CalMonth::Geometry &geometry() const { return mGeo; }
@@ -51,6 +52,9 @@ protected:
 
 private:
     void stepMonths(int months);
+    void showMonth(const QDateTime &first);
+    CalMonth::Geometry geometryFor(const QDate &first) const;
+    void paintMonth(const CalMonth::Geometry &geo, QVector<CalMonth::Cell> cells, const CalMonth::Options &o);
     void dayClicked(QPoint pos);
 
     CalCanvas *mCanvas;

@@ -2,7 +2,9 @@
 // planting filter, the options kept at once, the day click, and the two ways
 // of use.
 
+#include "base/AppError.h"
 #include "base/Globals.h"
+#include "base/Msg.h"
 #include "rules/diary/CalMonth.h"
 #include "rules/diary/DiaryFixture.h"
 #include "screens/diary/frmDairyCal.h"
@@ -50,6 +52,18 @@ private slots:
         QCOMPARE(filter->itemText(2), QStringLiteral("露地なす"));
         QCOMPARE(filter->currentIndex(), -1);
         QCOMPARE(cal.cells().size(), 31);
+
+        // a step whose reading fails shows the error and leaves May as it was
+        setLogHook([](const QString &text) {
+            if (text.startsWith(QLatin1String("SELECT")))
+                throw AppError(2006, QStringLiteral("サーバーに接続できません。"));
+        });
+        Gui::click(cal.ctl<QPushButton>("cmdPOST(0)"));
+        setLogHook(nullptr);
+        QCOMPARE(rec.count(), 1);
+        QCOMPARE(gBASE_DATE.date(), QDate(2024, 5, 1));
+        QCOMPARE(cal.ctl<QLabel>("lblYM")->text(), QStringLiteral("2024年5月"));
+        QCOMPARE(filter->count(), 3);
 
         // a check box is kept at once
         auto *money = cal.ctl<QCheckBox>("chkCOND(2)");
