@@ -175,9 +175,8 @@ void frmChemiList::SetList()
     ListView1->addTopLevelItems(items);
     if (items.isEmpty())
         return;
-    // The lot saved last; else the first row, so that a row is at hand
-    // while the list has any.
-    ListScreen::chooseRow(ListView1, std::max(0, Chemi::rowOfChemi(mRows, gLAST_CHEMI_ID)));
+    // The lot saved last; when it is not in the list, no row is chosen.
+    ListScreen::chooseRow(ListView1, Chemi::rowOfChemi(mRows, gLAST_CHEMI_ID));
 }
 
 int frmChemiList::selectedRow() const { return ListScreen::chosenRow(ListView1); }

@@ -181,6 +181,12 @@ private slots:
         QCOMPARE(rig.list.rows().size(), 2);
         QCOMPARE(rig.list.rows()[0].NOTES.toText(), QStringLiteral("春の分"));
         QVERIFY(!rig.list.ctl<QPushButton>("cmdMENU(6)")->isEnabled());
+        // no lot saved yet matches: nothing is chosen and the buttons that act
+        // on a row open nothing
+        QCOMPARE(rig.list.selectedRow(), -1);
+        for (int button = 2; button <= 5; ++button)
+            rig.press(button);
+        QVERIFY(rig.modals.opened.isEmpty());
 
         // 検索 first gives back what no diary line uses: lot 4's stale count goes
         rig.find();
