@@ -9,7 +9,9 @@
 #include "ui/Skeletons.h"
 
 #include <QApplication>
+#include <QHeaderView>
 #include <QLabel>
+#include <QScrollBar>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -66,6 +68,8 @@ frmShipList::frmShipList(QWidget *parent) : Form(QStringLiteral("frmShipList"), 
     cmdMENU = array<QPushButton>(QStringLiteral("cmdMENU"), 7);
     List1 = ctl<QListWidget>(QStringLiteral("List1"));
     ListView1 = ctl<QTreeWidget>(QStringLiteral("ListView1"));
+    connect(ListView1->header(), &QHeaderView::sectionResized, this, [this] { alignTotals(); });
+    connect(ListView1->horizontalScrollBar(), &QScrollBar::valueChanged, this, [this] { alignTotals(); });
     ctl<QLabel>(QStringLiteral("lblCAP(3)"))->setAlignment(Qt::AlignLeft | Qt::AlignBottom);
     for (QLabel *l : lblSUM)
         l->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -90,6 +94,13 @@ frmShipList::frmShipList(QWidget *parent) : Form(QStringLiteral("frmShipList"), 
     ListScreen::wireButtons(this, cmdMENU, [this](Mode mode, bool withRow) { openInput(mode, withRow); });
 }
 
+frmShipList::~frmShipList()
+{
+    // The list outlives the totals while the screen's children go.
+    ListView1->header()->disconnect(this);
+    ListView1->horizontalScrollBar()->disconnect(this);
+}
+
 void frmShipList::onLoad()
 {
     SetDefSize();
@@ -112,15 +123,32 @@ void frmShipList::InitForm()
     txtCOND[2]->setText(base.addMonths(1).addDays(-1).toString(QStringLiteral("yyyy/MM/dd")));
     Option1[3]->setChecked(true);
     InitList();
+    alignTotals();
 }
 
 void frmShipList::InitList()
 {
     ListView1->clear();
+    // The columns keep their widths, the last one too, so that the totals
+    // below can stand under them.
+    ListView1->header()->setStretchLastSection(false);
     const int widths[8] = {600, 800, 1000, 1000, 1000, 1000, 1300, 1000};
     for (int i = 0; i < 8; ++i) {
         ListView1->setColumnWidth(i, int(widths[i] * rateX() / TwipsPerPixel));
         ListView1->headerItem()->setTextAlignment(i, (i >= 2 ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+    }
+}
+
+void frmShipList::alignTotals()
+{
+    // Each total stands under the column it adds up (出荷数 to 手数料),
+    // wherever the columns are sized or scrolled to.
+    const QHeaderView *head = ListView1->header();
+    for (int i = 0; i < lblSUM.size(); ++i) {
+        const int column = i + 3;
+        const QPoint left = ListView1->viewport()->mapTo(lblSUM[i]->parentWidget(),
+                                                          QPoint(head->sectionViewportPosition(column), 0));
+        lblSUM[i]->setGeometry(left.x(), lblSUM[i]->y(), head->sectionSize(column), lblSUM[i]->height());
     }
 }
 

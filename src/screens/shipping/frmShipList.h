@@ -17,6 +17,7 @@ class frmShipList : public Form {
     Q_OBJECT
 public:
     explicit frmShipList(QWidget *parent = nullptr);
+    ~frmShipList() override;
 
     void InitForm();
     void InitList();
@@ -29,6 +30,7 @@ protected:
 
 private:
     void openInput(Mode mode, bool needsRow);
+    void alignTotals();
     // The filters and the plantings' list as they stand.
     Ship::ListFilter filter() const;
 

@@ -46,6 +46,13 @@ private slots:
         auto *plants = list->ctl<QListWidget>("List1");
         QCOMPARE(plants->count(), 3); // the empty entry and two plantings
         QCOMPARE(list->ctl<QLabel>("lblSUM(0)")->text(), QStringLiteral("0"));
+        // each total stands under its column, 出荷数 to 手数料
+        auto *view = list->ctl<QTreeWidget>("ListView1");
+        for (int i = 0; i < 5; ++i) {
+            auto *sum = list->ctl<QLabel>(QStringLiteral("lblSUM(%1)").arg(i));
+            const int centre = view->viewport()->mapFromGlobal(sum->mapToGlobal(sum->rect().center())).x();
+            QCOMPARE(view->columnAt(centre), i + 3);
+        }
 
         // a new shipment entered at dispatch
         modals.on("frmShipInput", [](Form &f) {
