@@ -319,9 +319,9 @@ bool EntryConventions::eventFilter(QObject *watched, QEvent *event)
     if (auto *view = qobject_cast<QAbstractItemView *>(watched)) {
         if (auto *combo = qobject_cast<QComboBox *>(view->property("ownerCombo").value<QObject *>())) {
             if (isEnter(event))
-                QTimer::singleShot(0, combo, [combo] {
+                QTimer::singleShot(0, combo, [this, combo] {
                     if (combo->hasFocus())
-                        sendTab(combo);
+                        moveOn(combo);
                 });
             return false;
         }
@@ -339,7 +339,7 @@ bool EntryConventions::eventFilter(QObject *watched, QEvent *event)
             if (auto *b = qobject_cast<QPushButton *>(w)) {
                 b->click();
             } else {
-                sendTab(w);
+                moveOn(w);
             }
             return true;
         }
@@ -400,6 +400,8 @@ void EntryConventions::onFocusIn(QWidget *w)
 
 void EntryConventions::onFocusOut(QWidget *w)
 {
+    if (w == mCheckedBeforeMove)
+        return;
     if (!mChecks.contains(w)) {
         emit fieldLeft(w);
         return;
@@ -424,6 +426,25 @@ void EntryConventions::runPendingChecks()
             return;
         }
     }
+}
+
+void EntryConventions::moveOn(QWidget *w)
+{
+    // The check of the field runs before the move, so that what it opens
+    // (the sub-account list of an account just chosen) is where the move
+    // lands. A check that fails keeps the focus; one that moved the focus
+    // itself has made the move.
+    if (mChecks.contains(w)) {
+        runPendingChecks();
+        if (!runLeaveCheck(w))
+            return;
+        QWidget *focus = QApplication::focusWidget();
+        if (focus != w && !(focus && w->isAncestorOf(focus)))
+            return;
+    }
+    mCheckedBeforeMove = w;
+    sendTab(w);
+    mCheckedBeforeMove = nullptr;
 }
 
 bool EntryConventions::runLeaveCheck(QWidget *w)

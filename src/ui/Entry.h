@@ -69,6 +69,8 @@ private:
     void onFocusOut(QWidget *w);
     bool runLeaveCheck(QWidget *w);
     void runPendingChecks();
+    // Enter: the field's check first, then the move.
+    void moveOn(QWidget *w);
     void showMonthView(QLineEdit *field, int index);
     void hideMonthView();
     void onMonthViewClicked(const QDate &date);
@@ -79,6 +81,7 @@ private:
     QHash<QWidget *, int> mDateFields;
     QList<QPointer<QWidget>> mPending; // left, checks not run yet, in order
     QPointer<QWidget> mFailed;    // check failed, focus given back
+    QWidget *mCheckedBeforeMove = nullptr; // its check ran for the move under way
     bool mRestoring = false;
     bool mSeenFocus = false;
     QPointer<QWidget> mEntered; // the control the focus last entered
