@@ -231,6 +231,63 @@ void selectItemData(QListWidget *list, const Value &value)
     list->setCurrentRow(-1);
 }
 
+namespace {
+
+// Eats what would open or change a locked drop-down; its text stays as
+// readable as a locked text box's.
+class ComboLock : public QObject {
+public:
+    using QObject::QObject;
+    bool eventFilter(QObject *, QEvent *e) override
+    {
+        switch (e->type()) {
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonRelease:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::Wheel:
+        case QEvent::KeyPress:
+        case QEvent::KeyRelease:
+        case QEvent::ContextMenu: return true;
+        default: return false;
+        }
+    }
+};
+
+QObject *comboLock()
+{
+    static QPointer<ComboLock> lock;
+    if (!lock)
+        lock = new ComboLock(qApp);
+    return lock;
+}
+
+} // namespace
+
+void setComboLocked(QComboBox *combo, bool locked)
+{
+    combo->setProperty("locked", locked);
+    QWidget *parts[] = {combo, combo->lineEdit()};
+    for (QWidget *w : parts) {
+        if (!w)
+            continue;
+        if (locked)
+            w->installEventFilter(comboLock());
+        else
+            w->removeEventFilter(comboLock());
+    }
+    if (combo->lineEdit())
+        combo->lineEdit()->setReadOnly(locked);
+    if (locked) {
+        combo->setEnabled(true);
+        QPalette p = combo->palette();
+        p.setColor(QPalette::Base, p.color(QPalette::Window));
+        p.setColor(QPalette::Button, p.color(QPalette::Window));
+        combo->setPalette(p);
+    } else {
+        combo->setPalette(QPalette());
+    }
+}
+
 void lockRecordFields(Form *form)
 {
     for (QWidget *w : form->controls()) {
@@ -245,8 +302,10 @@ void lockRecordFields(Form *form)
             QPalette p = e->palette();
             p.setColor(QPalette::Base, e->palette().color(QPalette::Window));
             e->setPalette(p);
+        } else if (auto *c = qobject_cast<QComboBox *>(w)) {
+            setComboLocked(c, true);
         } else {
-            w->setEnabled(false);
+            w->setEnabled(false); // check boxes
         }
     }
 }

@@ -134,5 +134,9 @@ Value itemData(const QListWidget *list, int row);
 void selectItemData(QListWidget *list, const Value &value);
 
 // Modes 3 and 4: every control whose name begins with "txt", "cmb" or "Che"
-// leaves the tab order and is locked, taking the locked background.
+// leaves the tab order; text boxes and drop-downs are locked on the screen's
+// background, check boxes disabled.
 void lockRecordFields(Form *form);
+// A locked drop-down keeps its text readable on the locked background and
+// neither opens nor changes; unlocking gives it back.
+void setComboLocked(QComboBox *combo, bool locked);

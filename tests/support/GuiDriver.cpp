@@ -96,6 +96,22 @@ void enter(QWidget *w)
     settle();
 }
 
+bool isLocked(QComboBox *combo)
+{
+    closePopups();
+    const int before = combo->currentIndex();
+    const QString text = combo->currentText();
+    QTest::mouseClick(combo, Qt::LeftButton);
+    QTest::keyClick(combo, Qt::Key_Down);
+    settle();
+    const bool opened = combo->view()->isVisible();
+    closePopups();
+    const QPalette p = combo->palette();
+    return combo->isEnabled() && combo->focusPolicy() == Qt::NoFocus && !opened &&
+           combo->currentIndex() == before && combo->currentText() == text &&
+           p.color(QPalette::Base) == p.color(QPalette::Window);
+}
+
 void click(QAbstractButton *button)
 {
     closePopups();

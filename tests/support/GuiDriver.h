@@ -51,6 +51,10 @@ void enter(QWidget *w);
 void click(QAbstractButton *button);
 // Chooses an entry of a drop-down list as a user would (opens, picks, closes).
 void choose(QComboBox *combo, int index);
+// A locked drop-down as the farmer meets it: enabled and readable on the
+// locked background, out of the tab order, and neither a click nor a key
+// opens or changes it.
+bool isLocked(QComboBox *combo);
 
 // Scripts for the modal screens that open while the test runs. A screen with
 // no script is recorded and closed at once.

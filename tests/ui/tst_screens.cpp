@@ -296,7 +296,7 @@ private slots:
         lockRecordFields(&f);
         QVERIFY(f.txt[0]->isReadOnly());
         QCOMPARE(f.txt[0]->focusPolicy(), Qt::NoFocus);
-        QVERIFY(!f.combo->isEnabled());
+        QVERIFY(Gui::isLocked(f.combo));
         QVERIFY(!f.ctl<QCheckBox>("Check1")->isEnabled());
         QVERIFY(f.ctl<QPushButton>("cmdMENU(0)")->isEnabled());
     }

@@ -193,8 +193,9 @@ void frmLedgeInput::accountKind(int side)
         if (kind != 0)
             SetCmbOpt(3 + side);
     }
-    // A locked slip keeps its lists locked.
-    list->setEnabled(kind != 0 && !list->property("locked").toBool());
+    // A locked slip keeps its lists locked, and readable.
+    if (!list->property("locked").toBool())
+        list->setEnabled(kind != 0);
 }
 
 void frmLedgeInput::SetMode()

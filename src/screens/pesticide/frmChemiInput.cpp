@@ -226,9 +226,8 @@ void frmChemiInput::SetMode()
     const Qt::FocusPolicy cropFocus = cmbINFO->focusPolicy();
     EntryScreen::setMode(this, cmdMENU[0], cmdMENU[1], mMode);
     if (mMode == Mode::View || mMode == Mode::Delete) {
-        cmbINFO->setEnabled(true);
+        setComboLocked(cmbINFO, false);
         cmbINFO->setFocusPolicy(cropFocus);
-        cmbINFO->setProperty("locked", false);
         for (QRadioButton *o : Option1)
             o->setEnabled(false);
     }

@@ -558,7 +558,7 @@ private slots:
             QCOMPARE(btn(f, 0)->text(), QStringLiteral("閉じる"));
             QVERIFY(!btn(f, 1)->isVisible());
             QVERIFY(txt(f, 1)->isReadOnly());
-            QVERIFY(!cmb(f, 1)->isEnabled());
+            QVERIFY(Gui::isLocked(cmb(f, 1)));
             Gui::focus(txt(f, 0));
             QVERIFY(!f.ctl<QCalendarWidget>("MonthView1")->isVisible());
             Gui::click(btn(f, 0));
@@ -579,7 +579,7 @@ private slots:
             QVERIFY(txt(f, 4)->isReadOnly());
             // the sub-account of a locked slip stays locked
             QCOMPARE(cmb(f, 3)->currentText(), QStringLiteral("春トマト"));
-            QVERIFY(!cmb(f, 3)->isEnabled());
+            QVERIFY(Gui::isLocked(cmb(f, 3)));
             QCOMPARE(slipCount(QStringLiteral("FMR_ID=1 AND LEDGE_ID=3")), 1);
             Gui::click(btn(f, 1));
         });

@@ -533,7 +533,7 @@ private slots:
             QVERIFY(!btn(f, 1)->isVisible());
             QVERIFY(txt(f, 1)->isReadOnly());
             QCOMPARE(txt(f, 1)->focusPolicy(), Qt::NoFocus);
-            QVERIFY(!cmb(f, 0)->isEnabled());
+            QVERIFY(Gui::isLocked(cmb(f, 0)));
             QVERIFY(!f.ctl<QRadioButton>("Option1(0)")->isEnabled());
             QVERIFY(!f.ctl<QCheckBox>("Check1")->isEnabled());
             auto *crop = f.ctl<QComboBox>("cmbINFO");

@@ -390,7 +390,7 @@ private slots:
             QVERIFY(!btn(f, 2)->isVisible());
             QVERIFY(txt(f, 8)->isReadOnly());
             QCOMPARE(txt(f, 8)->focusPolicy(), Qt::NoFocus);
-            QVERIFY(!cmb(f, 2)->isEnabled());
+            QVERIFY(Gui::isLocked(cmb(f, 2)));
             QVERIFY(!qobject_cast<QLineEdit *>(QApplication::focusWidget()));
             Gui::click(btn(f, 0));
             QVERIFY(!f.isVisible());
