@@ -340,6 +340,16 @@ void EntryConventions::attach(QWidget *control)
             for (QWidget *child : cal->findChildren<QWidget *>())
                 child->setFocusPolicy(Qt::NoFocus);
             connect(cal, &QCalendarWidget::clicked, this, &EntryConventions::onMonthViewClicked);
+            // It closes whenever another control of the screen takes the
+            // focus: a field, a button, a list.
+            connect(qApp, &QApplication::focusChanged, this, [this, cal](QWidget *, QWidget *now) {
+                if (!now || !cal->isVisible() || now->window() != mForm || now == cal || cal->isAncestorOf(now))
+                    return;
+                const auto owner = mDateFields.constFind(qobject_cast<QLineEdit *>(now));
+                if (owner != mDateFields.constEnd() && owner.value() == cal->property("tag").toInt())
+                    return;
+                cal->hide();
+            });
         }
     }
 }

@@ -226,6 +226,12 @@ private slots:
         QCOMPARE(cells->selectionModel()->selectedIndexes().first().data().toInt(), QDate::currentDate().day());
         Gui::focus(f.txt[0]);
         QVERIFY(!cal->isVisible());
+        // any other control that takes the focus closes it: a button too
+        Gui::focus(f.txt[1]);
+        QVERIFY(cal->isVisible());
+        f.ctl<QPushButton>("cmdMENU(0)")->setFocus(Qt::TabFocusReason);
+        Gui::settle();
+        QVERIFY(!cal->isVisible());
         Gui::focus(f.txt[1]);
         QVERIFY(cal->isVisible());
         QCOMPARE(cal->property("tag").toInt(), 1);
