@@ -171,6 +171,12 @@ private slots:
         QVERIFY2(rec.messages.isEmpty(), qPrintable(rec.lastPrompt()));
         QVERIFY(f.ctl<QGroupBox>("Frame2")->isVisible());
         QCOMPARE(f.ctl<QComboBox>("cmbDATA(3)")->count() > 0, purposes);
+        // the blank entry is no lot: no purposes, and no message
+        auto *lotBox = f.ctl<QComboBox>("cmbDATA(2)");
+        Gui::choose(lotBox, 0);
+        Gui::leave(lotBox);
+        QVERIFY2(rec.messages.isEmpty(), qPrintable(rec.lastPrompt()));
+        QCOMPARE(f.ctl<QComboBox>("cmbDATA(3)")->count(), 0);
     }
 
     void closingDropsWhatWasntSaved()
