@@ -240,6 +240,11 @@ Refusal check(ChemiRow &r, Mode mode)
     computeRest(r);
     if (textOf(r.CHEMI_NM).isEmpty())
         return {QStringLiteral("名称は必須入力です。"), NameBox};
+    // A purchase that makes a slip must say what it was paid from: a slip
+    // with one side only would leave the books out of balance.
+    const bool slip = hasValue(r.PUR_DATE) && amountOf(r.PUR_AMT) != Currency();
+    if (slip && !isNumber(r.ACC_ID, Acc::Cash) && !isNumber(r.ACC_ID, Acc::Payable))
+        return {QStringLiteral("支払方法（現金または買掛）を選択してください。"), -1};
     return {};
 }
 

@@ -286,6 +286,16 @@ private slots:
         r.PUR_QTY = Value::null();
         QVERIFY(Chemi::check(r, Mode::Change).ok());
         QCOMPARE(fields(r, "REST_QTY"), QStringLiteral("-"));
+        // a purchase that makes a slip names the account it is paid from
+        r.PUR_DATE = Value(DateUtil::make(2024, 4, 3));
+        r.PUR_AMT = Value(Currency::fromInt(1200));
+        no = Chemi::check(r, Mode::Add);
+        QCOMPARE(no.message, QStringLiteral("支払方法（現金または買掛）を選択してください。"));
+        r.ACC_ID = Value(Acc::Payable);
+        QVERIFY(Chemi::check(r, Mode::Add).ok());
+        r.ACC_ID = Value();
+        r.PUR_AMT = Value();
+        QVERIFY(Chemi::check(r, Mode::Add).ok()); // no amount, no slip
         // deleting looks at the diary, not at the name: the first day a lot was used
         r = ChemiRow();
         r.FMR_ID = Value(1);
