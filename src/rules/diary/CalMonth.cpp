@@ -33,6 +33,37 @@ QColor columnColour(int col)
     return Qt::black;
 }
 
+// Where the top of a Japanese character stands below the top of its line,
+// as a part of the font size: the line's own leading is left out.
+constexpr double kEmTop = 0.88;
+// The weekday letters' size, as a part of the header's height: room for the
+// shadow and clear of the line below.
+constexpr double kHeaderLetter = 0.7;
+
+// The text broken into lines of the width, a character at a time; when it
+// needs more than the lines, the last one ends in "…".
+QStringList fitLines(const QString &text, const QFontMetricsF &fm, double width, int maxLines)
+{
+    QStringList lines;
+    QString current;
+    int i = 0;
+    while (i < text.size()) {
+        const int n = text[i].isHighSurrogate() && i + 1 < text.size() ? 2 : 1;
+        const QString ch = text.mid(i, n);
+        if (!current.isEmpty() && fm.horizontalAdvance(current + ch) > width) {
+            if (lines.size() + 1 == maxLines)
+                return lines << fm.elidedText(current + text.mid(i), Qt::ElideRight, width);
+            lines << current;
+            current.clear();
+        }
+        current += ch;
+        i += n;
+    }
+    if (!current.isEmpty())
+        lines << current;
+    return lines;
+}
+
 QFont pointFont(const QFont &base, double points)
 {
     QFont f = base;
@@ -166,24 +197,17 @@ void paint(QPainter &p, const Geometry &g, const QVector<Cell> &cells, const Opt
                 Pictures::drawWeather(p, QRectF(px(x), px(y), px(s), px(s)), w);
         }
         if (c.hasRow && !c.oneMsg.isNull()) {
-            // The line of the day, character by character, at most two lines.
+            // The line of the day in the lower half, at most two lines of
+            // the mark size; what does not fit ends in "…", and nothing
+            // is drawn outside the cell.
+            p.save();
+            p.setClipRect(QRectF(px(x), px(y), px(g.cellW), px(g.cellH)));
             p.setFont(pointFont(base, s / 20));
             p.setPen(Qt::black);
-            const QFontMetricsF fm(p.font());
-            const QString text = c.oneMsg.toText();
-            int line = 0;
-            QString current;
-            double lineTop = y + g.cellH / 2.0;
-            for (const QChar ch : text) {
-                if (px(x) + fm.horizontalAdvance(current + ch) > px(x + g.cellW)) {
-                    if (++line >= 2)
-                        break;
-                    current.clear();
-                    lineTop = y + g.cellH / 2.0 + s;
-                }
-                p.drawText(QPointF(px(x) + fm.horizontalAdvance(current), px(lineTop) + fm.ascent()), QString(ch));
-                current += ch;
-            }
+            const QStringList lines = fitLines(c.oneMsg.toText(), QFontMetricsF(p.font()), px(g.cellW), 2);
+            for (int i = 0; i < lines.size(); ++i)
+                p.drawText(QPointF(px(x), px(y + g.cellH / 2.0 + i * s) + kEmTop * px(s)), lines[i]);
+            p.restore();
         }
         if (c.money && options.on[2])
             Pictures::drawMark(p, QRectF(px(x), px(y + s), px(s), px(s)), 1);
@@ -201,14 +225,16 @@ void paint(QPainter &p, const Geometry &g, const QVector<Cell> &cells, const Opt
         p.drawText(QPointF(px(x) + (px(g.cellW) - fm.horizontalAdvance(num)) / 2, px(y) + fm.capHeight() * 1.15),
                    num);
     }
-    // the header: weekday letters with a white shadow, and the column lines
+    // the header: weekday letters with a white shadow, and the column lines;
+    // the letters keep clear of the line below them
     const QString letters = QStringLiteral("日月火水木金土");
-    p.setFont(pointFont(base, g.headerH / 20.0));
+    const double em = g.headerH * kHeaderLetter;
+    p.setFont(pointFont(base, em / 20.0));
     const QFontMetricsF fm(p.font());
     for (int col = 0; col < 7; ++col) {
         const QString l = letters.mid(col, 1);
         const double lx = px(col * g.cellW) + (px(g.cellW) - fm.horizontalAdvance(l)) / 2;
-        const double ly = (px(g.headerH) - fm.height()) / 2 + fm.ascent();
+        const double ly = px(g.headerH - em - 20) / 2 + kEmTop * px(em);
         p.setPen(Qt::white);
         p.drawText(QPointF(lx + px(20), ly + px(20)), l);
         p.setPen(columnColour(col));

@@ -7,6 +7,7 @@
 #include "support/RulesTest.h"
 
 #include <QImage>
+#include <cmath>
 #include <QPainter>
 #include <QtTest/QTest>
 
@@ -159,6 +160,61 @@ private slots:
         QVERIFY(count(5, QColor(255, 0, 0), 0.0, 0.5) > 0);
         QVERIFY(count(4, QColor(0, 0, 255), 0.0, 0.5) > 0);
         QCOMPARE(count(6, QColor(255, 0, 0), 0.0, 0.5), 0);
+    }
+
+    // A long line of the day stays inside its own cell (at the design size
+    // and maximised, the last row too), and the weekday letters keep clear
+    // of the header's line: checked pixel by pixel.
+    void textStaysInItsCell_data()
+    {
+        QTest::addColumn<QSize>("canvas");
+        QTest::newRow("design") << QSize(800, 500);
+        QTest::newRow("maximised") << QSize(1900, 950);
+        QTest::newRow("small") << QSize(420, 260);
+    }
+    void textStaysInItsCell()
+    {
+        QFETCH(QSize, canvas);
+        TestRoot root;
+        const QDate june(2024, 6, 1); // six rows: the 30th alone on the last
+        const CalMonth::Geometry g = CalMonth::geometry(june, canvas.width() * 15, canvas.height() * 15);
+        CalMonth::Options none;
+        QVector<CalMonth::Cell> plain = CalMonth::collect(g, june, QDate(2000, 1, 1), Value(1), none, Value(0));
+        QVector<CalMonth::Cell> written = plain;
+        for (CalMonth::Cell &c : written) {
+            c.hasRow = true;
+            c.oneMsg = Value(QStringLiteral("朝から雨のため、ハウス内でトマトの誘引と芽かきを行い、午後は出荷の準備😀をした"));
+        }
+        auto draw = [&](const QVector<CalMonth::Cell> &cells) {
+            QImage img(canvas, QImage::Format_RGB32);
+            QPainter p(&img);
+            p.setFont(QFont(QStringLiteral("Noto Sans CJK JP"), 9));
+            CalMonth::paint(p, g, cells, none);
+            return img;
+        };
+        const QImage with = draw(written), without = draw(plain);
+        int inside = 0;
+        for (int y = 0; y < canvas.height(); ++y)
+            for (int x = 0; x < canvas.width(); ++x) {
+                if (with.pixel(x, y) == without.pixel(x, y))
+                    continue;
+                const int day = CalMonth::dayAt(g, x * 15, y * 15);
+                QVERIFY2(day > 0, qPrintable(QStringLiteral("text at %1,%2 outside the cells").arg(x).arg(y)));
+                const CalMonth::Cell &c = cellOf(written, day);
+                // in the lower half of its own cell
+                QVERIFY2(y * 15 >= c.y + g.cellH / 2 - 15 && y * 15 < c.y + g.cellH,
+                         qPrintable(QStringLiteral("day %1: text at %2,%3").arg(day).arg(x).arg(y)));
+                ++inside;
+            }
+        QVERIFY(inside > 0);
+        // the header's letters: nothing but paper on the row above its line
+        const int lineY = g.headerH / 15;
+        for (int x = 0; x < canvas.width(); ++x) {
+            const double fromLine = std::fmod(x * 15.0, g.cellW) / 15.0;
+            const bool columnLine = fromLine < 1.5 || fromLine > g.cellW / 15.0 - 1.5;
+            if (!columnLine)
+                QVERIFY2(without.pixel(x, lineY - 1) == without.pixel(2, lineY - 1), qPrintable(QString::number(x)));
+        }
     }
 };
 
