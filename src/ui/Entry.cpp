@@ -4,6 +4,8 @@
 #include "base/Globals.h"
 #include "base/Msg.h"
 
+#include <algorithm>
+
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QApplication>
@@ -58,29 +60,44 @@ void sendTab(QWidget *from)
     QApplication::sendEvent(window, &tab);
 }
 
-void FmtDateText(QLineEdit *field)
+namespace {
+
+bool allDigits(const QString &t)
+{
+    return std::all_of(t.begin(), t.end(), [](QChar c) { return c.isDigit(); });
+}
+
+// A slash typed right after the one that was added for it is absorbed, so
+// that a date typed with or without its slashes comes out the same.
+bool absorbSlash(QLineEdit *field)
 {
     const QString t = field->text();
-    bool fourDigits = t.size() == 4;
-    for (const QChar c : t)
-        if (!c.isDigit())
-            fourDigits = false;
-    if (fourDigits) {
+    if (!t.endsWith(QLatin1String("//")))
+        return false;
+    field->setText(t.chopped(1));
+    return true;
+}
+
+} // namespace
+
+void FmtDateText(QLineEdit *field)
+{
+    if (absorbSlash(field))
+        return;
+    const QString t = field->text();
+    // "yyyy" and "yyyy/mm" take their slash as they are typed
+    if ((t.size() == 4 && allDigits(t)) || (t.size() == 7 && allDigits(t.left(4)) && t[4] == QLatin1Char('/') &&
+                                             allDigits(t.mid(5))))
         field->setText(t + QLatin1Char('/'));
-    } else if (t.size() == 7 && t.indexOf(QLatin1Char('/')) == 4) {
-        field->setText(t + QLatin1Char('/'));
-    }
     field->setCursorPosition(field->text().size());
 }
 
 void FmtYmText(QLineEdit *field)
 {
+    if (absorbSlash(field))
+        return;
     const QString t = field->text();
-    bool fourDigits = t.size() == 4;
-    for (const QChar c : t)
-        if (!c.isDigit())
-            fourDigits = false;
-    if (fourDigits)
+    if (t.size() == 4 && allDigits(t))
         field->setText(t + QLatin1Char('/'));
     field->setCursorPosition(field->text().size());
 }

@@ -199,6 +199,10 @@ private slots:
         QTest::newRow("year and month") << "202401" << "2024/01/";
         QTest::newRow("one-digit month stays") << "20241" << "2024/1";
         QTest::newRow("whole date") << "20240105" << "2024/01/05";
+        // a slash typed where one was just added is absorbed
+        QTest::newRow("with slashes") << "2026/11/30" << "2026/11/30";
+        QTest::newRow("short month with slashes") << "2026/1/5" << "2026/1/5";
+        QTest::newRow("year and slash") << "2026/" << "2026/";
     }
     void datesCompleteAsTyped()
     {
