@@ -140,9 +140,8 @@ void frmPlantList::SetList()
     ListView1->addTopLevelItems(items);
     if (items.isEmpty())
         return;
-    // The planting saved last; else the first row, so that a row is always
-    // at hand while the list has any.
-    ListScreen::chooseRow(ListView1, std::max(0, Plant::rowOfPlant(gLAST_PLANT_ID)));
+    // The planting saved last; when it is not in the list, no row is chosen.
+    ListScreen::chooseRow(ListView1, Plant::rowOfPlant(gLAST_PLANT_ID));
 }
 
 void frmPlantList::openEntry(Mode mode, bool needsRow)

@@ -150,6 +150,11 @@ private slots:
         QVERIFY(gPLANT_ROWS[2].IMG_PATH1.isEmpty()); // the image paths are not read
         QCOMPARE(gPLANT_ROWS[2].NOTES1.toText(), QStringLiteral("ハウス２棟"));
         QVERIFY(!rig.list.ctl<QPushButton>("cmdMENU(6)")->isEnabled());
+        // no planting saved yet matches: no row is chosen, the row buttons wait
+        QVERIFY(rig.view->selectedItems().isEmpty());
+        for (int b = 2; b <= 5; ++b)
+            rig.press(b);
+        QVERIFY(rig.modals.opened.isEmpty());
 
         // an empty year lists all years
         auto *year = rig.list.ctl<QLineEdit>("txtCOND(0)");
