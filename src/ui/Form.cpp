@@ -288,10 +288,11 @@ bool Form::trap(const std::function<void()> &handler)
         handler();
         return true;
     } catch (const AppError &e) {
-        if (mTrapStyle == TrapStyle::Number)
-            ShowMsg(e.text(), Msg::Critical);
-        else
-            ShowMsg(e.description(), Msg::Exclamation);
+        switch (mTrapStyle) {
+        case TrapStyle::Number: ShowMsg(e.text(), Msg::Critical); break;
+        case TrapStyle::Description: ShowMsg(e.description(), Msg::Exclamation); break;
+        case TrapStyle::Plain: ShowMsg(e.description()); break;
+        }
     } catch (const std::exception &e) {
         ShowMsg(QString::fromUtf8(e.what()), Msg::Critical);
     }

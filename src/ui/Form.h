@@ -106,7 +106,9 @@ public:
     // Runs an event handler inside the common trap. The style of the trap:
     // "(number)description" with the stop sign, or the description alone
     // with the exclamation mark (input screens).
-    enum class TrapStyle { Number, Description };
+    // How the trap shows an error: "(number)description" with the stop sign,
+    // the description with the exclamation mark, or the description alone.
+    enum class TrapStyle { Number, Description, Plain };
     void setTrapStyle(TrapStyle s) { mTrapStyle = s; }
     bool trap(const std::function<void()> &handler);
     // Connects a button's click to a handler run inside the trap. The handler

@@ -61,6 +61,7 @@ void CalCanvas::mouseReleaseEvent(QMouseEvent *e)
 
 frmDairyCal::frmDairyCal(QWidget *parent) : Form(QStringLiteral("frmDairyCal"), 12400, 9200, parent)
 {
+    setTrapStyle(TrapStyle::Plain);
     setWindowTitle(QStringLiteral("日誌一覧"));
     setSizable(true);
     // The menu bar of the screen; its items have no action.

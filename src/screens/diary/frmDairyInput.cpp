@@ -578,6 +578,7 @@ void frmDairyInput::editSlip(Mode mode)
 {
     const int book = currentBook();
     if (mode == Mode::Add) {
+        gBOOK_ACC_ID = Value(book);
         openModal<frmDiaryLedgeInput>(Mode::Add, -1, book);
         return;
     }

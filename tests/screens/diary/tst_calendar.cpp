@@ -61,6 +61,7 @@ private slots:
         Gui::click(cal.ctl<QPushButton>("cmdPOST(0)"));
         setLogHook(nullptr);
         QCOMPARE(rec.count(), 1);
+        QCOMPARE(rec.lastPrompt(), QStringLiteral("サーバーに接続できません。")); // the description alone
         QCOMPARE(gBASE_DATE.date(), QDate(2024, 5, 1));
         QCOMPARE(cal.ctl<QLabel>("lblYM")->text(), QStringLiteral("2024年5月"));
         QCOMPARE(filter->count(), 3);
