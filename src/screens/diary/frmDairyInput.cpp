@@ -97,8 +97,8 @@ const CtlSpec kControls[] = {
     {"cmdEDIT(1)", CtlKind::Button, "修正", 1550, 6750, 1350, 550, "Frame1(1)"},
     {"cmdEDIT(2)", CtlKind::Button, "削除", 3000, 6750, 1350, 550, "Frame1(1)"},
 
-    {"cmdMENU(0)", CtlKind::Button, "閉じる", 120, 8420, 1700, 620},
     {"cmdMENU(1)", CtlKind::Button, "登録", 10580, 8420, 1700, 620},
+    {"cmdMENU(0)", CtlKind::Button, "閉じる", 120, 8420, 1700, 620},
 };
 
 // The book of each tab; the first is the work diary.

@@ -43,8 +43,8 @@ const CtlSpec kControls[] = {
     {"txtDATA(5)", CtlKind::Text, "", 1250, 5230, 2000, 420},
     {"lblAMT_CAP(1)", CtlKind::Label, "", 3500, 5250, 900, 420},
     {"txtDATA(6)", CtlKind::Text, "", 4450, 5230, 2000, 420},
-    {"cmdMENU(0)", CtlKind::Button, "ｷｬﾝｾﾙ", 300, 6300, 1800, 600},
     {"cmdMENU(1)", CtlKind::Button, "設定", 10300, 6300, 1800, 600},
+    {"cmdMENU(0)", CtlKind::Button, "ｷｬﾝｾﾙ", 300, 6300, 1800, 600},
 };
 
 // Captions by book: heading, left amount, right amount, the book side's name.

@@ -40,8 +40,8 @@ const CtlSpec kControls[] = {
     {"txtDATA(12)", CtlKind::Text, "", 1600, 400, 1300, 420, "fraFEE"},
     {"lblCAP(13)", CtlKind::Label, "３万円以上", 100, 940, 1400, 400, "fraFEE"},
     {"txtDATA(13)", CtlKind::Text, "", 1600, 920, 1300, 420, "fraFEE"},
-    {"Command1(0)", CtlKind::Button, "閉じる", 300, 6500, 1800, 600},
     {"Command1(1)", CtlKind::Button, "登録", 7500, 6500, 1800, 600},
+    {"Command1(0)", CtlKind::Button, "閉じる", 300, 6500, 1800, 600},
 };
 
 // length, input mode

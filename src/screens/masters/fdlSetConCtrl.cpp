@@ -41,8 +41,8 @@ const CtlSpec kControls[] = {
     {"Text1(10)", CtlKind::Password, "", 1750, 2960, 3000, 420, "fraMST"},
     {"Label1(11)", CtlKind::Label, "MDBﾊﾟｽﾜｰﾄﾞ", 120, 3620, 1500, 400, "fraMST"},
     {"Text1(11)", CtlKind::Password, "", 1750, 3600, 3000, 420, "fraMST"},
-    {"Command1(0)", CtlKind::Button, "ｷｬﾝｾﾙ", 300, 5500, 1800, 600},
     {"Command1(1)", CtlKind::Button, "登録", 8700, 5500, 1800, 600},
+    {"Command1(0)", CtlKind::Button, "ｷｬﾝｾﾙ", 300, 5500, 1800, 600},
 };
 
 // control, key

@@ -24,8 +24,8 @@ const CtlSpec kControls[] = {
     {"txtDATA(2)", CtlKind::Text, "", 2950, 3630, 4600, 420},
     {"Command1(2)", CtlKind::Button, "参照...", 7650, 3610, 1350, 460},
     {"Check1", CtlKind::Check, "画面を最大化して表示する", 2950, 4400, 5000, 420},
-    {"Command1(0)", CtlKind::Button, "ｷｬﾝｾﾙ", 600, 6100, 1800, 600},
     {"Command1(1)", CtlKind::Button, "登録", 7200, 6100, 1800, 600},
+    {"Command1(0)", CtlKind::Button, "ｷｬﾝｾﾙ", 600, 6100, 1800, 600},
 };
 
 const CtlSpec kMstControls[] = {
@@ -43,8 +43,8 @@ const CtlSpec kMstControls[] = {
     {"txtDATA(12)", CtlKind::Text, "", 2350, 1720, 5600, 420, "fraFTP"},
     {"lblCAP(13)", CtlKind::Label, "ﾊﾟｽﾜｰﾄﾞ", 200, 2400, 2000, 420, "fraFTP"},
     {"txtDATA(13)", CtlKind::Password, "", 2350, 2380, 5600, 420, "fraFTP"},
-    {"Command1(0)", CtlKind::Button, "ｷｬﾝｾﾙ", 600, 6100, 1800, 600},
     {"Command1(1)", CtlKind::Button, "登録", 7200, 6100, 1800, 600},
+    {"Command1(0)", CtlKind::Button, "ｷｬﾝｾﾙ", 600, 6100, 1800, 600},
 };
 
 } // namespace

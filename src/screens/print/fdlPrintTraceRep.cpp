@@ -16,8 +16,8 @@ const CtlSpec kControls[] = {
     {"cmbCOND(0)", CtlKind::Combo, "", 1550, 1250, 4000, 420, "fraCOND"},
     {"lblCAP(2)", CtlKind::Label, "作付", 200, 1980, 1200, 420, "fraCOND"},
     {"cmbCOND(1)", CtlKind::Combo, "", 1550, 1980, 6400, 420, "fraCOND"},
-    {"Command1(0)", CtlKind::Button, "ｷｬﾝｾﾙ", 600, 6100, 1800, 600},
     {"Command1(1)", CtlKind::Button, "印刷", 7200, 6100, 1800, 600},
+    {"Command1(0)", CtlKind::Button, "ｷｬﾝｾﾙ", 600, 6100, 1800, 600},
 };
 
 } // namespace

@@ -24,8 +24,8 @@ const CtlSpec kControls[] = {
     {"cmbDATA(0)", CtlKind::Combo, "", 1560, 1260, 3900, 360},
     {"lblCAP(5)", CtlKind::Label, "給紙", 240, 1740, 1200, 360},
     {"cmbDATA(1)", CtlKind::Combo, "", 1560, 1740, 2000, 360},
-    {"Command1(0)", CtlKind::Button, "ｷｬﾝｾﾙ", 240, 2640, 1400, 480},
     {"Command1(1)", CtlKind::Button, "設定", 4060, 2640, 1400, 480},
+    {"Command1(0)", CtlKind::Button, "ｷｬﾝｾﾙ", 240, 2640, 1400, 480},
 };
 
 // The paper bins: the code is what S_REP keeps and the printer is given.

@@ -23,8 +23,8 @@ const CtlSpec kControls[] = {
     {"txtDATA(1)", CtlKind::Text, "", 4100, 1220, 700, 360},
     {"lblCAP(2)", CtlKind::Label, "部数", 240, 1800, 1300, 360},
     {"txtDATA(2)", CtlKind::Text, "", 1660, 1800, 800, 360},
-    {"Command1(0)", CtlKind::Button, "ｷｬﾝｾﾙ", 240, 2640, 1400, 480},
     {"Command1(1)", CtlKind::Button, "印刷", 4060, 2640, 1400, 480},
+    {"Command1(0)", CtlKind::Button, "ｷｬﾝｾﾙ", 240, 2640, 1400, 480},
 };
 
 } // namespace

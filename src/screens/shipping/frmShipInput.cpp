@@ -77,8 +77,8 @@ const CtlSpec kControls[] = {
     {"lblCAP(24)", CtlKind::Label, "備考", 300, 6650, 1000, 420},
     {"txtDATA(11)", CtlKind::Text, "", 1350, 6630, 5300, 420},
     {"MonthView1", CtlKind::Calendar, "", 0, 0, 3900, 2700},
-    {"cmdMENU(0)", CtlKind::Button, "ｷｬﾝｾﾙ", 300, 8300, 1800, 620},
     {"cmdMENU(1)", CtlKind::Button, "登録", 10300, 8300, 1800, 620},
+    {"cmdMENU(0)", CtlKind::Button, "ｷｬﾝｾﾙ", 300, 8300, 1800, 620},
 };
 
 const struct {

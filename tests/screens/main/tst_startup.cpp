@@ -20,6 +20,8 @@
 #include <QPushButton>
 #include <QtTest/QTest>
 
+#include <memory>
+
 namespace {
 
 struct Ended {};
@@ -64,6 +66,36 @@ void pressButton(Form &f, const char *name) { Gui::click(f.ctl<QPushButton>(QStr
 class TestStartup : public QObject {
     Q_OBJECT
 private slots:
+    // Enter on a screen's last field goes to the next control in the tab
+    // order: that must be the confirming button, so that a further Enter
+    // saves instead of throwing the entry away.
+    void theConfirmingButtonComesBeforeTheClosingOne()
+    {
+        TestRoot root;
+        QStringList wrong;
+        for (const QString &name : screenNames()) {
+            std::unique_ptr<Form> f(createScreen(name));
+            if (!f)
+                continue;
+            int confirm = -1, closing = -1, at = 0;
+            for (QWidget *w = f->nextInFocusChain(); w != f.get(); w = w->nextInFocusChain(), ++at) {
+                auto *b = qobject_cast<QPushButton *>(w);
+                if (!b)
+                    continue;
+                const QString n = b->objectName(), t = b->text();
+                if ((n == QLatin1String("cmdMENU(1)") || n == QLatin1String("Command1(1)")) &&
+                    (t == QStringLiteral("登録") || t == QStringLiteral("設定") || t == QStringLiteral("印刷")))
+                    confirm = at;
+                if ((n == QLatin1String("cmdMENU(0)") || n == QLatin1String("Command1(0)")) &&
+                    (t == QStringLiteral("ｷｬﾝｾﾙ") || t == QStringLiteral("閉じる")))
+                    closing = at;
+            }
+            if (confirm >= 0 && closing >= 0 && closing < confirm)
+                wrong << name;
+        }
+        QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QLatin1Char(' '))));
+    }
+
     void singleUseOpensTheCalendar()
     {
         TestRoot root(TestEnv::engine(), false);
