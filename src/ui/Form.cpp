@@ -168,6 +168,14 @@ void Form::setSizable(bool sizable)
         f |= Qt::WindowMinMaxButtonsHint;
     setWindowFlags(f);
     setSizeGripEnabled(sizable);
+    // A dialog with a fixed border keeps its design size: dragging an edge
+    // can't resize it (and run its resize handler again).
+    if (sizable) {
+        setMinimumSize(0, 0);
+        setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    } else {
+        setFixedSize(designPixels());
+    }
 }
 
 void Form::buildControls(const CtlSpec *specs, int count)

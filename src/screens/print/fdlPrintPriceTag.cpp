@@ -27,21 +27,20 @@ const CtlSpec kControls[] = {
     {"lblCAP(2)", CtlKind::Label, "生産者", 150, 960, 1000, 420, "fraCOND"},
     {"cmbCOND", CtlKind::Combo, "", 1200, 960, 3650, 420, "fraCOND"},
     {"Check1", CtlKind::Check, "枠線印刷", 5300, 420, 2000, 420, "fraCOND"},
-    {"ListView1", CtlKind::ListView, "ID|品名|単価|数量", 300, 2500, 9000, 3450},
-    {"lblCAP(3)", CtlKind::Label, "ﾍﾟｰｼﾞ数", 4000, 6100, 1000, 420},
-    {"lblSUM(0)", CtlKind::Data, "", 5050, 6080, 900, 420},
-    {"lblCAP(4)", CtlKind::Label, "枚数", 6150, 6100, 800, 420},
-    {"lblSUM(1)", CtlKind::Data, "", 7000, 6080, 900, 420},
+    {"ListView1", CtlKind::ListView, "ID|品名|単価|数量", 300, 2450, 9000, 3150},
+    {"lblCAP(3)", CtlKind::Label, "ﾍﾟｰｼﾞ数", 4000, 5700, 1000, 420},
+    {"lblSUM(0)", CtlKind::Data, "", 5050, 5680, 900, 420},
+    {"lblCAP(4)", CtlKind::Label, "枚数", 6150, 5700, 800, 420},
+    {"lblSUM(1)", CtlKind::Data, "", 7000, 5680, 900, 420},
     {"MonthView1", CtlKind::Calendar, "", 0, 0, 3900, 2700},
-    {"Command1(1)", CtlKind::Button, "印刷", 7500, 6700, 1800, 600},
-    {"Command1(0)", CtlKind::Button, "ｷｬﾝｾﾙ", 300, 6700, 1800, 600},
+    {"Command1(1)", CtlKind::Button, "印刷", 7500, 6300, 1800, 600},
+    {"Command1(0)", CtlKind::Button, "ｷｬﾝｾﾙ", 300, 6300, 1800, 600},
 };
 
 } // namespace
 
-fdlPrintPriceTag::fdlPrintPriceTag(QWidget *parent) : Form(QStringLiteral("fdlPrintPriceTag"), 9600, 7650, parent)
+fdlPrintPriceTag::fdlPrintPriceTag(QWidget *parent) : Form(QStringLiteral("fdlPrintPriceTag"), 9600, 7200, parent)
 {
-    setSizable(true);
     buildControls(kControls, int(std::size(kControls)));
     txtCOND = array<QLineEdit>(QStringLiteral("txtCOND"), 2);
     cmbCOND = ctl<QComboBox>(QStringLiteral("cmbCOND"));

@@ -40,7 +40,6 @@ fdlSetMgn::fdlSetMgn(QWidget *parent) : Form(QStringLiteral("fdlSetMgn"), 5700, 
 {
     setWindowTitle(QStringLiteral("余白・給紙設定"));
     buildControls(kControls, int(std::size(kControls)));
-    setFixedSize(size());
     Text1 = array<QLineEdit>(QStringLiteral("Text1"), 2);
     cmbDATA = array<QComboBox>(QStringLiteral("cmbDATA"), 2);
     Command1 = array<QPushButton>(QStringLiteral("Command1"), 2);

@@ -33,7 +33,6 @@ fdlSetPrintCopy::fdlSetPrintCopy(QWidget *parent) : Form(QStringLiteral("fdlSetP
 {
     setWindowTitle(QStringLiteral("印刷ページ・部数設定"));
     buildControls(kControls, int(std::size(kControls)));
-    setFixedSize(size());
     Option1 = array<QRadioButton>(QStringLiteral("Option1"), 2);
     txtDATA = array<QLineEdit>(QStringLiteral("txtDATA"), 3);
     txtPAGES = ctl<QLineEdit>(QStringLiteral("txtPAGES"));
