@@ -1,11 +1,18 @@
 #include "rules/masters/Defaults.h"
 
+#include "base/AppError.h"
 #include "store/Database.h"
 #include "store/Stmt.h"
 
 namespace Defaults {
 
-qint16 useType() { return gINI->GetCtrl(QStringLiteral("USE_TYPE")).toInt(); }
+qint16 useType()
+{
+    const Value v = gINI->GetCtrl(QStringLiteral("USE_TYPE"));
+    if (!hasValue(v))
+        raiseError(VbErr::InvalidNull);
+    return v.toInt();
+}
 
 Check check(const Value &setting, const char *table, const char *criteria, Value &id)
 {

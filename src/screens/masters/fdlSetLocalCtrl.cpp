@@ -110,6 +110,12 @@ bool fdlSetLocalCtrl::SaveData()
 {
     LocalSettings::Values v;
     v.useType = Option1[0]->isChecked() ? 1 : (Option1[1]->isChecked() ? 2 : 0);
+    if (v.useType == 0) {
+        // The program can't start without a way of use.
+        ShowMsg(QStringLiteral("利用方法（シングルまたはマルチ）を選択してください。"), Msg::Exclamation);
+        Option1[0]->setFocus();
+        return false;
+    }
     v.farmer = txtDATA[0]->text();
     v.shop = txtDATA[1]->text();
     v.backupDir = txtDATA[2]->text();

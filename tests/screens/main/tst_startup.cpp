@@ -3,6 +3,7 @@
 // first screen by the way of use, and the menu.
 
 #include "ui/Form.h"
+#include "base/AppError.h"
 #include "base/Globals.h"
 #include "base/Helpers.h"
 #include "ui/Screens.h"
@@ -230,6 +231,29 @@ private slots:
         QCOMPARE(gDB->DLookup("REST_QTY", "D_CHEMI", "CHEMI_ID=1").toDouble(), 500.0);
         QCOMPARE(gDB->DLookup("USED_QTY", "D_CHEMI", "CHEMI_ID=1").toDouble(), 0.0);
         QCOMPARE(gDB->DLookup("REST_QTY", "D_CHEMI", "CHEMI_ID=2").toDouble(), 2.0);
+    }
+
+    // Nothing can start without a way of use: a missing or empty one stops.
+    void noUseTypeStopsTheStart()
+    {
+        TestRoot root(TestEnv::engine(), false);
+        for (bool deleted : {true, false}) {
+            if (deleted) {
+                root.openAll();
+                gINI->EXEC("DELETE S_CTRL.* FROM S_CTRL WHERE CTRL_CD='USE_TYPE'");
+                root.closeAll();
+            } else {
+                root.setCtrl("USE_TYPE", Value::null(), Value(4));
+            }
+            StartupRig rig;
+            try {
+                Main();
+                QFAIL("started without a way of use");
+            } catch (const AppError &e) {
+                QCOMPARE(e.number(), VbErr::InvalidNull);
+            }
+            QVERIFY(Form::openForms().isEmpty());
+        }
     }
 
     void brokenConnectionIsRepairedInItsDialog()

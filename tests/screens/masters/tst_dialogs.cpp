@@ -177,6 +177,12 @@ private slots:
         Gui::show(&f);
         QVERIFY(!f.ctl<QRadioButton>("Option1(0)")->isChecked());
         Gui::type(f.ctl<QLineEdit>("txtDATA(0)"), QStringLiteral("3"));
+        // without a way of use nothing is written: the next start could not go on
+        MsgRecorder rec;
+        Gui::click(f.ctl<QPushButton>("Command1(1)"));
+        QCOMPARE(rec.lastPrompt(), QStringLiteral("利用方法（シングルまたはマルチ）を選択してください。"));
+        QVERIFY(f.isVisible());
+        QVERIFY(gINI->DLookup("CTRL_TYPE", "S_CTRL", "CTRL_CD='USE_TYPE'").isNull());
         f.ctl<QRadioButton>("Option1(0)")->setChecked(true);
         Gui::click(f.ctl<QPushButton>("Command1(1)"));
         const char *keys[] = {"USE_TYPE", "DEF_FMR_ID", "DEF_SHOP_ID", "BACK_DIR", "WINDOW_STA"};
