@@ -409,6 +409,25 @@ bool EntryConventions::eventFilter(QObject *watched, QEvent *event)
                     if (combo->hasFocus())
                         moveOn(combo);
                 });
+            // Tab and Shift+Tab in the open list: the highlighted entry is
+            // kept, the list closes, and the move is made, so that what is
+            // typed next lands in the next field.
+            const int key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent *>(event)->key() : 0;
+            if (key == Qt::Key_Tab || key == Qt::Key_Backtab) {
+                const int row = view->currentIndex().isValid() ? view->currentIndex().row() : -1;
+                combo->hidePopup();
+                if (row >= 0 && row != combo->currentIndex()) {
+                    combo->setCurrentIndex(row);
+                    emit combo->activated(row);
+                }
+                if (key == Qt::Key_Tab) {
+                    moveOn(combo);
+                } else {
+                    QKeyEvent back(QEvent::KeyPress, Qt::Key_Backtab, Qt::ShiftModifier);
+                    QApplication::sendEvent(combo->window(), &back);
+                }
+                return true;
+            }
             return false;
         }
     }

@@ -17,6 +17,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QFileDialog>
+#include <QAbstractItemView>
 #include <QLabel>
 #include <QMenu>
 #include <QTableView>
@@ -178,6 +179,34 @@ private slots:
         save->setFocus();
         Gui::enter(save);
         QCOMPARE(f.saves, 1);
+    }
+
+    // Tab and Shift+Tab in an open list keep the highlighted entry, close the
+    // list and move on, so that what is typed next reaches the next field.
+    void tabInAnOpenListMovesOn()
+    {
+        TestRoot root;
+        TestForm f;
+        addEmptyItem(f.combo);
+        addItem(f.combo, QStringLiteral("晴れ"), Value(1));
+        addItem(f.combo, QStringLiteral("くもり"), Value(2));
+        Gui::show(&f);
+        const struct {
+            int row;
+            Qt::Key key;
+            QWidget *next;
+        } moves[] = {{2, Qt::Key_Tab, f.ctl<QCheckBox>("Check1")}, {1, Qt::Key_Backtab, f.txt[1]}};
+        for (const auto &m : moves) {
+            Gui::focus(f.combo);
+            QAbstractItemView *view = f.combo->view();
+            QVERIFY(view->isVisible()); // dropped on focus
+            view->setCurrentIndex(view->model()->index(m.row, 0));
+            QTest::keyClick(view, m.key, m.key == Qt::Key_Backtab ? Qt::ShiftModifier : Qt::NoModifier);
+            Gui::settle();
+            QVERIFY(!view->isVisible());
+            QCOMPARE(f.combo->currentIndex(), m.row);
+            QCOMPARE(QApplication::focusWidget(), m.next);
+        }
     }
 
     void wholeTextSelectedOnFocus()
