@@ -94,5 +94,5 @@ Currency CalChemiAmt(const Value &fmrId, const Value &chemiId, const Value &qty,
     }
     const double rate = GetUnitRate(purUnit, unit);
     const Currency price = purQty == 0 ? Currency() : Currency::fromDouble(purAmt.toDouble() / purQty);
-    return RoundEx(Value((price * q).toDouble() * rate), 3, 0);
+    return RoundAmount((price * q).toDouble() * rate);
 }
