@@ -183,8 +183,19 @@ private slots:
             QCOMPARE(gDB->DCount("*", "D_DIARY_DTL").toLong(), 0);
             QVERIFY(!hasValue(d.dtl[0].LEDGE_ID));
         }
-        // mended, the same day saves: its cost slip takes the next number
+        // a slip of the day's book page with an amount beyond the books
         d.dtl[0] = spraying(1, 1, Value(100), 1);
+        gLEDGE_ROWS[0][LedgeCol::AMT] = Value("1e300");
+        try {
+            d.save();
+            QFAIL("an amount beyond the books must fail");
+        } catch (const AppError &e) {
+            QCOMPARE(e.number(), VbErr::Overflow);
+        }
+        QCOMPARE(gDB->DCount("*", "D_DIARY").toLong(), 0);
+        QCOMPARE(gDB->DLookup("AMT", "D_LEDGE", "LEDGE_ID=1"), Value(Currency::fromInt(1500)));
+        // mended, the same day saves: its cost slip takes the next number
+        gLEDGE_ROWS[0][LedgeCol::AMT] = Value(1800);
         d.save();
         QCOMPARE(gDB->DLookup("AMT", "D_LEDGE", "LEDGE_ID=1"), Value(Currency::fromInt(1800)));
         QCOMPARE(d.dtl[0].LEDGE_ID, Value(2));
