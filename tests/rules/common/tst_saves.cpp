@@ -5,14 +5,10 @@
 
 #include "base/AppError.h"
 #include "base/Globals.h"
-#include "rules/books/Ledger.h"
 #include "rules/common/SaveKinds.h"
 #include "rules/diary/DiaryDay.h"
 #include "rules/diary/DiaryFixture.h"
-#include "rules/shipping/ShipData.h"
 #include "store/Database.h"
-#include "store/Stmt.h"
-#include "support/Build.h"
 #include "support/RulesTest.h"
 #include "support/SaveProbe.h"
 
@@ -126,74 +122,25 @@ private slots:
         again();
     }
 
-    void twoComputersReportTheSameShipment()
+    void aDayOnlyLookedAtElsewhereStillSaves()
     {
         TestRoot root;
         seed();
-        open(Shipment, 0)(); // dispatched: no slips yet
-        QCOMPARE(gDB->DCount("*", "D_LEDGE", "FMR_ID=1 AND LEDGE_ID>1").toLong(), 0);
-        OtherComputer b(QStringLiteral("PC-B"));
-        QCOMPARE(Ship::loadShipment(Value(1)), 1);
-        ShipRow mine = gSHIP_ROWS[0];
-        ShipRow theirs;
-        b.act([&] {
-            Ship::loadShipment(Value(1));
-            theirs = gSHIP_ROWS[0];
-            Ship::leaveBox(theirs, Ship::RtnQty, QStringLiteral("1"));
-            QVERIFY(Ship::post(theirs, Mode::Change));
-        });
-        Ship::leaveBox(mine, Ship::RtnQty, QStringLiteral("0"));
-        QCOMPARE(errorOf([&] { Ship::post(mine, Mode::Change); }).description(), kChangedOnB);
-        // one sale and one fee, B's
-        const QString shipSlips = Stmt("FMR_ID=1 AND LEDGE_ID IN (?)").ids({theirs.LEDGE_ID_S, theirs.LEDGE_ID_F});
-        QCOMPARE(gDB->DCount("*", "D_LEDGE", "FMR_ID=1 AND LEDGE_ID>1").toLong(), 2);
-        QCOMPARE(gDB->DCount("*", "D_LEDGE", shipSlips).toLong(), 2);
-        QCOMPARE(gDB->DLookup("RTN_QTY", "D_SHIP", "SHIP_ID=1").toDouble(), 1.0);
-        // read again, the correction replaces B's slips under their numbers
-        QVERIFY(Ship::reread(mine));
-        QCOMPARE(mine.LEDGE_ID_S, theirs.LEDGE_ID_S);
-        Ship::leaveBox(mine, Ship::RtnQty, QStringLiteral("0"));
-        QVERIFY(Ship::post(mine, Mode::Change));
-        QCOMPARE(gDB->DCount("*", "D_LEDGE", "FMR_ID=1 AND LEDGE_ID>1").toLong(), 2);
-        QCOMPARE(gDB->DLookup("LAST_TM", "D_SHIP", "SHIP_ID=1"), Value("PC-A"));
-    }
-
-    void theSecondSaveOfADayKeepsTheFirstsMemo()
-    {
-        TestRoot root;
-        seed();
-        Build::diaryDay(DiaryFixture::kDay).set("ONE_MSG", "晴れのち曇り").add();
+        open(Day, 2)();
         OtherComputer b(QStringLiteral("PC-B"));
         DiaryDay mine;
         mine.load(Value(1), DiaryFixture::kDayTime);
-        b.act([] {
-            DiaryDay theirs;
-            theirs.load(Value(1), DiaryFixture::kDayTime);
-            theirs.day.ONE_MSG = Value("夕方から雨");
-            theirs.save();
-        });
-        mine.day.NOTES1 = Value("追肥した");
-        QCOMPARE(errorOf([&] { mine.save(); }).description(), kChangedOnB);
-        QCOMPARE(gDB->DLookup("ONE_MSG", "D_DIARY", "FMR_ID=1"), Value("夕方から雨"));
-        QVERIFY(gDB->DLookup("NOTES1", "D_DIARY", "FMR_ID=1").isNull());
-        // read again, the day saves with both
-        mine.load(Value(1), DiaryFixture::kDayTime);
-        mine.day.NOTES1 = Value("追肥した");
-        mine.save();
-        QCOMPARE(gDB->DLookup("ONE_MSG", "D_DIARY", "FMR_ID=1"), Value("夕方から雨"));
-        QCOMPARE(gDB->DLookup("NOTES1", "D_DIARY", "FMR_ID=1"), Value("追肥した"));
-        // a day only looked at elsewhere has not changed: the hold, given
-        // up, names that computer as the last writer, and the day saves
-        mine.load(Value(1), DiaryFixture::kDayTime);
+        // B's hold, given up, names B as the day's last writer
         b.act([] {
             DiaryDay looked;
             looked.load(Value(1), DiaryFixture::kDayTime);
             DiaryDay::releaseHolds();
         });
         QCOMPARE(gDB->DLookup("LAST_TM", "D_DIARY", "FMR_ID=1"), Value("PC-B"));
-        mine.day.NOTES2 = Value("夕方に見回り");
+        mine.day.NOTES1 = Value("追肥した");
         mine.save();
-        QCOMPARE(gDB->DLookup("NOTES2", "D_DIARY", "FMR_ID=1"), Value("夕方に見回り"));
+        QCOMPARE(gDB->DLookup("NOTES1", "D_DIARY", "FMR_ID=1"), Value("追肥した"));
+        QCOMPARE(gDB->DLookup("ONE_MSG", "D_DIARY", "FMR_ID=1"), Value("メモ2"));
     }
 
     void aDayKeepsWhatOthersPostedOntoIt_data()
