@@ -102,14 +102,13 @@ void DiaryDay::load(const Value &fmrId, const QDateTime &workDate)
     rs->Close();
 
     mStored.lines = readLines();
-    if (!mStored.lines.isEmpty())
+    if (!mStored.lines.isEmpty()) {
         dtl = mStored.lines;
-    for (DiaryDtlRec &r : dtl) {
-        r.FMR_ID = fmrId;
-        r.WORK_DATE = Value(workDate);
+        for (DiaryDtlRec &r : dtl) {
+            r.FMR_ID = fmrId;
+            r.WORK_DATE = Value(workDate);
+        }
     }
-    if (mStored.lines.isEmpty())
-        dtl = QVector<DiaryDtlRec>(1);
 
     mStored.slips = readSlips();
     gLEDGE_ROWS = mStored.slips.isEmpty() ? QVector<LedgeRow>{blankLedgeRow()} : mStored.slips;
@@ -217,12 +216,7 @@ template <class Row, class Same> bool among(const Row &row, const QVector<Row> &
 
 template <class Row, class Same> bool sameRows(const QVector<Row> &a, const QVector<Row> &b, Same same)
 {
-    if (a.size() != b.size())
-        return false;
-    for (int i = 0; i < a.size(); ++i)
-        if (!same(a[i], b[i]))
-            return false;
-    return true;
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), same);
 }
 
 } // namespace
