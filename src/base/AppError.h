@@ -44,6 +44,8 @@ constexpr long NotUpdatable = 3251;
 constexpr long NotConnected = 3709;
 constexpr long OldFileFormat = 3343;
 constexpr long FileNotFound = 3024;
+// A save found its record saved by another computer since it was opened.
+constexpr long RecordChanged = 3197;
 }
 
 // Throws AppError with the number's standard text (and an optional detail).

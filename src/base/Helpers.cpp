@@ -105,6 +105,14 @@ Currency RoundEx(const Value &value, int mode, int digits)
     }
 }
 
+Currency RoundAmount(double value)
+{
+    // the largest the rounding can make it
+    const double up = std::fabs(value) + 0.5;
+    Currency::fromDouble(value < 0 ? -up : up);
+    return RoundEx(Value(value), 3, 0);
+}
+
 QString GetEanCheck(const QString &code)
 {
     if (code.size() != 12)

@@ -9,6 +9,9 @@
 // other (0 reads as 3) rounds half up; digits places after the point; the
 // sign is kept. A Null gives 0, and so does any failure.
 Currency RoundEx(const Value &value, int mode = 3, int digits = 0);
+// An amount rounded as RoundEx rounds it by default (whole, half up), but
+// one beyond the currency range is the overflow error, never 0.
+Currency RoundAmount(double value);
 
 // The twelve digits of code followed by the EAN-13 check digit; "" for a code
 // of other than twelve characters.

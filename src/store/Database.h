@@ -107,7 +107,11 @@ public:
 };
 
 // Runs work as one transaction of the object's connection: committed when it
-// ends, rolled back (and the error passed on) when it fails.
+// ends, rolled back (and the error passed on) when it fails. Called inside a
+// transaction of the same connection, the work joins it: the outer one
+// commits or rolls back the whole. A transaction is of one database file
+// or server database; work that writes two (the data and the work file)
+// is two transactions.
 void inTransaction(DbObject *db, const std::function<void()> &work);
 
 extern std::unique_ptr<clsINI> gINI;

@@ -393,20 +393,51 @@ Value Engine::fromStorage(const QVariant &v, ColType type) const
 
 void Engine::begin()
 {
-    QSqlDatabase d = db();
-    if (!d.transaction())
-        raiseSqlError(d.lastError(), QStringLiteral("BEGIN"));
+    if (mDepth > 0) {
+        ++mDepth;
+        return;
+    }
+    if (mKind == EngineKind::Sqlite) {
+        executeNative(QStringLiteral("BEGIN IMMEDIATE"));
+    } else {
+        // For the next transaction only.
+        executeNative(QStringLiteral("SET TRANSACTION ISOLATION LEVEL SERIALIZABLE"));
+        QSqlDatabase d = db();
+        if (!d.transaction())
+            raiseSqlError(d.lastError(), QStringLiteral("BEGIN"));
+    }
+    mDepth = 1;
+    mDoomed = false;
 }
 
 void Engine::commit()
 {
+    if (mDepth > 1) {
+        --mDepth;
+        return;
+    }
+    if (mDepth == 1 && mDoomed) {
+        rollback();
+        throw AppError(VbErr::InvalidCall, QStringLiteral("処理の途中で失敗したため、変更は取り消されました。"));
+    }
+    mDepth = 0;
     QSqlDatabase d = db();
-    if (!d.commit())
-        raiseSqlError(d.lastError(), QStringLiteral("COMMIT"));
+    if (!d.commit()) {
+        const QSqlError err = d.lastError();
+        d.rollback(); // never left open after a failed commit
+        raiseSqlError(err, QStringLiteral("COMMIT"));
+    }
 }
 
 void Engine::rollback()
 {
+    if (mDepth > 1) {
+        --mDepth;
+        mDoomed = true;
+        return;
+    }
+    mDepth = 0;
+    mDoomed = false;
     QSqlDatabase d = db();
     if (!d.rollback())
         raiseSqlError(d.lastError(), QStringLiteral("ROLLBACK"));

@@ -68,9 +68,17 @@ public:
     // A stored value as the program's value of that type.
     Value fromStorage(const QVariant &v, ColType type) const;
 
+    // Transactions nest: an inner begin joins the one already open, and only
+    // the outermost commit writes. An inner rollback dooms the whole: its
+    // outer commit then rolls back and raises. A transaction holds the
+    // database for writing from its first statement (SQLite: BEGIN
+    // IMMEDIATE, so two computers' saves take turns instead of failing at
+    // their first write) and on the server runs serializable (what it reads
+    // to decide is locked until it ends).
     void begin();
     void commit();
     void rollback();
+    bool inTransaction() const { return mDepth > 0; }
 
     QStringList tableNames() const;
 
@@ -83,6 +91,8 @@ private:
     EngineKind mKind;
     ConnectionSpec mSpec;
     QString mConnName;
+    int mDepth = 0;
+    bool mDoomed = false;
     friend class SqliteEngine;
     friend class MysqlEngine;
 };

@@ -1,5 +1,7 @@
 #include "ui/Skeletons.h"
 
+#include "base/AppError.h"
+#include "base/Msg.h"
 #include "ui/Entry.h"
 #include "ui/Form.h"
 
@@ -52,6 +54,21 @@ void setMode(Form *screen, QPushButton *closeButton, QPushButton *confirmButton,
     confirmButton->setVisible(mode != Mode::View);
     if (mode == Mode::View || mode == Mode::Delete)
         lockRecordFields(screen);
+}
+
+bool saveOrReload(const std::function<void()> &save, const std::function<void()> &reload)
+{
+    try {
+        save();
+        return true;
+    } catch (const AppError &e) {
+        if (e.number() != VbErr::RecordChanged)
+            throw;
+        if (ShowMsg(e.description() + QStringLiteral("\n最新の内容を読み込みますか？"), Msg::YesNo + Msg::Question) ==
+            Msg::ResYes)
+            reload();
+        return false;
+    }
 }
 
 } // namespace EntryScreen

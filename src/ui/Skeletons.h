@@ -37,4 +37,9 @@ namespace EntryScreen {
 // Showing and deleting lock the record's fields (lockRecordFields).
 void setMode(Form *screen, QPushButton *closeButton, QPushButton *confirmButton, Mode mode,
              const QString &confirmCaption = QStringLiteral("登録"));
+// Runs the save of the screen's record. When another computer has saved the
+// record since the screen read it (the error RecordChanged), says so and
+// asks whether to read it again: Yes runs reload, No keeps what the screen
+// shows. Any other error passes on to the screen's trap. True when saved.
+bool saveOrReload(const std::function<void()> &save, const std::function<void()> &reload);
 }

@@ -7,11 +7,14 @@
 #include "base/Globals.h"
 #include "base/Helpers.h"
 #include "store/Database.h"
+#include "store/Engine.h"
 #include "store/Lookup.h"
 #include "support/MsgRecorder.h"
 #include "support/TestRoot.h"
 
 #include <QRegularExpression>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QtTest/QTest>
 
 #include <ctime>
@@ -410,6 +413,75 @@ private slots:
         gMST->EXEC("UPDATE M_FMR SET FMR_NM='変更' WHERE FMR_ID=1");
         gMST->CommitTrans();
         QCOMPARE(gMST->DLookup("FMR_NM", "M_FMR", "FMR_ID=1").toText(), QStringLiteral("変更"));
+    }
+
+    void transactionsNest_data()
+    {
+        QTest::addColumn<bool>("innerFails");
+        QTest::addColumn<bool>("innerCaught"); // the outer work carries on after it
+        QTest::addColumn<bool>("outerFails");
+        QTest::addColumn<bool>("written");
+        QTest::newRow("both end well") << false << false << false << true;
+        QTest::newRow("the outer fails after the inner ended well") << false << false << true << false;
+        QTest::newRow("the inner fails, the outer passes it on") << true << false << false << false;
+        QTest::newRow("the inner failure caught: the outer can't commit") << true << true << false << false;
+    }
+    void transactionsNest()
+    {
+        QFETCH(bool, innerFails);
+        QFETCH(bool, innerCaught);
+        QFETCH(bool, outerFails);
+        QFETCH(bool, written);
+        TestRoot root;
+        const Value name = gMST->DLookup("FMR_NM", "M_FMR", "FMR_ID=1");
+        const auto inner = [&] {
+            inTransaction(gMST.get(), [&] {
+                gMST->EXEC("UPDATE M_FMR SET NOTES='内' WHERE FMR_ID=1");
+                if (innerFails)
+                    raiseError(VbErr::InvalidCall);
+            });
+        };
+        const long error = errorOf([&] {
+            inTransaction(gMST.get(), [&] {
+                gMST->EXEC("UPDATE M_FMR SET FMR_NM='外' WHERE FMR_ID=1");
+                if (innerCaught)
+                    QVERIFY(errorOf(inner) != 0);
+                else
+                    inner();
+                if (outerFails)
+                    raiseError(VbErr::Overflow);
+            });
+        });
+        QCOMPARE(error == 0, written);
+        QCOMPARE(gMST->DLookup("FMR_NM", "M_FMR", "FMR_ID=1"), written ? Value("外") : name);
+        QCOMPARE(gMST->DLookup("NOTES", "M_FMR", "FMR_ID=1") == Value("内"), written);
+        // whatever happened, the next transaction stands by itself
+        QVERIFY(!gMST->engine()->inTransaction());
+        inTransaction(gMST.get(), [] { gMST->EXEC("UPDATE M_FMR SET NOTES='次' WHERE FMR_ID=1"); });
+        QCOMPARE(gMST->DLookup("NOTES", "M_FMR", "FMR_ID=1"), Value("次"));
+    }
+
+    void aTransactionHoldsTheFileForWritingFromItsStart()
+    {
+        TestRoot root;
+        if (root.engine() != TestEngine::Sqlite)
+            QSKIP("the server locks rows, not the database");
+        QSqlDatabase other = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("other computer"));
+        other.setDatabaseName(gDB->engine()->target().file);
+        other.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=0"));
+        QVERIFY(other.open());
+        {
+            QSqlQuery q(other);
+            inTransaction(gDB.get(), [&] {
+                // nothing written yet, and another writer already waits
+                QVERIFY(!q.exec(QStringLiteral("BEGIN IMMEDIATE")));
+            });
+            QVERIFY(q.exec(QStringLiteral("BEGIN IMMEDIATE")));
+            QVERIFY(q.exec(QStringLiteral("ROLLBACK")));
+        }
+        other.close();
+        other = QSqlDatabase();
+        QSqlDatabase::removeDatabase(QStringLiteral("other computer"));
     }
 
     void closedConnectionReopensForLookupsOnly()

@@ -2,6 +2,7 @@
 
 #include "rules/common/Ids.h"
 #include "rules/common/Lists.h"
+#include "rules/common/Record.h"
 #include "store/Database.h"
 #include "store/Lookup.h"
 #include "store/Recordset.h"
@@ -279,9 +280,19 @@ QString refusal(Mode mode, const LedgeRow &row)
     return ledgeLockMessage(ChkLedgeUse(row[LedgeCol::FMR_ID], row[LedgeCol::LEDGE_ID]), mode == Mode::Delete);
 }
 
-bool saveSlip(Mode mode, LedgeRow &row, const Value &fmrId, const QString &computer)
+namespace {
+
+Stmt slipKey(const LedgeRow &row)
+{
+    return Stmt("FMR_ID=? AND LEDGE_ID=?").num(row[LedgeCol::FMR_ID]).num(row[LedgeCol::LEDGE_ID]);
+}
+
+bool slipSteps(Mode mode, LedgeRow &row, const Value &fmrId, const QString &computer)
 {
     using namespace LedgeCol;
+    if ((mode == Mode::Change || mode == Mode::Delete) &&
+        !claimRow(QStringLiteral("D_LEDGE"), slipKey(row), {row[IDATE], row[UDATE], row[LAST_TM]}))
+        return false;
     if (mode == Mode::Add) {
         row[FMR_ID] = fmrId;
         row[LEDGE_ID] = Value(GetNewLedgeId(fmrId));
@@ -316,6 +327,22 @@ bool saveSlip(Mode mode, LedgeRow &row, const Value &fmrId, const QString &compu
         rs->Delete();
     }
     rs->Close();
+    return true;
+}
+
+} // namespace
+
+bool saveSlip(Mode mode, LedgeRow &row, const Value &fmrId, const QString &computer)
+{
+    return saveAsOne(row, [&](LedgeRow &w) { return slipSteps(mode, w, fmrId, computer); });
+}
+
+bool rereadSlip(LedgeRow &row)
+{
+    RecordsetPtr rs = gDB->GetFwdOnlyRst(Stmt("SELECT D_LEDGE.* FROM D_LEDGE WHERE ?").part(slipKey(row)));
+    if (rs->eof())
+        return false;
+    row = rowOf(*rs);
     return true;
 }
 

@@ -158,8 +158,12 @@ QString refusal(Mode mode, const LedgeRow &row);
 // farmer's next number, mode 2 changes it, mode 4 deletes it. The row is
 // found by its number alone: with several farmers the first row of that
 // number is the one reached. False when a row to change or delete is gone;
-// nothing is written then.
+// nothing is written then. One transaction; raises RecordChanged when
+// another computer saved the slip since it was read.
 bool saveSlip(Mode mode, LedgeRow &row, const Value &fmrId, const QString &computer);
+// The slip of the row's farmer and number as the table holds it now; false
+// when it is gone.
+bool rereadSlip(LedgeRow &row);
 
 // Frees the slips this computer holds, as the entry does when it closes.
 void releaseHolds();

@@ -13,7 +13,9 @@
 #include "base/AppError.h"
 #include "base/Mode.h"
 #include "base/Value.h"
+#include "store/Database.h"
 #include "store/Recordset.h"
+#include "store/Stmt.h"
 
 #include <QHash>
 #include <QString>
@@ -93,3 +95,58 @@ bool beginSave(Recordset &rs, Mode mode, const KeyColumns &keys);
 // Add and Change: the computer's name as the last writer, the hold released,
 // the row written. Delete: the row deleted.
 void endSave(Recordset &rs, Mode mode, const QString &computer);
+
+// The program's stamps of a row: when it was made and last changed, the
+// computer that wrote it last, and the computer holding it.
+const QStringList &stampColumns();
+
+// ---------------------------------------------------------------- saving
+//
+// Each save the farmer starts is one transaction of the data database, and
+// runs on a copy of its record: the copy, with the numbers and stamps the
+// save gave it, replaces the record once the transaction has committed.
+// After a failure the tables and the record are as they were before 登録,
+// so that pressing it again saves afresh (numbers taken again).
+//
+//   return saveAsOne(r, [&](ShipRow &w) { ...steps on w...; return true; });
+template <class Rec, class Steps> bool saveAsOne(Rec &record, Steps steps)
+{
+    Rec work = record;
+    bool result = false;
+    inTransaction(gDB.get(), [&] { result = steps(work); });
+    record = std::move(work);
+    return result;
+}
+
+// Two computers, one record. A save that changes or deletes a record checks
+// that the row is still as its screen opened it, by the stamps read then.
+// The first statement of the save's transaction claims the row with an
+// UPDATE whose condition repeats those stamps: no row claimed means that
+// another computer has saved it in between. The claim also holds the row
+// until the transaction ends, so a second computer's save of the same row
+// waits and then finds the stamps changed.
+struct Stamps {
+    Value IDATE, UDATE, LAST_TM;
+};
+template <class Row> Stamps stampsOf(const Row &r) { return {r.IDATE, r.UDATE, r.LAST_TM}; }
+
+// Claims the row of the key in the data database when it carries the
+// stamps (the computer's name too, unless byComputer is false). True when
+// claimed; false when no row of the key is left; raises RecordChanged,
+// naming the computer that wrote the row last, when its stamps differ.
+bool claimRow(const QString &table, const Stmt &key, const Stamps &opened, bool byComputer = true);
+
+// Raises the error of a record saved by another computer since it was
+// opened; the computer's name when it is known.
+[[noreturn]] void raiseRecordChanged(const Value &computer);
+
+// The row of the key as the data database holds it now, read into the
+// record (every column of its map); false when there is none.
+template <class Row> bool rereadRow(Row &row, const QString &table, const Stmt &key)
+{
+    RecordsetPtr rs = gDB->GetFwdOnlyRst(Stmt("SELECT * FROM ? WHERE ?").name(table).part(key));
+    if (rs->eof())
+        return false;
+    Row::map().read(*rs, row);
+    return true;
+}

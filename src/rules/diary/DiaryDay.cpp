@@ -10,6 +10,7 @@
 #include "store/Lookup.h"
 #include "store/Stmt.h"
 
+#include <algorithm>
 #include <utility>
 
 const ColumnMap<DiaryDayRec> &DiaryDayRec::map()
@@ -52,9 +53,38 @@ void DiaryDay::clear()
     dtl = QVector<DiaryDtlRec>(1);
 }
 
+Stmt DiaryDay::dayKey() const { return Stmt("FMR_ID=? AND WORK_DATE=?").num(day.FMR_ID).time(day.WORK_DATE); }
+
+QVector<DiaryDtlRec> DiaryDay::readLines() const
+{
+    QVector<DiaryDtlRec> lines;
+    RecordsetPtr rs = gDB->GetFwdOnlyRst(
+        Stmt("SELECT D_DIARY_DTL.* FROM D_DIARY_DTL WHERE FMR_ID=? AND WORK_DATE=? ORDER BY D_DIARY_DTL.DTL_NO")
+            .num(day.FMR_ID)
+            .time(day.WORK_DATE));
+    for (; !rs->eof(); rs->MoveNext())
+        lines.append(DiaryDtlRec::map().read(*rs));
+    rs->Close();
+    return lines;
+}
+
+QVector<LedgeRow> DiaryDay::readSlips() const
+{
+    QVector<LedgeRow> slips;
+    RecordsetPtr rs = gDB->GetFwdOnlyRst(Stmt("SELECT  D_LEDGE.*  FROM D_LEDGE  WHERE  D_LEDGE.FMR_ID=? AND D_LEDGE.LEDGE_DATE=? "
+                                              "ORDER BY D_LEDGE.LEDGE_DATE, D_LEDGE.LEDGE_ID")
+                                             .num(day.FMR_ID)
+                                             .time(day.WORK_DATE));
+    for (; !rs->eof(); rs->MoveNext())
+        slips.append(Ledger::rowOf(*rs));
+    rs->Close();
+    return slips;
+}
+
 void DiaryDay::load(const Value &fmrId, const QDateTime &workDate)
 {
     clear();
+    mStored = Stored();
     day.FMR_ID = fmrId;
     day.WORK_DATE = Value(workDate);
     day.IDATE = Value(DateUtil::now());
@@ -63,37 +93,25 @@ void DiaryDay::load(const Value &fmrId, const QDateTime &workDate)
         Stmt("SELECT D_DIARY.* FROM D_DIARY WHERE FMR_ID=? AND WORK_DATE=?").num(fmrId).time(workDate));
     if (!rs->eof()) {
         DiaryDayRec::map().read(*rs, day, kDayEdited + QStringList{"IDATE", "UDATE", "LAST_TM", "HOLD_TM"});
+        mStored.hadDay = true;
+        mStored.stamps = stampsOf(day);
         // The day is held by this computer, whoever held it before.
         rs->SetField(QStringLiteral("HOLD_TM"), Value(GetCompName()));
         rs->Update();
     }
     rs->Close();
 
-    rs = gDB->GetFwdOnlyRst(
-        Stmt("SELECT D_DIARY_DTL.* FROM D_DIARY_DTL WHERE FMR_ID=? AND WORK_DATE=? ORDER BY D_DIARY_DTL.DTL_NO")
-            .num(fmrId)
-            .time(workDate));
-    for (int n = 0; !rs->eof(); rs->MoveNext(), ++n) {
-        if (n > 0)
-            dtl.append(DiaryDtlRec());
-        DiaryDtlRec &r = dtl[n];
-        DiaryDtlRec::map().read(*rs, r);
-        r.FMR_ID = fmrId;
-        r.WORK_DATE = Value(workDate);
+    mStored.lines = readLines();
+    if (!mStored.lines.isEmpty()) {
+        dtl = mStored.lines;
+        for (DiaryDtlRec &r : dtl) {
+            r.FMR_ID = fmrId;
+            r.WORK_DATE = Value(workDate);
+        }
     }
-    rs->Close();
 
-    gLEDGE_ROWS = {blankLedgeRow()};
-    rs = gDB->GetFwdOnlyRst(Stmt("SELECT  D_LEDGE.*  FROM D_LEDGE  WHERE  D_LEDGE.FMR_ID=? AND D_LEDGE.LEDGE_DATE=? "
-                                 "ORDER BY D_LEDGE.LEDGE_DATE, D_LEDGE.LEDGE_ID")
-                                .num(fmrId)
-                                .time(workDate));
-    for (int n = 0; !rs->eof(); rs->MoveNext(), ++n) {
-        if (n > 0)
-            gLEDGE_ROWS.append(blankLedgeRow());
-        gLEDGE_ROWS[n] = Ledger::rowOf(*rs);
-    }
-    rs->Close();
+    mStored.slips = readSlips();
+    gLEDGE_ROWS = mStored.slips.isEmpty() ? QVector<LedgeRow>{blankLedgeRow()} : mStored.slips;
 }
 
 int DiaryDay::addDetail(const Value &plantId)
@@ -158,13 +176,97 @@ QVector<int> DiaryDay::linesOf(const Value &plantId) const
 
 void DiaryDay::save()
 {
-    // Each step is committed by itself: a failure leaves the steps before it
-    // written and none of its own rows.
-    inTransaction(gDB.get(), [this] { SaveLedgeData(); });
-    inTransaction(gDB.get(), [this] { SaveUseChemi(); });
-    inTransaction(gDB.get(), [this] { saveDay(); });
-    inTransaction(gDB.get(), [this] { saveDetails(); });
-    RecountChemiUse(day.FMR_ID, day.WORK_DATE.toDate());
+    saveAsOne(*this, [](DiaryDay &d) {
+        d.claimDay();
+        d.SaveLedgeData();
+        d.SaveUseChemi();
+        d.saveDay();
+        d.saveDetails();
+        // Its work in the work file is a transaction of that file; its
+        // updates of the lots are part of this one.
+        RecountChemiUse(d.day.FMR_ID, d.day.WORK_DATE.toDate());
+        d.takeStored();
+        return true;
+    });
+}
+
+namespace {
+
+bool sameLine(const DiaryDtlRec &a, const DiaryDtlRec &b)
+{
+    for (const QString &c : DiaryDtlRec::map().names())
+        if (DiaryDtlRec::map().of(a, c) != DiaryDtlRec::map().of(b, c))
+            return false;
+    return true;
+}
+
+// Everything but the hold, which opening a day elsewhere takes.
+bool sameSlip(const LedgeRow &a, const LedgeRow &b)
+{
+    for (int c = 0; c < LedgeCol::Count; ++c)
+        if (c != LedgeCol::HOLD_TM && a.value(c) != b.value(c))
+            return false;
+    return true;
+}
+
+template <class Row, class Same> bool among(const Row &row, const QVector<Row> &rows, Same same)
+{
+    return std::any_of(rows.begin(), rows.end(), [&](const Row &r) { return same(row, r); });
+}
+
+template <class Row, class Same> bool sameRows(const QVector<Row> &a, const QVector<Row> &b, Same same)
+{
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), same);
+}
+
+} // namespace
+
+void DiaryDay::claimDay()
+{
+    if (mStored.hadDay) {
+        // The computer's name is not compared: giving up a hold writes the
+        // holder's name as last writer, and a day only looked at elsewhere
+        // has not changed. The times tell a save.
+        if (!claimRow(QStringLiteral("D_DIARY"), dayKey(), mStored.stamps, false))
+            raiseRecordChanged(Value());
+    } else {
+        // A day that had no row must still have none.
+        RecordsetPtr rs = gDB->GetFwdOnlyRst(Stmt("SELECT LAST_TM FROM D_DIARY WHERE ?").part(dayKey()));
+        if (!rs->eof())
+            raiseRecordChanged(rs->Fields(0));
+    }
+    const QVector<DiaryDtlRec> lines = readLines();
+    const QVector<LedgeRow> slips = readSlips();
+    if (!sameRows(lines, mStored.lines, sameLine) || !sameRows(slips, mStored.slips, sameSlip))
+        raiseRecordChanged(changedBy(lines, slips));
+}
+
+Value DiaryDay::changedBy(const QVector<DiaryDtlRec> &lines, const QVector<LedgeRow> &slips) const
+{
+    using namespace LedgeCol;
+    const LedgeRow *latest = nullptr;
+    auto when = [](const LedgeRow &r) { return hasValue(r[UDATE]) ? r[UDATE].toDate() : Nz(r[IDATE], Value(0)).toDate(); };
+    for (const LedgeRow &r : slips)
+        if (!among(r, mStored.slips, sameSlip) && (!latest || when(r) > when(*latest)))
+            latest = &r;
+    if (latest)
+        return (*latest)[LAST_TM];
+    for (const DiaryDtlRec &l : lines)
+        if (l.shipment() && !among(l, mStored.lines, sameLine))
+            return gDB->DLookup(QStringLiteral("LAST_TM"), QStringLiteral("D_SHIP"),
+                                Stmt("FMR_ID=? AND SHIP_ID=?").num(day.FMR_ID).num(l.SHIP_ID));
+    return Value();
+}
+
+void DiaryDay::takeStored()
+{
+    RecordsetPtr rs = gDB->GetFwdOnlyRst(Stmt("SELECT IDATE, UDATE, LAST_TM FROM D_DIARY WHERE ?").part(dayKey()));
+    mStored.hadDay = !rs->eof();
+    if (mStored.hadDay)
+        mStored.stamps = {rs->Fields(0), rs->Fields(1), rs->Fields(2)};
+    rs->Close();
+    mStored.lines = readLines();
+    mStored.slips = readSlips();
 }
 
 void DiaryDay::releaseHolds()

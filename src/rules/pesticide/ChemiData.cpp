@@ -390,8 +390,14 @@ QString purchaseSlipSql(Mode mode, const ChemiRow &r, const QString &computer)
     return s.text(computer);
 }
 
-bool saveLot(Mode mode, ChemiRow &r, const QString &computer)
+namespace {
+
+Stmt lotKey(const ChemiRow &r) { return Stmt("CHEMI_ID=?").num(r.CHEMI_ID); }
+
+bool lotSteps(Mode mode, ChemiRow &r, const QString &computer)
 {
+    if ((mode == Mode::Change || mode == Mode::Delete) && !claimRow(QStringLiteral("D_CHEMI"), lotKey(r), stampsOf(r)))
+        return false;
     // 1. a new lot takes the next number over all farmers
     if (mode == Mode::Add) {
         r.FMR_ID = gFMR_ID;
@@ -442,8 +448,23 @@ bool saveLot(Mode mode, ChemiRow &r, const QString &computer)
         rs->SetField(QStringLiteral("CHK_FLG"), Value(hasValue(r.CHK_FLG) ? r.CHK_FLG.toBool() : true));
     }
     endSave(*rs, mode, computer);
+    if (mode == Mode::Add || mode == Mode::Change)
+        ChemiRow::map().read(*rs, r, stampColumns());
     rs->Close();
     return true;
 }
+
+} // namespace
+
+bool saveLot(Mode mode, ChemiRow &r, const QString &computer)
+{
+    // The purchase amount as the books will hold it, before anything is
+    // written: beyond their range it is the overflow error.
+    if (mode == Mode::Add || mode == Mode::Change)
+        amountOf(r.PUR_AMT);
+    return saveAsOne(r, [&](ChemiRow &w) { return lotSteps(mode, w, computer); });
+}
+
+bool rereadLot(ChemiRow &r) { return rereadRow(r, QStringLiteral("D_CHEMI"), lotKey(r)); }
 
 } // namespace Chemi

@@ -148,8 +148,12 @@ QString slipLotText(const ChemiRow &r);
 // number over all farmers, for the current farmer), Change changes, Delete
 // deletes. The record takes its new numbers, and a lot added or changed is
 // the one saved last (gLAST_CHEMI_ID). False when the lot to change or
-// delete is gone. Steps done before a failure stand; database failures are
-// raised.
+// delete is gone. One transaction: failures are raised and leave the tables
+// and the record as they were; a purchase amount beyond what the books hold
+// is the overflow error before anything is written; RecordChanged when
+// another computer saved the lot since it was read.
 bool saveLot(Mode mode, ChemiRow &r, const QString &computer);
+// The lot as the table holds it now; false when it is gone.
+bool rereadLot(ChemiRow &r);
 
 } // namespace Chemi

@@ -37,8 +37,9 @@ void RecountChemiUse(const Value &fmrId, const QDateTime &workDate)
              "D_DIARY_DTL.CHEMI_ID IN(?)")
             .num(fmrId)
             .ids(ids));
-    // 3. into the scratch table of the work database (the scratch work is
-    // one transaction, the updates of the lots another)
+    // 3. into the scratch table of the work database (the scratch work is a
+    // transaction of the work file; the updates of the lots one of the data
+    // database, or part of the caller's, as in a day's save)
     inTransaction(gWORK.get(), [&] {
         if (!rs->eof()) {
             gWORK->EXEC(QStringLiteral("DELETE W_CHEMI_USE.* FROM W_CHEMI_USE"));
@@ -94,5 +95,5 @@ Currency CalChemiAmt(const Value &fmrId, const Value &chemiId, const Value &qty,
     }
     const double rate = GetUnitRate(purUnit, unit);
     const Currency price = purQty == 0 ? Currency() : Currency::fromDouble(purAmt.toDouble() / purQty);
-    return RoundEx(Value((price * q).toDouble() * rate), 3, 0);
+    return RoundAmount((price * q).toDouble() * rate);
 }

@@ -19,5 +19,6 @@ void RecountChemiUse(const Value &fmrId, const QDateTime &workDate);
 // The cost of a use of qty in unitId of the farmer's lot: the price of a
 // purchase unit times the quantity, converted by the fixed unit rates,
 // rounded half up to a whole amount. Raises the overflow of the mg-to-kg
-// pair and the Null error for a missing unit.
+// pair and of a cost beyond what the books hold, and the Null error for a
+// missing unit.
 Currency CalChemiAmt(const Value &fmrId, const Value &chemiId, const Value &qty, const Value &unitId);

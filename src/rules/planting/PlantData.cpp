@@ -206,21 +206,36 @@ QString deleteRefusal(const Value &farmer, const Value &plantId)
     return QString();
 }
 
-bool saveRecord(Mode mode, const PlantRow &row, const QString &computer)
+namespace {
+
+Stmt plantKey(const PlantRow &r) { return Stmt("FMR_ID=? AND PLANT_ID=?").num(r.FMR_ID).num(r.PLANT_ID); }
+
+} // namespace
+
+bool saveRecord(Mode mode, PlantRow &row, const QString &computer)
 {
-    // The number alone finds the row: a change takes the first row of that
-    // number, whichever farmer it belongs to.
-    RecordsetPtr rs =
-        gDB->GetDynamicRst(Stmt("SELECT D_PLANT.* FROM D_PLANT WHERE D_PLANT.PLANT_ID=?").num(row.PLANT_ID));
-    if (!beginSave(*rs, mode, {{QStringLiteral("FMR_ID"), row.FMR_ID}, {QStringLiteral("PLANT_ID"), row.PLANT_ID}})) {
+    return saveAsOne(row, [&](PlantRow &w) {
+        if ((mode == Mode::Change || mode == Mode::Delete) &&
+            !claimRow(QStringLiteral("D_PLANT"), plantKey(w), stampsOf(w)))
+            return false;
+        // The number alone finds the row: a change takes the first row of
+        // that number, whichever farmer it belongs to.
+        RecordsetPtr rs =
+            gDB->GetDynamicRst(Stmt("SELECT D_PLANT.* FROM D_PLANT WHERE D_PLANT.PLANT_ID=?").num(w.PLANT_ID));
+        if (!beginSave(*rs, mode, {{QStringLiteral("FMR_ID"), w.FMR_ID}, {QStringLiteral("PLANT_ID"), w.PLANT_ID}})) {
+            rs->Close();
+            return false;
+        }
+        if (mode == Mode::Add || mode == Mode::Change)
+            PlantRow::map().write(*rs, w, savedColumns());
+        endSave(*rs, mode, computer);
+        if (mode == Mode::Add || mode == Mode::Change)
+            PlantRow::map().read(*rs, w, stampColumns());
         rs->Close();
-        return false;
-    }
-    if (mode == Mode::Add || mode == Mode::Change)
-        PlantRow::map().write(*rs, row, savedColumns());
-    endSave(*rs, mode, computer);
-    rs->Close();
-    return true;
+        return true;
+    });
 }
+
+bool rereadRecord(PlantRow &row) { return rereadRow(row, QStringLiteral("D_PLANT"), plantKey(row)); }
 
 } // namespace Plant

@@ -78,8 +78,12 @@ Value nextPlantId(const Value &farmer);
 QString deleteRefusal(const Value &farmer, const Value &plantId);
 
 // Writes the record: Add adds a row, Change changes the first row with its
-// PLANT_ID (whichever farmer it belongs to), Delete deletes it. False when
-// the row to change or delete no longer exists. Database failures are raised.
-bool saveRecord(Mode mode, const PlantRow &row, const QString &computer);
+// PLANT_ID (whichever farmer it belongs to), Delete deletes it; the record
+// takes the stamps written. False when the row to change or delete no
+// longer exists. One transaction; database failures are raised, and
+// RecordChanged when another computer saved the planting since it was read.
+bool saveRecord(Mode mode, PlantRow &row, const QString &computer);
+// The planting as the table holds it now; false when it is gone.
+bool rereadRecord(PlantRow &row);
 
 } // namespace Plant

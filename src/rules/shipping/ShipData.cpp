@@ -62,10 +62,10 @@ void stepE(ShipRow &r)
 }
 
 // The fee: sales times rate over 100, whole, half away from zero; an empty
-// amount gives 0.
+// amount gives 0. A fee beyond the amounts the books hold is the overflow.
 void stepF(ShipRow &r)
 {
-    r.FEE_AMT = Value(RoundEx(Value(numOr0(r.SALES_AMT) * numOr0(r.FEE_RT) / 100), 3, 0));
+    r.FEE_AMT = Value(RoundAmount(numOr0(r.SALES_AMT) * numOr0(r.FEE_RT) / 100));
 }
 
 // The amount, the rate when there is none, and the fee.
@@ -143,7 +143,7 @@ void computeSalesAmount(ShipRow &r)
 {
     double price, sold;
     if (num(r.SHOP_PRC, price) && num(r.SALES_QTY, sold))
-        r.SALES_AMT = Value(price * sold - numOr0(r.DSC_AMT));
+        r.SALES_AMT = Value(Currency::fromDouble(price * sold - numOr0(r.DSC_AMT)));
     else
         r.SALES_AMT = Value::null();
 }
@@ -343,16 +343,16 @@ Stmt plantSide(int account, const ShipRow &r)
 // shop's fee), dated the shipment day. A sale above 0 credits the sales, a
 // fee above 0 debits the fee; a negative amount turns the slip round and
 // books the amount positive. An amount of 0 takes the slip's number to 0.
-void postSlip(ShipRow &r, Mode mode, Value &ledgeId, double amount, bool sale)
+void postSlip(ShipRow &r, Mode mode, Value &ledgeId, Currency amount, bool sale)
 {
-    if (amount == 0) {
+    if (amount == Currency()) {
         ledgeId = Value(0);
         return;
     }
     if (!hasValue(ledgeId) || ledgeId.toDouble() == 0)
         ledgeId = Value(GetNewLedgeId(r.FMR_ID));
     const Stmt planting = plantSide(sale ? Acc::Sales : Acc::ShopFee, r);
-    const bool moneyDebited = sale ? amount > 0 : amount < 0;
+    const bool moneyDebited = sale ? amount > Currency() : amount < Currency();
     const QDateTime now = DateUtil::now();
     Stmt insert("INSERT INTO D_LEDGE (FMR_ID, LEDGE_ID, LEDGE_DATE, D_ACC_ID, D_OPT_KBN, D_OPT_ID, D_OPT_NM, "
                 "C_ACC_ID, C_OPT_KBN, C_OPT_ID, C_OPT_NM, CTR_NM, NOTES, AMT, IDATE, UDATE, LAST_TM, HOLD_TM) "
@@ -364,7 +364,7 @@ void postSlip(ShipRow &r, Mode mode, Value &ledgeId, double amount, bool sale)
         insert.text(textOf(r.NOTES)); // an empty note is stored as empty text
     else
         insert.part(Stmt("NULL"));
-    insert.num(Value(amount > 0 ? amount : -amount));
+    insert.amount(amount > Currency() ? amount : -amount);
     if (mode == Mode::Add)
         insert.time(now).part(Stmt("NULL"));
     else
@@ -372,6 +372,12 @@ void postSlip(ShipRow &r, Mode mode, Value &ledgeId, double amount, bool sale)
     insert.text(GetCompName());
     gDB->EXEC(insert);
 }
+
+// An amount field as the books take it: 0 when it is empty or no number, the
+// overflow when it is beyond what the books hold.
+Currency amountOf(const Value &v) { return present(v) ? v.toCurrency() : Currency(); }
+
+Stmt keyOf(const ShipRow &r) { return Stmt("FMR_ID=? AND SHIP_ID=?").num(r.FMR_ID).num(r.SHIP_ID); }
 
 // The columns of D_SHIP that a save takes from the record; the key, the
 // stamps and the dates of the row are set apart.
@@ -388,18 +394,23 @@ const QStringList &savedColumns()
 
 } // namespace
 
-bool post(ShipRow &r, Mode mode)
+namespace {
+
+// The steps of a posting, on the record being saved; false when the row to
+// change or delete is gone.
+bool postSteps(ShipRow &r, Mode mode, Currency sales, Currency fee)
 {
     const bool writes = mode == Mode::Add || mode == Mode::Change;
-    gLAST_SHIP_ID = r.SHIP_ID;
     if (mode == Mode::Change || mode == Mode::Delete) {
+        if (!claimRow(QStringLiteral("D_SHIP"), keyOf(r), stampsOf(r)))
+            return false;
         for (const Value *id : {&r.LEDGE_ID_S, &r.LEDGE_ID_F})
             if (present(*id) && id->toDouble() > 0)
                 gDB->EXEC(Stmt("DELETE D_LEDGE.* FROM D_LEDGE WHERE FMR_ID=? AND LEDGE_ID=?").num(r.FMR_ID).num(*id));
     }
     if (writes) {
-        postSlip(r, mode, r.LEDGE_ID_S, numOr0(r.SALES_AMT), true);
-        postSlip(r, mode, r.LEDGE_ID_F, numOr0(r.FEE_AMT), false);
+        postSlip(r, mode, r.LEDGE_ID_S, sales, true);
+        postSlip(r, mode, r.LEDGE_ID_F, fee, false);
     }
 
     RecordsetPtr rs = gDB->GetDynamicRst(Stmt("SELECT D_SHIP.* FROM D_SHIP WHERE D_SHIP.SHIP_ID=?").num(r.SHIP_ID));
@@ -408,7 +419,6 @@ bool post(ShipRow &r, Mode mode)
         ShipRow::map().write(*rs, r, {QStringLiteral("FMR_ID"), QStringLiteral("SHIP_ID")});
         rs->SetField(QStringLiteral("IDATE"), Value(DateUtil::now()));
     } else if (rs->eof()) {
-        ShowMsg(QStringLiteral("該当データが存在しません。"), Msg::Critical);
         rs->Close();
         return false;
     }
@@ -419,6 +429,7 @@ bool post(ShipRow &r, Mode mode)
         rs->SetField(QStringLiteral("LAST_TM"), Value(GetCompName()));
         rs->SetField(QStringLiteral("HOLD_TM"), Value::null());
         rs->Update();
+        ShipRow::map().read(*rs, r, stampColumns());
     } else if (mode == Mode::Delete) {
         rs->Delete();
     }
@@ -452,6 +463,28 @@ bool post(ShipRow &r, Mode mode)
     }
     return true;
 }
+
+} // namespace
+
+bool post(ShipRow &r, Mode mode)
+{
+    gLAST_SHIP_ID = r.SHIP_ID;
+    // The amounts as the books will hold them, before anything is written:
+    // the sale from price, sold and discount (never one held from before),
+    // the fee as typed or computed.
+    Currency sales, fee;
+    if (mode == Mode::Add || mode == Mode::Change) {
+        computeSalesAmount(r);
+        sales = amountOf(r.SALES_AMT);
+        fee = amountOf(r.FEE_AMT);
+    }
+    if (saveAsOne(r, [&](ShipRow &w) { return postSteps(w, mode, sales, fee); }))
+        return true;
+    ShowMsg(QStringLiteral("該当データが存在しません。"), Msg::Critical);
+    return false;
+}
+
+bool reread(ShipRow &r) { return rereadRow(r, QStringLiteral("D_SHIP"), keyOf(r)); }
 
 void releaseShipments() { gDB->ReleaseData(QStringLiteral("D_SHIP"), QString()); }
 

@@ -37,7 +37,8 @@ enum Box {
     ShipDate = 0, Locate, PrdId, PrdNm, ShopPrc, ShipQty, RtnQty, SalesQty, DscAmt, FeeRt, FeeAmt, Notes, BoxCount
 };
 
-// Price x sold - discount, when price and sold are there; else empty.
+// Price x sold - discount, when price and sold are there; else empty. An
+// amount beyond what the books hold is the overflow error.
 void computeSalesAmount(ShipRow &r);
 // The rule run when a text box is left with its text.
 void leaveBox(ShipRow &r, int box, const QString &text);
@@ -77,9 +78,14 @@ PlantingInfo plantingInfo(const Value &plantId);
 QString check(ShipRow &r, Mode mode);
 
 // Writes the shipment: its sale and fee slips, the D_SHIP row, the diary
-// day and its shipment line (mode 4 takes them away). False when the row to
-// change or delete was gone (the message has been shown).
+// day and its shipment line (mode 4 takes them away), as one transaction.
+// The amounts are taken first: one beyond what the books hold is the
+// overflow error, before anything is written. False when the row to change
+// or delete was gone (the message has been shown). Raises RecordChanged when
+// another computer saved the shipment since it was read.
 bool post(ShipRow &r, Mode mode);
+// The shipment's row as the table holds it now; false when it is gone.
+bool reread(ShipRow &r);
 
 // Frees the shipments this computer holds (the entry screen closing).
 void releaseShipments();

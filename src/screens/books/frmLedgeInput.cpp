@@ -114,7 +114,9 @@ frmLedgeInput::frmLedgeInput(Mode mode, int row, QWidget *parent)
 
     onClick(cmdMENU[0], [this] { close(); }, false);
     onClick(cmdMENU[1], [this] {
-        if (!ChkData() || !SaveData())
+        bool saved = false;
+        if (!ChkData() || !EntryScreen::saveOrReload([this, &saved] { saved = SaveData(); }, [this] { reload(); }) ||
+            !saved)
             return;
         if (auto *list = qobject_cast<frmLedgeList *>(Form::find(QStringLiteral("frmLedgeList"))))
             list->SetList();
@@ -278,7 +280,18 @@ bool frmLedgeInput::SaveData()
         gLAST_LEDGE_ID = mRec[LedgeCol::LEDGE_ID];
         return true;
     } catch (const AppError &e) {
+        if (e.number() == VbErr::RecordChanged)
+            throw;
         ShowMsg(e.text(), Msg::Critical);
         return false;
     }
+}
+
+void frmLedgeInput::reload()
+{
+    if (!Ledger::rereadSlip(mRec)) {
+        ShowMsg(QStringLiteral("該当データが存在しません。"), Msg::Critical);
+        return;
+    }
+    DispData();
 }

@@ -37,6 +37,8 @@ protected:
     void onUnload() override;
 
 private:
+    // The record read again after another computer saved it.
+    void reload();
     bool txtLeave(int index);
     bool cmbLeave(int index);
     // Reads OPT_KBN of the side's account; a new kind refills the side's

@@ -14,6 +14,7 @@
 #include "store/Lookup.h"
 #include "ui/Entry.h"
 #include "ui/Screens.h"
+#include "ui/Skeletons.h"
 
 #include <QComboBox>
 #include <QGroupBox>
@@ -233,7 +234,8 @@ frmDairyInput::frmDairyInput(QWidget *parent) : Form(QStringLiteral("frmDairyInp
     onClick(cmdMENU[1], [this] {
         if (!ChkData())
             return;
-        SaveData();
+        if (!EntryScreen::saveOrReload([this] { SaveData(); }, [this] { reload(); }))
+            return;
         if (auto *cal = qobject_cast<frmDairyCal *>(Form::find(QStringLiteral("frmDairyCal"))))
             cal->DispData();
         close();
@@ -493,6 +495,13 @@ void frmDairyInput::deleteClicked()
 }
 
 void frmDairyInput::SaveData() { mDay.save(); }
+
+void frmDairyInput::reload()
+{
+    InitForm();
+    LoadData();
+    DispData();
+}
 
 // ---------------------------------------------------------------- book pages
 

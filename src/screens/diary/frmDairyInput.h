@@ -50,6 +50,8 @@ protected:
     void onUnload() override;
 
 private:
+    // The record read again after another computer saved it.
+    void reload();
     void plantClicked();
     void workClicked();
     void addClicked();

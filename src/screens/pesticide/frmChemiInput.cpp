@@ -140,7 +140,8 @@ frmChemiInput::frmChemiInput(Mode mode, const ChemiRow &row, QWidget *parent)
     onClick(cmdMENU[1], [this] {
         if (!ChkData())
             return;
-        if (!SaveData())
+        bool saved = false;
+        if (!EntryScreen::saveOrReload([this, &saved] { saved = SaveData(); }, [this] { reload(); }) || !saved)
             return;
         // The list reads its lots again when the screen is accepted.
         if (auto *cal = qobject_cast<frmDairyCal *>(Form::find(QStringLiteral("frmDairyCal"))))
@@ -325,6 +326,15 @@ bool frmChemiInput::ChkData()
     if (refusal.box >= 0)
         txtDATA[refusal.box]->setFocus();
     return false;
+}
+
+void frmChemiInput::reload()
+{
+    if (!Chemi::rereadLot(mDATA[0])) {
+        ShowMsg(QStringLiteral("該当データが存在しません。"), Msg::Critical);
+        return;
+    }
+    DispData();
 }
 
 bool frmChemiInput::SaveData()

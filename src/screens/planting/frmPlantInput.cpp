@@ -142,7 +142,8 @@ frmPlantInput::frmPlantInput(Mode mode, int row, QWidget *parent)
     onClick(cmdMENU[1], [this] {
         if (!ChkData())
             return;
-        SaveData();
+        if (!EntryScreen::saveOrReload([this] { SaveData(); }, [this] { reload(); }))
+            return;
         if (auto *list = qobject_cast<frmPlantList *>(Form::find(QStringLiteral("frmPlantList"))))
             list->SetList();
         if (auto *cal = qobject_cast<frmDairyCal *>(Form::find(QStringLiteral("frmDairyCal"))))
@@ -319,6 +320,15 @@ bool frmPlantInput::ChkData()
     if (refusal.box >= 0)
         txtDATA[refusal.box]->setFocus();
     return false;
+}
+
+void frmPlantInput::reload()
+{
+    if (!Plant::rereadRecord(mDATA[0])) {
+        ShowMsg(QStringLiteral("該当データが存在しません。"), Msg::Critical);
+        return;
+    }
+    DispData();
 }
 
 void frmPlantInput::SaveData()

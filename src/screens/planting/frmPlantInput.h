@@ -35,6 +35,8 @@ protected:
     void onUnload() override;
 
 private:
+    // The record read again after another computer saved it.
+    void reload();
     bool txtLeave(int index);
     bool cmbLeave(int index);
     void setCropList(const QString &group);

@@ -155,7 +155,8 @@ frmShipInput::frmShipInput(Mode mode, int row, QWidget *parent)
     onClick(cmdMENU[1], [this] {
         if (!ChkData())
             return;
-        SaveData();
+        if (!EntryScreen::saveOrReload([this] { SaveData(); }, [this] { reload(); }))
+            return;
         if (auto *list = qobject_cast<frmShipList *>(Form::find(QStringLiteral("frmShipList")))) {
             list->SetList1();
             list->SetList2();
@@ -286,3 +287,12 @@ bool frmShipInput::ChkData()
 }
 
 void frmShipInput::SaveData() { Ship::post(mRow, mMode); }
+
+void frmShipInput::reload()
+{
+    if (!Ship::reread(mRow)) {
+        ShowMsg(QStringLiteral("該当データが存在しません。"), Msg::Critical);
+        return;
+    }
+    DispData();
+}

@@ -42,6 +42,8 @@ protected:
     void onUnload() override;
 
 private:
+    // The record read again after another computer saved it.
+    void reload();
     Mode mMode;
     int mRowIdx;
     ShipRow mRow;

@@ -419,9 +419,10 @@ private slots:
         QVERIFY(Ledger::saveSlip(Mode::Add, r, Value(2), GetCompName()));
         QCOMPARE(slipText(2, 9, "AMT D_OPT_KBN LEDGE_DATE LAST_TM HOLD_TM UDATE"), QStringLiteral("50|2|-|PC-9|-|-"));
         QVERIFY(!slipField(2, 9, "IDATE").isNull());
-        // a change of farmer 2's slip 5 lands on the first row of number 5
+        // a change of farmer 2's slip 5 (as read) lands on the first row of number 5
         r[LedgeCol::FMR_ID] = Value(2);
         r[LedgeCol::LEDGE_ID] = Value(5);
+        QVERIFY(Ledger::rereadSlip(r));
         r[LedgeCol::AMT] = Value(Currency::fromInt(999));
         QVERIFY(Ledger::saveSlip(Mode::Change, r, Value(2), GetCompName()));
         QCOMPARE(slipText(1, 5, "AMT"), QStringLiteral("999"));
@@ -433,6 +434,7 @@ private slots:
         QCOMPARE(slipCount(), 4);
         // a deletion
         r[LedgeCol::LEDGE_ID] = Value(8);
+        QVERIFY(Ledger::rereadSlip(r));
         QVERIFY(Ledger::saveSlip(Mode::Delete, r, Value(2), GetCompName()));
         QCOMPARE(slipCount(), 3);
         setCompNameForTests(QString());

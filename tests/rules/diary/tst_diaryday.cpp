@@ -148,34 +148,59 @@ private slots:
         QCOMPARE(lot(1, "USED_QTY"), 0.0);
     }
 
-    void badUnitsStopTheSaveAfterTheSlips()
+    void aFailedSaveLeavesTheDayAsItWas()
     {
         TestRoot root;
         seedDay();
         DiaryDay d;
         d.load(gFMR_ID, kDayTime);
-        d.day.ONE_MSG = Value("保存されない");
+        d.day.ONE_MSG = Value("二度目で保存");
         gLEDGE_ROWS[0][LedgeCol::AMT] = Value(1800);
-        // milligrams bought, kilograms used: the fixed rate overflows
-        d.dtl[0] = spraying(1, 4, Value(1), 2);
+        // milligrams bought, kilograms used: the fixed rate overflows in the
+        // cost step, after the slips were rewritten; so does a cost beyond
+        // the books (4 yen a gram, 500 million kg); a use with no unit fails
+        // there with the Null error
+        const struct {
+            int chemi;
+            double qty;
+            int unit;
+            long error;
+        } failing[] = {{4, 5, 2, VbErr::Overflow}, {1, 5e11, 2, VbErr::Overflow}, {1, 5, 0, VbErr::InvalidNull}};
+        for (const auto &f : failing) {
+            d.dtl[0] = spraying(1, f.chemi, Value(f.qty), f.unit);
+            if (f.unit == 0)
+                d.dtl[0].UNIT_ID = Value::null();
+            try {
+                d.save();
+                QFAIL("the save must fail");
+            } catch (const AppError &e) {
+                QCOMPARE(e.number(), f.error);
+            }
+            // nothing of it is written, and the line has no slip number yet
+            QCOMPARE(gDB->DLookup("AMT", "D_LEDGE", "LEDGE_ID=1"), Value(Currency::fromInt(1500)));
+            QCOMPARE(gDB->DCount("*", "D_LEDGE").toLong(), 1);
+            QCOMPARE(gDB->DCount("*", "D_DIARY").toLong(), 0);
+            QCOMPARE(gDB->DCount("*", "D_DIARY_DTL").toLong(), 0);
+            QVERIFY(!hasValue(d.dtl[0].LEDGE_ID));
+        }
+        // a slip of the day's book page with an amount beyond the books
+        d.dtl[0] = spraying(1, 1, Value(100), 1);
+        gLEDGE_ROWS[0][LedgeCol::AMT] = Value("1e300");
         try {
             d.save();
-            QFAIL("the mg-to-kg pair must fail");
+            QFAIL("an amount beyond the books must fail");
         } catch (const AppError &e) {
             QCOMPARE(e.number(), VbErr::Overflow);
         }
-        // the slips of step 1 stand, the day itself was not reached
-        QCOMPARE(gDB->DLookup("AMT", "D_LEDGE", "LEDGE_ID=1"), Value(Currency::fromInt(1800)));
         QCOMPARE(gDB->DCount("*", "D_DIARY").toLong(), 0);
-        // a use with no unit fails with the Null error
-        d.dtl[0] = spraying(1, 1, Value(5), 1);
-        d.dtl[0].UNIT_ID = Value::null();
-        try {
-            d.save();
-            QFAIL("a quantity without unit must fail");
-        } catch (const AppError &e) {
-            QCOMPARE(e.number(), VbErr::InvalidNull);
-        }
+        QCOMPARE(gDB->DLookup("AMT", "D_LEDGE", "LEDGE_ID=1"), Value(Currency::fromInt(1500)));
+        // mended, the same day saves: its cost slip takes the next number
+        gLEDGE_ROWS[0][LedgeCol::AMT] = Value(1800);
+        d.save();
+        QCOMPARE(gDB->DLookup("AMT", "D_LEDGE", "LEDGE_ID=1"), Value(Currency::fromInt(1800)));
+        QCOMPARE(d.dtl[0].LEDGE_ID, Value(2));
+        QCOMPARE(slipOf(Value(2)).section(' ', 2, 2), QStringLiteral("400"));
+        QCOMPARE(gDB->DLookup("ONE_MSG", "D_DIARY", "FMR_ID=1"), Value("二度目で保存"));
     }
 
     void aFailingStepKeepsWhatItWasReplacing()

@@ -15,6 +15,7 @@
 #include "store/Database.h"
 #include "support/Build.h"
 #include "support/RulesTest.h"
+#include "support/SaveProbe.h"
 
 #include <QtTest/QTest>
 
@@ -388,6 +389,37 @@ private slots:
         // a day without lines changes nothing
         RecountChemiUse(Value(1), DateUtil::make(2024, 1, 1));
         QCOMPARE(lotField(1, "REST_QTY"), 2.0);
+    }
+
+    void aPurchaseBeyondTheBooksWritesNothing_data()
+    {
+        QTest::addColumn<int>("mode");
+        QTest::newRow("a lot bought") << int(Mode::Add);
+        QTest::newRow("a lot with its slip changed") << int(Mode::Change);
+    }
+    void aPurchaseBeyondTheBooksWritesNothing()
+    {
+        QFETCH(int, mode);
+        TestRoot root;
+        seedLots();
+        ChemiRow r;
+        r.CHEMI_ID = Value(1);
+        if (Mode(mode) == Mode::Change)
+            QVERIFY(Chemi::rereadLot(r));
+        else
+            r = Chemi::openRecord(Mode::Add, r, Value(1));
+        Chemi::leaveBox(r, Chemi::DateBox, QStringLiteral("2024/06/01"));
+        Chemi::leaveBox(r, Chemi::AmountBox, QStringLiteral("1e300"));
+        const ChemiRow typed = r;
+        const QStringList before = SaveProbe::records();
+        try {
+            Chemi::saveLot(Mode(mode), r, GetCompName());
+            QFAIL("an amount beyond the books must be refused");
+        } catch (const AppError &e) {
+            QCOMPARE(e.number(), VbErr::Overflow);
+        }
+        QCOMPARE(SaveProbe::records(), before);
+        QCOMPARE(fields(r, "CHEMI_ID LEDGE_ID PUR_AMT"), fields(typed, "CHEMI_ID LEDGE_ID PUR_AMT"));
     }
 
     void useCost_data()

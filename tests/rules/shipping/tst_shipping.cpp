@@ -17,6 +17,7 @@
 #include "store/Stmt.h"
 #include "support/MsgRecorder.h"
 #include "support/RulesTest.h"
+#include "support/SaveProbe.h"
 
 #include <QtTest/QTest>
 
@@ -353,6 +354,56 @@ private slots:
         QCOMPARE(gDB->DCount("*", "D_DIARY_DTL").toLong(), 0);
         QCOMPARE(gDB->DCount("*", "D_DIARY").toLong(), 2);
         setCompNameForTests(QString());
+    }
+
+    void amountsBeyondTheBooksWriteNothing_data()
+    {
+        QTest::addColumn<int>("box");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<long>("error"); // of the save; 0 when it saves
+        QTest::newRow("returns") << int(Ship::RtnQty) << "1e300" << VbErr::Overflow;
+        QTest::newRow("price") << int(Ship::ShopPrc) << "1e300" << VbErr::Overflow;
+        QTest::newRow("sold") << int(Ship::SalesQty) << "1e300" << VbErr::Overflow;
+        QTest::newRow("discount") << int(Ship::DscAmt) << "-1e300" << VbErr::Overflow;
+        QTest::newRow("a fee typed") << int(Ship::FeeAmt) << "1e300" << VbErr::Overflow;
+        // 9 sold: the largest amount the books hold is 922,337,203,685,477
+        QTest::newRow("a price just beyond") << int(Ship::ShopPrc) << "102481911520609" << VbErr::Overflow;
+        QTest::newRow("a price just within") << int(Ship::ShopPrc) << "102481911520608" << 0L;
+    }
+    void amountsBeyondTheBooksWriteNothing()
+    {
+        QFETCH(int, box);
+        QFETCH(QString, text);
+        QFETCH(long, error);
+        TestRoot root;
+        seedPlantings();
+        ShipRow r = shipment();
+        typeInto(r, {{Ship::ShopPrc, "105"}, {Ship::ShipQty, "10"}});
+        QCOMPARE(Ship::check(r, Mode::Add), QString());
+        QVERIFY(Ship::post(r, Mode::Add));
+        const QStringList dispatched = SaveProbe::records();
+        QCOMPARE(Ship::loadShipment(Value(1)), 1);
+        ShipRow edit = gSHIP_ROWS[0];
+        typeInto(edit, {{Ship::RtnQty, "1"}});
+        // leaving the box may already say so; the save says so in any case
+        try {
+            Ship::leaveBox(edit, box, text);
+        } catch (const AppError &e) {
+            QCOMPARE(e.number(), VbErr::Overflow);
+        }
+        long raised = 0;
+        try {
+            QVERIFY(Ship::post(edit, Mode::Change));
+        } catch (const AppError &e) {
+            raised = e.number();
+        }
+        QCOMPARE(raised, error);
+        if (error != 0) {
+            QCOMPARE(SaveProbe::records(), dispatched);
+            return;
+        }
+        QCOMPARE(gDB->DLookup("AMT", "D_LEDGE", "LEDGE_ID=1"), Value(Currency::fromInt(922337203685472)));
+        QCOMPARE(gDB->DLookup("SALES_AMT", "D_SHIP", "SHIP_ID=1"), Value(Currency::fromInt(922337203685472)));
     }
 
     void aChangeOfARowThatIsGone()

@@ -4,6 +4,7 @@
 
 #include "base/Globals.h"
 #include "base/Helpers.h"
+#include "base/Msg.h"
 #include "rules/diary/DiaryDay.h"
 #include "rules/diary/DiaryFixture.h"
 #include "screens/diary/frmDairyInput.h"
@@ -11,6 +12,7 @@
 #include "store/Stmt.h"
 #include "support/GuiDriver.h"
 #include "support/MsgRecorder.h"
+#include "support/SaveProbe.h"
 #include "support/TestRoot.h"
 
 #include <QApplication>
@@ -152,6 +154,41 @@ private slots:
         QCOMPARE(gDB->DLookup("USED_QTY", "D_CHEMI", "CHEMI_ID=1"), Value(250.0));
         // closing released the hold
         QVERIFY(gDB->DLookup("HOLD_TM", "D_DIARY", "FMR_ID=1").isNull());
+    }
+
+    void aDaySavedElsewhereIsReadAgainOnRequest()
+    {
+        TestRoot root;
+        seedDay();
+        Build::diaryDay(kDay).set("ONE_MSG", "晴れ").add();
+        OtherComputer b(QStringLiteral("PC-B"));
+        MsgRecorder rec;
+        frmDairyInput f;
+        Gui::show(&f);
+        b.act([] {
+            DiaryDay theirs;
+            theirs.load(Value(1), kDayTime);
+            theirs.day.ONE_MSG = Value("夕立");
+            theirs.save();
+        });
+        auto *notes = f.ctl<QLineEdit>("txtDATA(5)");
+        Gui::type(notes, QStringLiteral("草取り"));
+        Gui::leave(notes);
+        rec.answer(Msg::ResYes);
+        Gui::click(f.ctl<QPushButton>("cmdMENU(1)"));
+        QCOMPARE(rec.lastPrompt(), QStringLiteral("この記録は他のコンピュータ（PC-B）で変更されています。\n"
+                                                  "最新の内容を読み込みますか？"));
+        // the day as B saved it, on the screen still open
+        QVERIFY(f.isVisible());
+        QCOMPARE(f.ctl<QLineEdit>("txtDATA(2)")->text(), QStringLiteral("夕立"));
+        QCOMPARE(notes->text(), QString());
+        Gui::type(notes, QStringLiteral("草取り"));
+        Gui::leave(notes);
+        Gui::click(f.ctl<QPushButton>("cmdMENU(1)"));
+        QVERIFY(!f.isVisible());
+        QCOMPARE(rec.count(), 1);
+        QCOMPARE(gDB->DLookup("ONE_MSG", "D_DIARY", "FMR_ID=1"), Value("夕立"));
+        QCOMPARE(gDB->DLookup("NOTES1", "D_DIARY", "FMR_ID=1"), Value("草取り"));
     }
 
     // A lot may be bought without a registration number, or with one that

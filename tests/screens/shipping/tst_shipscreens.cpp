@@ -3,11 +3,16 @@
 // shop's report, looked at from the diary's shipment line, and deleted.
 
 #include "base/Globals.h"
+#include "base/Helpers.h"
+#include "base/Msg.h"
 #include "rules/shipping/ShipSeed.h"
+#include "rules/shipping/ShipData.h"
 #include "screens/diary/frmDairyInput.h"
+#include "screens/shipping/frmShipInput.h"
 #include "store/Database.h"
 #include "support/GuiDriver.h"
 #include "support/MsgRecorder.h"
+#include "support/SaveProbe.h"
 #include "support/TestRoot.h"
 #include "ui/Form.h"
 #include "ui/Screens.h"
@@ -145,6 +150,79 @@ private slots:
         QCOMPARE(list->ctl<QLabel>("lblSUM(3)")->text(), QStringLiteral("0"));
         list->close();
         delete list;
+    }
+
+    void aReturnBeyondTheBooksIsRefusedOnLeavingAndOnSaving()
+    {
+        TestRoot root;
+        seedPlantings();
+        Build::shipment(1, QDate(2024, 5, 10)).set("PLANT_ID", 1).set("SHOP_PRC", 180).set("SHIP_QTY", 12).add();
+        const QStringList dispatched = SaveProbe::records();
+        MsgRecorder rec;
+        QCOMPARE(Ship::loadShipment(Value(1)), 1);
+        frmShipInput f(Mode::Change, 0);
+        Gui::show(&f);
+        Gui::type(f.ctl<QLineEdit>("txtDATA(6)"), QStringLiteral("1e300"));
+        Gui::leave(f.ctl<QLineEdit>("txtDATA(6)"));
+        QCOMPARE(rec.lastPrompt(), QStringLiteral("オーバーフローしました。"));
+        rec.clear();
+        Gui::click(f.ctl<QPushButton>("cmdMENU(1)"));
+        QVERIFY(rec.count() > 0);
+        for (const MsgRecorder::Entry &m : rec.messages)
+            QCOMPARE(m.prompt, QStringLiteral("オーバーフローしました。"));
+        QVERIFY(f.isVisible());
+        QCOMPARE(SaveProbe::records(), dispatched);
+        // mended, it saves
+        Gui::type(f.ctl<QLineEdit>("txtDATA(6)"), QStringLiteral("2"));
+        Gui::leave(f.ctl<QLineEdit>("txtDATA(6)"));
+        Gui::click(f.ctl<QPushButton>("cmdMENU(1)"));
+        QVERIFY(!f.isVisible());
+        QCOMPARE(gDB->DLookup("AMT", "D_LEDGE", "FMR_ID=1 AND LEDGE_ID=1"), Value(Currency::fromInt(1800)));
+    }
+
+    void aShipmentSavedElsewhereIsReadAgainOnRequest()
+    {
+        TestRoot root;
+        seedPlantings();
+        setCompNameForTests(QStringLiteral("PC-A"));
+        Build::shipment(1, QDate(2024, 5, 10)).set("PLANT_ID", 1).set("SHOP_PRC", 180).set("SHIP_QTY", 12).add();
+        OtherComputer b(QStringLiteral("PC-B"));
+        MsgRecorder rec;
+        QCOMPARE(Ship::loadShipment(Value(1)), 1);
+        frmShipInput f(Mode::Change, 0);
+        Gui::show(&f);
+        b.act([] {
+            Ship::loadShipment(Value(1));
+            ShipRow theirs = gSHIP_ROWS[0];
+            Ship::leaveBox(theirs, Ship::RtnQty, QStringLiteral("2"));
+            Ship::post(theirs, Mode::Change);
+        });
+        Gui::type(f.ctl<QLineEdit>("txtDATA(6)"), QStringLiteral("0"));
+        Gui::leave(f.ctl<QLineEdit>("txtDATA(6)"));
+        // No: the screen keeps what was typed, and nothing is written
+        rec.answer(Msg::ResNo);
+        Gui::click(f.ctl<QPushButton>("cmdMENU(1)"));
+        QCOMPARE(rec.lastPrompt(), QStringLiteral("この記録は他のコンピュータ（PC-B）で変更されています。\n"
+                                                  "最新の内容を読み込みますか？"));
+        QCOMPARE(rec.messages.last().buttons, Msg::YesNo + Msg::Question);
+        QVERIFY(f.isVisible());
+        QCOMPARE(f.ctl<QLineEdit>("txtDATA(6)")->text(), QStringLiteral("0"));
+        QCOMPARE(gDB->DCount("*", "D_LEDGE").toLong(), 2);
+        // Yes: the shipment as B saved it, which then saves as corrected
+        rec.answer(Msg::ResYes);
+        Gui::click(f.ctl<QPushButton>("cmdMENU(1)"));
+        QVERIFY(f.isVisible());
+        QCOMPARE(f.ctl<QLineEdit>("txtDATA(6)")->text(), QStringLiteral("2"));
+        QCOMPARE(f.ctl<QLabel>("lblDATA(7)")->text(), QStringLiteral("1,800"));
+        Gui::type(f.ctl<QLineEdit>("txtDATA(6)"), QStringLiteral("0"));
+        Gui::leave(f.ctl<QLineEdit>("txtDATA(6)"));
+        Gui::click(f.ctl<QPushButton>("cmdMENU(1)"));
+        QVERIFY(!f.isVisible());
+        QCOMPARE(rec.count(), 2);
+        QCOMPARE(gDB->DCount("*", "D_LEDGE").toLong(), 2);
+        QCOMPARE(gDB->DLookup("AMT", "D_LEDGE", "FMR_ID=1 AND LEDGE_ID=1"), Value(Currency::fromInt(2160)));
+        QCOMPARE(gDB->DLookup("LAST_TM", "D_SHIP", "SHIP_ID=1"), Value("PC-A"));
+        setCompNameForTests(QString());
     }
 };
 
