@@ -130,6 +130,8 @@ std::function<void()> lot(int n)
         Chemi::leaveBox(*r, Chemi::AmountBox, QString::number(2000 + n));
         if (!hasValue(r->PUR_DATE))
             r->PUR_DATE = Value(dayOf(n));
+        if (!hasValue(r->ACC_ID))
+            r->ACC_ID = Value(Acc::Payable); // a purchase slip names what pays it
         return [r] {
             passes(Chemi::check(*r, Mode::Change).message);
             Chemi::saveLot(Mode::Change, *r, GetCompName());
