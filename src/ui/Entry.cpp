@@ -337,6 +337,18 @@ void EntryConventions::attach(QWidget *control)
         qobject_cast<QAbstractButton *>(control) || qobject_cast<QListWidget *>(control)) {
         control->installEventFilter(this);
     }
+    // What the user types or chooses (never what the screen shows) makes the
+    // screen edited.
+    const auto touched = [this] { mEdited = true; };
+    if (auto *edit = qobject_cast<QLineEdit *>(control))
+        connect(edit, &QLineEdit::textEdited, this, touched);
+    if (auto *combo = qobject_cast<QComboBox *>(control)) {
+        connect(combo, qOverload<int>(&QComboBox::activated), this, touched);
+        if (combo->lineEdit())
+            connect(combo->lineEdit(), &QLineEdit::textEdited, this, touched);
+    }
+    if (qobject_cast<QCheckBox *>(control) || qobject_cast<QRadioButton *>(control))
+        connect(static_cast<QAbstractButton *>(control), &QAbstractButton::clicked, this, touched);
     if (auto *edit = qobject_cast<QLineEdit *>(control)) {
         // A long text shows from its start while the field isn't being edited.
         connect(edit, &QLineEdit::textChanged, edit, [edit] {
@@ -372,6 +384,11 @@ void EntryConventions::attach(QWidget *control)
 }
 
 QCalendarWidget *EntryConventions::monthView() const { return mForm->ctl<QCalendarWidget>(QStringLiteral("MonthView1")); }
+
+void EntryConventions::notAnEdit(QAbstractButton *button)
+{
+    disconnect(button, &QAbstractButton::clicked, this, nullptr);
+}
 
 void EntryConventions::registerDateField(QLineEdit *field, int index)
 {

@@ -23,6 +23,7 @@
 #include <functional>
 
 class Form;
+class QAbstractButton;
 class QCalendarWidget;
 class QComboBox;
 class QLineEdit;
@@ -54,6 +55,12 @@ public:
     void setMode(Mode mode) { mMode = mode; }
     // Runs a pending leave check now; false when a field refuses to be left.
     bool settleLeaveChecks();
+    // Whether the user has typed or chosen anything in the screen's fields
+    // since it was shown (or since setEdited(false)).
+    bool edited() const { return mEdited; }
+    void setEdited(bool edited) { mEdited = edited; }
+    // A check or option button of the screen that only moves about (a tab).
+    void notAnEdit(QAbstractButton *button);
 
     QCalendarWidget *monthView() const;
 
@@ -83,6 +90,7 @@ private:
     QPointer<QWidget> mFailed;    // check failed, focus given back
     QWidget *mCheckedBeforeMove = nullptr; // its check ran for the move under way
     bool mRestoring = false;
+    bool mEdited = false;
     bool mSeenFocus = false;
     QPointer<QWidget> mEntered; // the control the focus last entered
 };

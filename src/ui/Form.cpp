@@ -353,6 +353,16 @@ void Form::unloadOnce()
 
 void Form::closeEvent(QCloseEvent *e)
 {
+    if (mCloseCheck && !mAskingClose && isVisible()) {
+        mAskingClose = true;
+        bool go = true;
+        trap([&] { go = mCloseCheck(); });
+        mAskingClose = false;
+        if (!go) {
+            e->ignore();
+            return;
+        }
+    }
     unloadOnce();
     QDialog::closeEvent(e);
 }

@@ -103,10 +103,7 @@ public:
     void setSizable(bool sizable);
     bool sizable() const { return mSizable; }
 
-    // Runs an event handler inside the common trap. The style of the trap:
-    // "(number)description" with the stop sign, or the description alone
-    // with the exclamation mark (input screens).
-    // How the trap shows an error: "(number)description" with the stop sign,
+    // Runs an event handler inside the common trap. How the trap shows an error: "(number)description" with the stop sign,
     // the description with the exclamation mark, or the description alone.
     enum class TrapStyle { Number, Description, Plain };
     void setTrapStyle(TrapStyle s) { mTrapStyle = s; }
@@ -115,6 +112,11 @@ public:
     // doesn't run while a field that failed its leave check holds the focus,
     // unless the button is a closing one (validates = false).
     void onClick(QAbstractButton *button, const std::function<void()> &handler, bool validates = true);
+
+    // Asked before the screen closes (by its closing button or the window's
+    // own); false keeps it open. A close made while it is asking (its
+    // answer saved the record and closed the screen) passes straight through.
+    void setCloseCheck(std::function<bool()> check) { mCloseCheck = std::move(check); }
 
     // Registered open screens, by name.
     static Form *find(const QString &name);
@@ -147,6 +149,8 @@ private:
     };
     bool startsWithAny(const QString &name, const QStringList &prefixes) const;
     void unloadOnce();
+    std::function<bool()> mCloseCheck;
+    bool mAskingClose = false;
 
     int mDesignW, mDesignH;
     QVector<QWidget *> mControls;

@@ -42,4 +42,9 @@ void setMode(Form *screen, QPushButton *closeButton, QPushButton *confirmButton,
 // asks whether to read it again: Yes runs reload, No keeps what the screen
 // shows. Any other error passes on to the screen's trap. True when saved.
 bool saveOrReload(const std::function<void()> &save, const std::function<void()> &reload);
+// Closing a screen with unsaved changes (typed or chosen while adding or
+// correcting) asks 変更内容を登録しますか？: Yes presses the confirming button
+// (the screen closes when the save succeeds, stays when it fails), No closes,
+// Cancel stays. mode tells what the screen is open for.
+void askBeforeClose(Form *screen, QPushButton *confirmButton, std::function<Mode()> mode);
 }

@@ -122,8 +122,9 @@ frmLedgeInput::frmLedgeInput(Mode mode, int row, QWidget *parent)
             list->SetList();
         if (auto *cal = qobject_cast<frmDairyCal *>(Form::find(QStringLiteral("frmDairyCal"))))
             cal->DispData();
-        close();
+        done(QDialog::Accepted);
     });
+    EntryScreen::askBeforeClose(this, cmdMENU[1], [this] { return mMode; });
 }
 
 void frmLedgeInput::onLoad()

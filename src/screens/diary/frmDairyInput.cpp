@@ -223,10 +223,18 @@ frmDairyInput::frmDairyInput(QWidget *parent) : Form(QStringLiteral("frmDairyInp
 
     connect(List1[0], &QListWidget::itemClicked, this, [this] { trap([this] { plantClicked(); }); });
     connect(List1[1], &QListWidget::itemClicked, this, [this] { trap([this] { workClicked(); }); });
-    onClick(cmdSUB[1], [this] { addClicked(); });
-    onClick(cmdSUB[0], [this] { deleteClicked(); });
-    for (int i = 0; i < 5; ++i)
+    onClick(cmdSUB[1], [this] {
+        addClicked();
+        entry().setEdited(true);
+    });
+    onClick(cmdSUB[0], [this] {
+        deleteClicked();
+        entry().setEdited(true);
+    });
+    for (int i = 0; i < 5; ++i) {
         onClick(Option1[i], [this, i] { tabClicked(i); });
+        entry().notAnEdit(Option1[i]); // the book tabs only turn pages
+    }
     onClick(cmdEDIT[0], [this] { editSlip(Mode::Add); });
     onClick(cmdEDIT[1], [this] { editSlip(Mode::Change); });
     onClick(cmdEDIT[2], [this] { editSlip(Mode::Delete); });
@@ -238,8 +246,9 @@ frmDairyInput::frmDairyInput(QWidget *parent) : Form(QStringLiteral("frmDairyInp
             return;
         if (auto *cal = qobject_cast<frmDairyCal *>(Form::find(QStringLiteral("frmDairyCal"))))
             cal->DispData();
-        close();
+        done(QDialog::Accepted);
     });
+    EntryScreen::askBeforeClose(this, cmdMENU[1], [] { return Mode::Change; });
 }
 
 void frmDairyInput::onLoad()
@@ -588,7 +597,8 @@ void frmDairyInput::editSlip(Mode mode)
     const int book = currentBook();
     if (mode == Mode::Add) {
         gBOOK_ACC_ID = Value(book);
-        openModal<frmDiaryLedgeInput>(Mode::Add, -1, book);
+        if (openModal<frmDiaryLedgeInput>(Mode::Add, -1, book) == QDialog::Accepted)
+            entry().setEdited(true);
         return;
     }
     QTreeWidgetItem *line = ListView1->currentItem();
@@ -603,5 +613,6 @@ void frmDairyInput::editSlip(Mode mode)
         ShowMsg(refused, Msg::Exclamation, QString());
         return;
     }
-    openModal<frmDiaryLedgeInput>(mode, row, book);
+    if (openModal<frmDiaryLedgeInput>(mode, row, book) == QDialog::Accepted)
+        entry().setEdited(true);
 }

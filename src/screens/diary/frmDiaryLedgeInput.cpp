@@ -113,7 +113,8 @@ frmDiaryLedgeInput::frmDiaryLedgeInput(Mode mode, int row, int book, QWidget *pa
     onClick(cmdMENU[0], [this] { close(); }, false);
     onClick(cmdMENU[1], [this] {
         if (ChkData() && SaveData())
-            close();
+            done(QDialog::Accepted); // the day now holds the slip
+
     });
 }
 

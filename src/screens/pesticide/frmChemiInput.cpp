@@ -148,6 +148,7 @@ frmChemiInput::frmChemiInput(Mode mode, const ChemiRow &row, QWidget *parent)
             cal->DispData();
         done(QDialog::Accepted);
     });
+    EntryScreen::askBeforeClose(this, cmdMENU[1], [this] { return mMode; });
 }
 
 void frmChemiInput::onLoad()

@@ -150,6 +150,7 @@ frmPlantInput::frmPlantInput(Mode mode, int row, QWidget *parent)
             cal->DispData();
         done(QDialog::Accepted);
     });
+    EntryScreen::askBeforeClose(this, cmdMENU[1], [this] { return mMode; });
     // The work is over today; it is kept with the next 登録.
     onClick(cmdMENU[2], [this] {
         Plant::finish(mDATA[0], DateUtil::today());

@@ -163,8 +163,9 @@ frmShipInput::frmShipInput(Mode mode, int row, QWidget *parent)
         }
         if (auto *cal = qobject_cast<frmDairyCal *>(Form::find(QStringLiteral("frmDairyCal"))))
             cal->DispData();
-        close();
+        done(QDialog::Accepted);
     });
+    EntryScreen::askBeforeClose(this, cmdMENU[1], [this] { return mMode; });
 }
 
 void frmShipInput::onLoad()

@@ -10,6 +10,7 @@
 #include "screens/books/frmLedgeList.h"
 #include "ui/Form.h"
 #include "base/Globals.h"
+#include "base/Msg.h"
 #include "base/Helpers.h"
 #include "ui/Screens.h"
 #include "screens/diary/frmDairyCal.h"
@@ -500,10 +501,13 @@ private slots:
             QVERIFY(f.isVisible());
             Gui::click(btn(f, 0));
         });
+        rig.msgs.answer(Msg::ResOK);
+        rig.msgs.answer(Msg::ResNo); // closing with what was typed: not saved
         rig.press(2);
-        QCOMPARE(rig.msgs.count(), 1);
-        QCOMPARE(rig.msgs.lastPrompt(), QStringLiteral("該当データが存在しません。"));
+        QCOMPARE(rig.msgs.count(), 2);
+        QCOMPARE(rig.msgs.messages[0].prompt, QStringLiteral("該当データが存在しません。"));
         QCOMPARE(rig.msgs.messages[0].buttons, 16);
+        QCOMPARE(rig.msgs.lastPrompt(), QStringLiteral("変更内容を登録しますか？"));
         QCOMPARE(slipCount(QStringLiteral("CTR_NM='消えた'")), 0);
         // a date the store can't hold is its error, and the entry stays open
         rig.msgs.clear();
@@ -514,8 +518,10 @@ private slots:
             QVERIFY(f.isVisible());
             Gui::click(btn(f, 0));
         });
+        rig.msgs.answer(Msg::ResOK);
+        rig.msgs.answer(Msg::ResNo);
         rig.press(2);
-        QCOMPARE(rig.msgs.count(), 1);
+        QCOMPARE(rig.msgs.count(), 2);
         QCOMPARE(rig.msgs.messages[0].buttons, 16);
         QCOMPARE(slipText(1, 3, "LEDGE_DATE"), QStringLiteral("2024/05/02"));
     }

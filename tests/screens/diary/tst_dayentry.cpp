@@ -216,16 +216,40 @@ private slots:
         QCOMPARE(f.ctl<QComboBox>("cmbDATA(3)")->count(), 0);
     }
 
-    void closingDropsWhatWasntSaved()
+    // Closing a day with unsaved changes asks first: Cancel stays, No drops
+    // what was typed, Yes saves and closes. A day only looked at closes
+    // without a word.
+    void closingAsksAboutUnsavedChanges()
     {
         TestRoot root;
         seedDay();
-        frmDairyInput f;
-        Gui::show(&f);
-        Gui::type(f.ctl<QLineEdit>("txtDATA(2)"), QStringLiteral("消える"));
-        Gui::click(f.ctl<QPushButton>("cmdMENU(0)"));
-        QVERIFY(!f.isVisible());
-        QCOMPARE(gDB->DCount("*", "D_DIARY").toLong(), 0);
+        MsgRecorder rec;
+        {
+            frmDairyInput f;
+            Gui::show(&f);
+            Gui::click(f.ctl<QPushButton>("cmdMENU(0)"));
+            QVERIFY(!f.isVisible());
+            QCOMPARE(rec.count(), 0);
+        }
+        const struct {
+            int answer;
+            bool open;
+            long days;
+        } answers[] = {{Msg::ResCancel, true, 0}, {Msg::ResNo, false, 0}, {Msg::ResYes, false, 1}};
+        for (const auto &a : answers) {
+            rec.clear();
+            frmDairyInput f;
+            Gui::show(&f);
+            Gui::type(f.ctl<QLineEdit>("txtDATA(2)"), QStringLiteral("晴れのち曇り"));
+            rec.answer(a.answer);
+            Gui::click(f.ctl<QPushButton>("cmdMENU(0)"));
+            QCOMPARE(rec.lastPrompt(), QStringLiteral("変更内容を登録しますか？"));
+            QCOMPARE(rec.messages[0].buttons, Msg::YesNoCancel + Msg::Question);
+            QCOMPARE(f.isVisible(), a.open);
+            QCOMPARE(gDB->DCount("*", "D_DIARY").toLong(), a.days);
+            if (a.open)
+                f.done(QDialog::Rejected);
+        }
     }
 
     void deletingALineTakesItsSlipAlong()
