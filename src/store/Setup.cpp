@@ -181,9 +181,9 @@ InitReport initRoot(const QString &root, bool force)
             createTables(*e, kind);
             loadDelivered(*e, kind);
         }
-        // The settings file holds passwords in clear: its owner alone reads it.
-        if (kind == DbKind::Ini)
-            QFile::setPermissions(temp, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+        // The settings file holds passwords in clear, the others the farm's
+        // books: their owner alone reads them.
+        QFile::setPermissions(temp, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
         if (!QFile::rename(temp, path))
             throw AppError(75, QStringLiteral("ファイル '%1' を作成できません。").arg(path));
         report.created << path;

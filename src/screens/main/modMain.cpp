@@ -59,6 +59,9 @@ bool Main()
     OpenDb();
     OpenMst();
     OpenWork();
+    // Said now, not first at the farmer's first 登録.
+    if (const QString readOnly = readOnlyWarning(); !readOnly.isEmpty())
+        ShowMsg(readOnly, Msg::Exclamation);
     gUSE_TYPE = Defaults::useType();
 
     if (!checkDefault(gFMR_ID, QStringLiteral("DEF_FMR_ID"), "M_FMR", "FMR_ID=?",
