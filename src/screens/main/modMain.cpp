@@ -72,7 +72,9 @@ bool Main()
                       QStringLiteral("既定販売店IDを設定してください。"), QStringLiteral("販売店情報を設定してください。")))
         return false;
 
-    ResetUnusedChemi(gFMR_ID);
+    // The recount writes: a data file that can't be written keeps its figures.
+    if (gDB->engine()->readOnlyReason().isEmpty())
+        ResetUnusedChemi(gFMR_ID);
 
     Form *first = nullptr;
     if (gUSE_TYPE == 1)
