@@ -467,28 +467,29 @@ std::unique_ptr<Engine> Engine::createSqliteFile(const QString &path)
     return e;
 }
 
-void Engine::raiseSqlError(const QSqlError &err)
+AppError engineError(EngineKind kind, const QSqlError &err, const QString &why)
 {
     const long code = nativeCode(err);
     const QString words = engineWords(err);
-    const EngineFault f = classifyEngineError(mKind, code, words);
+    const EngineFault f = classifyEngineError(kind, code, words);
+    QString text = f.text;
+    if (f.kind == EngineFault::ReadOnly || f.kind == EngineFault::CantOpen || f.kind == EngineFault::IoError)
+        text += why;
+    const QString engine = kind == EngineKind::Sqlite ? QStringLiteral("SQLite") : QStringLiteral("MySQL");
+    if (!words.isEmpty())
+        text += code ? QStringLiteral("（%1 %2: %3）").arg(engine).arg(code).arg(words)
+                     : QStringLiteral("（%1: %2）").arg(engine, words);
+    return AppError(f.number, text);
+}
+
+void Engine::raiseSqlError(const QSqlError &err)
+{
     if (lostConnection(err)) {
         // The server dropped the connection and any transaction with it.
         mLost = true;
         mInTransaction = false;
     }
-    QString text = f.text;
-    if (mKind == EngineKind::Sqlite &&
-        (f.kind == EngineFault::ReadOnly || f.kind == EngineFault::CantOpen || f.kind == EngineFault::IoError)) {
-        const QString why = readOnlyReason();
-        if (!why.isEmpty())
-            text += why;
-    }
-    const QString engine = mKind == EngineKind::Sqlite ? QStringLiteral("SQLite") : QStringLiteral("MySQL");
-    if (!words.isEmpty())
-        text += code ? QStringLiteral("（%1 %2: %3）").arg(engine).arg(code).arg(words)
-                     : QStringLiteral("（%1: %2）").arg(engine, words);
-    throw AppError(f.number, text);
+    throw engineError(mKind, err, readOnlyReason());
 }
 
 bool Engine::readRows(const QString &jet, const QString &sql, ResultSet &rs, QSqlError &failure)

@@ -4,6 +4,7 @@
 // translation point; results come back as rows of typed values.
 
 #include "store/Schema.h"
+#include "base/AppError.h"
 #include "base/Value.h"
 
 #include <QSqlDatabase>
@@ -46,6 +47,11 @@ struct EngineFault {
 // Reads an engine's error code and words (the extended code for SQLite, the
 // server's or client's number for MySQL).
 EngineFault classifyEngineError(EngineKind kind, long code, const QString &engineText);
+
+// An engine's error as the program raises it: the number and the Japanese
+// text of classifyEngineError, why (the file's read-only reason) after a
+// failed write, and the engine's own code and words in brackets.
+AppError engineError(EngineKind kind, const class QSqlError &err, const QString &why = QString());
 
 // Why a SQLite database file can't be written, as a sentence: its file or
 // its folder (where the engine keeps its journal) is read-only by its

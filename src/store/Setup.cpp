@@ -206,7 +206,7 @@ void onServer(const ServerLogin &login, const std::function<void(QSqlQuery &)> &
         if (!d.open()) {
             const QSqlError err = d.lastError();
             QSqlDatabase::removeDatabase(name);
-            throw AppError(err.nativeErrorCode().toLong(), err.databaseText());
+            throw engineError(EngineKind::Mysql, err);
         }
         QSqlQuery q(d);
         try {
@@ -233,7 +233,7 @@ std::unique_ptr<Engine> openOrCreateServerDb(const ConnectionSpec &conn)
     onServer({conn.host, conn.port, conn.user, conn.password}, [&](QSqlQuery &q) {
         if (!q.exec(QStringLiteral("CREATE DATABASE `%1` CHARACTER SET utf8mb4 COLLATE utf8mb4_general_ci")
                         .arg(conn.database)))
-            throw AppError(q.lastError().nativeErrorCode().toLong(), q.lastError().databaseText());
+            throw engineError(EngineKind::Mysql, q.lastError());
     });
     return Engine::open(conn);
 }

@@ -15,6 +15,17 @@
 #include <QThread>
 #include <QtTest/QTest>
 
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <map>
+#include <mutex>
+#include <thread>
+
 namespace {
 
 AppError failureOf(const std::function<void()> &f)
@@ -54,6 +65,118 @@ void killConnection(Engine &killer)
     RecordsetPtr rs = gDB->GetFwdOnlyRst(QStringLiteral("SELECT CONNECTION_ID()"));
     killer.executeNative(QStringLiteral("KILL %1").arg(rs->Fields(0).toLong()));
 }
+
+// A stand-in for the network between the program and the server: it relays
+// connections on a port of its own to the server, and can go down (every
+// connection cut, none taken) and come up again on the same port.
+class Relay {
+public:
+    explicit Relay(int serverPort) : mServerPort(serverPort)
+    {
+        listenOn(0);
+        mThread = std::thread([this] { run(); });
+    }
+    ~Relay()
+    {
+        mStop = true;
+        mThread.join();
+        down();
+    }
+    int port() const { return mPort; }
+    void down()
+    {
+        // (shut down first: a socket the relay's poll still holds would live on)
+        std::lock_guard<std::mutex> lock(mMutex);
+        for (const auto &[fd, peer] : mPeers) {
+            ::shutdown(fd, SHUT_RDWR);
+            ::close(fd);
+        }
+        mPeers.clear();
+        if (mListener >= 0) {
+            ::shutdown(mListener, SHUT_RDWR);
+            ::close(mListener);
+        }
+        mListener = -1;
+    }
+    void up()
+    {
+        std::lock_guard<std::mutex> lock(mMutex);
+        listenOn(mPort);
+    }
+
+private:
+    static sockaddr_in local(int port)
+    {
+        sockaddr_in a{};
+        a.sin_family = AF_INET;
+        a.sin_port = htons(quint16(port));
+        a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        return a;
+    }
+    void listenOn(int port)
+    {
+        mListener = ::socket(AF_INET, SOCK_STREAM, 0);
+        const int yes = 1;
+        ::setsockopt(mListener, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+        sockaddr_in a = local(port);
+        ::bind(mListener, reinterpret_cast<sockaddr *>(&a), sizeof a);
+        ::listen(mListener, 8);
+        socklen_t len = sizeof a;
+        ::getsockname(mListener, reinterpret_cast<sockaddr *>(&a), &len);
+        mPort = ntohs(a.sin_port);
+    }
+    void run()
+    {
+        while (!mStop) {
+            std::vector<pollfd> fds;
+            {
+                std::lock_guard<std::mutex> lock(mMutex);
+                if (mListener >= 0)
+                    fds.push_back({mListener, POLLIN, 0});
+                for (const auto &[fd, peer] : mPeers)
+                    fds.push_back({fd, POLLIN, 0});
+            }
+            if (::poll(fds.data(), fds.size(), 20) <= 0)
+                continue;
+            std::lock_guard<std::mutex> lock(mMutex);
+            for (const pollfd &p : fds) {
+                if (!(p.revents & (POLLIN | POLLHUP | POLLERR)))
+                    continue;
+                if (p.fd == mListener) {
+                    const int client = ::accept(mListener, nullptr, nullptr);
+                    if (client < 0)
+                        continue;
+                    const int server = ::socket(AF_INET, SOCK_STREAM, 0);
+                    sockaddr_in a = local(mServerPort);
+                    ::connect(server, reinterpret_cast<sockaddr *>(&a), sizeof a);
+                    mPeers[client] = server;
+                    mPeers[server] = client;
+                    continue;
+                }
+                const auto it = mPeers.find(p.fd);
+                if (it == mPeers.end())
+                    continue; // cut meanwhile
+                char buf[16384];
+                const ssize_t n = ::read(p.fd, buf, sizeof buf);
+                if (n <= 0 || ::write(it->second, buf, size_t(n)) != n) {
+                    const int other = it->second;
+                    ::close(p.fd);
+                    ::close(other);
+                    mPeers.erase(p.fd);
+                    mPeers.erase(other);
+                }
+            }
+        }
+    }
+
+    int mServerPort;
+    int mPort = 0;
+    int mListener = -1;
+    std::map<int, int> mPeers; // each end of a relayed connection and its other end
+    std::mutex mMutex;
+    std::atomic<bool> mStop{false};
+    std::thread mThread;
+};
 
 const QString kLost = QStringLiteral("サーバーとの接続が切れました。もう一度操作してください。");
 const QString kUnreachable =
@@ -337,6 +460,37 @@ private slots:
         gDB->RollbackTrans();
         gDB->EXEC("INSERT INTO D_LEDGE (FMR_ID, LEDGE_ID) VALUES (1, 2)");
         QCOMPARE(gDB->DCount("*", "D_LEDGE").toLong(), 2);
+    }
+
+    // The server goes away while the program runs: every action says it
+    // can't be reached, and all works again once it is back.
+    void aServerThatWasDownComesBack()
+    {
+        if (!onServer())
+            QSKIP("a server");
+        TestRoot root;
+        Relay net(TestEnv::mysql().port);
+        ConnectionSpec viaRelay = gDB->engine()->target();
+        viaRelay.port = net.port();
+        auto e = Engine::open(viaRelay, DbKind::Data);
+        const QString count = QStringLiteral("SELECT COUNT(*) FROM D_LEDGE");
+        QCOMPARE(e->select(count).rows[0][0].toLong(), 0);
+        net.down();
+        for (int i = 0; i < 2; ++i)
+            QCOMPARE(farmerPart(failureOf([&] { e->select(count); })), kUnreachable);
+        QCOMPARE(farmerPart(failureOf([&] { e->execute("INSERT INTO D_LEDGE (FMR_ID, LEDGE_ID) VALUES (1, 1)"); })),
+                 kUnreachable);
+        net.up();
+        QCOMPARE(e->execute("INSERT INTO D_LEDGE (FMR_ID, LEDGE_ID) VALUES (1, 1)"), qint64(1));
+        // down and up again in the middle of a save: told, and nothing of it kept
+        e->begin();
+        e->execute("INSERT INTO D_LEDGE (FMR_ID, LEDGE_ID) VALUES (1, 2)");
+        net.down();
+        net.up();
+        QCOMPARE(farmerPart(failureOf([&] { e->execute("INSERT INTO D_LEDGE (FMR_ID, LEDGE_ID) VALUES (1, 3)"); })),
+                 kLost);
+        e->rollback();
+        QCOMPARE(e->select(count).rows[0][0].toLong(), 1);
     }
 
     // ------------------------------------------------------------ read-only files
