@@ -245,24 +245,25 @@ EngineFault classifyEngineError(EngineKind kind, long code, const QString &engin
     } else {
         static const QHash<long, K> byCode = {
             {1146, K::NoTable},      {1109, K::NoTable},      {1054, K::NoColumn},     {1064, K::Statement},
-            {1149, K::Statement},    {1062, K::Duplicate},    {1364, K::Constraint},    {1586, K::Duplicate},    {1048, K::Constraint},
-            {1451, K::Constraint},   {1452, K::Constraint},   {4025, K::Constraint},   {3819, K::Constraint},
-            {1366, K::TypeMismatch}, {1292, K::TypeMismatch}, {1265, K::TypeMismatch}, {1367, K::TypeMismatch},
-            {1406, K::TooLong},      {1264, K::OutOfRange},   {1690, K::OutOfRange},   {1365, K::DivByZero},
-            {1205, K::Busy},         {1213, K::Busy},         {1099, K::Busy},         {1100, K::Busy},
-            {1036, K::ReadOnly},     {1290, K::ReadOnly},     {1792, K::ReadOnly},     {1836, K::ReadOnly},
-            {1021, K::DiskFull},     {1114, K::DiskFull},     {2006, K::Lost},         {2013, K::Lost},
-            {2055, K::Lost},         {1927, K::Lost},         {4031, K::Lost},         {1053, K::Lost},
-            {1152, K::Lost},         {1158, K::Lost},         {1159, K::Lost},         {1160, K::Lost},
-            {1161, K::Lost},         {2002, K::Unreachable},  {2003, K::Unreachable},  {2005, K::Unreachable},
-            {1040, K::Unreachable},  {1129, K::Unreachable},  {1045, K::AccessDenied}, {1044, K::AccessDenied},
-            {1698, K::AccessDenied}, {1130, K::AccessDenied}, {1142, K::NoRights},     {1143, K::NoRights},
-            {1227, K::NoRights},     {1370, K::NoRights},     {1049, K::NoDatabase},
+            {1149, K::Statement},    {1062, K::Duplicate},    {1586, K::Duplicate},    {1048, K::Constraint},
+            {1364, K::Constraint},   {1451, K::Constraint},   {1452, K::Constraint},   {4025, K::Constraint},
+            {3819, K::Constraint},   {1366, K::TypeMismatch}, {1292, K::TypeMismatch}, {1265, K::TypeMismatch},
+            {1367, K::TypeMismatch}, {1406, K::TooLong},      {1264, K::OutOfRange},   {1690, K::OutOfRange},
+            {1365, K::DivByZero},    {1205, K::Busy},         {1213, K::Busy},         {1099, K::Busy},
+            {1100, K::Busy},         {1036, K::ReadOnly},     {1290, K::ReadOnly},     {1792, K::ReadOnly},
+            {1836, K::ReadOnly},     {1021, K::DiskFull},     {1114, K::DiskFull},     {2006, K::Lost},
+            {2013, K::Lost},         {2055, K::Lost},         {1927, K::Lost},         {4031, K::Lost},
+            {1053, K::Lost},         {1152, K::Lost},         {1158, K::Lost},         {1159, K::Lost},
+            {1160, K::Lost},         {1161, K::Lost},         {2002, K::Unreachable},  {2003, K::Unreachable},
+            {2005, K::Unreachable},  {1040, K::Unreachable},  {1129, K::Unreachable},  {1045, K::AccessDenied},
+            {1044, K::AccessDenied}, {1698, K::AccessDenied}, {1130, K::AccessDenied}, {1142, K::NoRights},
+            {1143, K::NoRights},     {1227, K::NoRights},     {1370, K::NoRights},     {1049, K::NoDatabase},
         };
         k = byCode.value(code, K::Other);
         if (k == K::Constraint && low.contains(QLatin1String("range_")))
             k = K::OutOfRange;
-        if ((code == 1030 || code == 3) && (low.contains(QLatin1String("28")) || low.contains(QLatin1String("no space"))))
+        // the storage engine's or the file system's "No space left on device"
+        if ((code == 1030 || code == 3) && low.contains(QLatin1String("no space")))
             k = K::DiskFull;
     }
 
@@ -473,7 +474,9 @@ AppError engineError(EngineKind kind, const QSqlError &err, const QString &why)
     const QString words = engineWords(err);
     const EngineFault f = classifyEngineError(kind, code, words);
     QString text = f.text;
-    if (f.kind == EngineFault::ReadOnly || f.kind == EngineFault::CantOpen || f.kind == EngineFault::IoError)
+    if (!why.isEmpty() && f.kind == EngineFault::ReadOnly)
+        text = QStringLiteral("データを書き込めません。") + why; // the reason in place of the engine's guess
+    else if (f.kind == EngineFault::CantOpen || f.kind == EngineFault::IoError)
         text += why;
     const QString engine = kind == EngineKind::Sqlite ? QStringLiteral("SQLite") : QStringLiteral("MySQL");
     if (!words.isEmpty())

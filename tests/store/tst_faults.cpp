@@ -17,14 +17,12 @@
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
-#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <atomic>
-#include <map>
 #include <mutex>
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -71,37 +69,53 @@ void killConnection(Engine &killer)
 // connection cut, none taken) and come up again on the same port.
 class Relay {
 public:
-    explicit Relay(int serverPort) : mServerPort(serverPort)
-    {
-        listenOn(0);
-        mThread = std::thread([this] { run(); });
-    }
-    ~Relay()
-    {
-        mStop = true;
-        mThread.join();
-        down();
-    }
+    explicit Relay(int serverPort) : mServerPort(serverPort) { up(); }
+    ~Relay() { down(); }
     int port() const { return mPort; }
-    void down()
-    {
-        // (shut down first: a socket the relay's poll still holds would live on)
-        std::lock_guard<std::mutex> lock(mMutex);
-        for (const auto &[fd, peer] : mPeers) {
-            ::shutdown(fd, SHUT_RDWR);
-            ::close(fd);
-        }
-        mPeers.clear();
-        if (mListener >= 0) {
-            ::shutdown(mListener, SHUT_RDWR);
-            ::close(mListener);
-        }
-        mListener = -1;
-    }
+
     void up()
     {
-        std::lock_guard<std::mutex> lock(mMutex);
-        listenOn(mPort);
+        mListener = ::socket(AF_INET, SOCK_STREAM, 0);
+        const int yes = 1;
+        ::setsockopt(mListener, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+        sockaddr_in a = local(mPort);
+        socklen_t len = sizeof a;
+        ::bind(mListener, reinterpret_cast<sockaddr *>(&a), len);
+        ::listen(mListener, 8);
+        ::getsockname(mListener, reinterpret_cast<sockaddr *>(&a), &len);
+        mPort = ntohs(a.sin_port);
+        mThreads.emplace_back([this] {
+            for (int client; (client = ::accept(mListener, nullptr, nullptr)) >= 0;) {
+                const int server = ::socket(AF_INET, SOCK_STREAM, 0);
+                const sockaddr_in to = local(mServerPort);
+                ::connect(server, reinterpret_cast<const sockaddr *>(&to), sizeof to);
+                std::lock_guard<std::mutex> lock(mMutex);
+                mSockets << client << server;
+                mThreads.emplace_back(pump, client, server);
+                mThreads.emplace_back(pump, server, client);
+            }
+        });
+    }
+    // Shut down first, which wakes every thread, then close.
+    void down()
+    {
+        if (mListener < 0)
+            return;
+        ::shutdown(mListener, SHUT_RDWR);
+        std::vector<std::thread> threads;
+        {
+            std::lock_guard<std::mutex> lock(mMutex);
+            for (int fd : mSockets)
+                ::shutdown(fd, SHUT_RDWR);
+            threads.swap(mThreads);
+        }
+        for (std::thread &t : threads)
+            t.join();
+        for (int fd : mSockets)
+            ::close(fd);
+        mSockets.clear();
+        ::close(mListener);
+        mListener = -1;
     }
 
 private:
@@ -113,69 +127,21 @@ private:
         a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
         return a;
     }
-    void listenOn(int port)
+    static void pump(int from, int to)
     {
-        mListener = ::socket(AF_INET, SOCK_STREAM, 0);
-        const int yes = 1;
-        ::setsockopt(mListener, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
-        sockaddr_in a = local(port);
-        ::bind(mListener, reinterpret_cast<sockaddr *>(&a), sizeof a);
-        ::listen(mListener, 8);
-        socklen_t len = sizeof a;
-        ::getsockname(mListener, reinterpret_cast<sockaddr *>(&a), &len);
-        mPort = ntohs(a.sin_port);
-    }
-    void run()
-    {
-        while (!mStop) {
-            std::vector<pollfd> fds;
-            {
-                std::lock_guard<std::mutex> lock(mMutex);
-                if (mListener >= 0)
-                    fds.push_back({mListener, POLLIN, 0});
-                for (const auto &[fd, peer] : mPeers)
-                    fds.push_back({fd, POLLIN, 0});
-            }
-            if (::poll(fds.data(), fds.size(), 20) <= 0)
-                continue;
-            std::lock_guard<std::mutex> lock(mMutex);
-            for (const pollfd &p : fds) {
-                if (!(p.revents & (POLLIN | POLLHUP | POLLERR)))
-                    continue;
-                if (p.fd == mListener) {
-                    const int client = ::accept(mListener, nullptr, nullptr);
-                    if (client < 0)
-                        continue;
-                    const int server = ::socket(AF_INET, SOCK_STREAM, 0);
-                    sockaddr_in a = local(mServerPort);
-                    ::connect(server, reinterpret_cast<sockaddr *>(&a), sizeof a);
-                    mPeers[client] = server;
-                    mPeers[server] = client;
-                    continue;
-                }
-                const auto it = mPeers.find(p.fd);
-                if (it == mPeers.end())
-                    continue; // cut meanwhile
-                char buf[16384];
-                const ssize_t n = ::read(p.fd, buf, sizeof buf);
-                if (n <= 0 || ::write(it->second, buf, size_t(n)) != n) {
-                    const int other = it->second;
-                    ::close(p.fd);
-                    ::close(other);
-                    mPeers.erase(p.fd);
-                    mPeers.erase(other);
-                }
-            }
-        }
+        char buf[16384];
+        for (ssize_t n; (n = ::read(from, buf, sizeof buf)) > 0;)
+            if (::write(to, buf, size_t(n)) != n)
+                break;
+        ::shutdown(to, SHUT_RDWR);
     }
 
     int mServerPort;
     int mPort = 0;
     int mListener = -1;
-    std::map<int, int> mPeers; // each end of a relayed connection and its other end
+    QVector<int> mSockets;
+    std::vector<std::thread> mThreads;
     std::mutex mMutex;
-    std::atomic<bool> mStop{false};
-    std::thread mThread;
 };
 
 const QString kLost = QStringLiteral("サーバーとの接続が切れました。もう一度操作してください。");
