@@ -4,11 +4,12 @@
 
 #include <QByteArray>
 #include <QLocale>
-#include <QStringEncoder>
 #include <QSysInfo>
 
+#include <cerrno>
 #include <cmath>
 #include <cstdlib>
+#include <iconv.h>
 
 namespace {
 
@@ -230,8 +231,44 @@ QString toWide(const QString &text)
 
 QByteArray toSystemCodePage(const QString &text)
 {
-    QStringEncoder enc("windows-31j", QStringConverter::Flag::Stateless);
-    if (!enc.isValid())
-        return text.toUtf8(); // a Qt without the code page: the text is not lost
-    return enc.encode(text);
+    // One character at a time, so that one the code page lacks becomes "?"
+    // and the rest goes on.
+    iconv_t cd = iconv_open("CP932", "UTF-32LE");
+    if (cd == iconv_t(-1))
+        return text.toUtf8(); // a system without the code page: the text is not lost
+    QByteArray out;
+    out.reserve(text.size() * 2);
+    for (const char32_t cp : text.toUcs4()) {
+        char in[4] = {char(cp & 0xFF), char((cp >> 8) & 0xFF), char((cp >> 16) & 0xFF), char((cp >> 24) & 0xFF)};
+        char buf[8];
+        char *src = in, *dst = buf;
+        size_t inLeft = sizeof in, outLeft = sizeof buf;
+        if (iconv(cd, &src, &inLeft, &dst, &outLeft) == size_t(-1)) {
+            iconv(cd, nullptr, nullptr, nullptr, nullptr);
+            out += '?';
+            continue;
+        }
+        out.append(buf, int(dst - buf));
+    }
+    iconv_close(cd);
+    return out;
+}
+
+int charCount(const QString &text)
+{
+    int n = 0;
+    for (int i = 0; i < text.size(); ++i) {
+        if (text.at(i).isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate())
+            ++i;
+        ++n;
+    }
+    return n;
+}
+
+QString leftChars(const QString &text, int count)
+{
+    int i = 0;
+    for (int n = 0; n < count && i < text.size(); ++n)
+        i += (text.at(i).isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate()) ? 2 : 1;
+    return text.left(i);
 }

@@ -30,6 +30,12 @@ QString toWide(const QString &text);
 // the code page lacks becomes "?".
 QByteArray toSystemCodePage(const QString &text);
 
+// The number of characters of a text as the databases count them: a
+// character outside the basic plane (an emoji) is one, not two.
+int charCount(const QString &text);
+// The first count characters, never half of one.
+QString leftChars(const QString &text, int count);
+
 // A short stable name of this computer, at most 15 characters.
 QString GetCompName();
 void setCompNameForTests(const QString &name);

@@ -259,6 +259,20 @@ Value Value::int32(qint64 i)
     return v;
 }
 
+Value Value::unreadable(long errorNumber)
+{
+    Value v;
+    v.mType = Error;
+    v.mI = errorNumber;
+    return v;
+}
+
+void Value::checkReadable() const
+{
+    if (mType == Error)
+        raiseError(long(mI));
+}
+
 Value Value::single(float f)
 {
     Value v;
@@ -302,6 +316,7 @@ QString Value::toText() const
     case Double: return doubleText(mD, 15);
     case Date: return DateUtil::vbText(QDateTime::fromSecsSinceEpoch(mI, Qt::UTC));
     case Text: return mS;
+    case Error: return mI == VbErr::Overflow ? QStringLiteral("#範囲外#") : QStringLiteral("#エラー#");
     }
     return QString();
 }
@@ -325,6 +340,7 @@ double Value::toDouble() const
             raiseError(VbErr::TypeMismatch);
         return d;
     }
+    case Error: checkReadable();
     }
     return 0;
 }
@@ -442,6 +458,7 @@ QString Value::typeName(Type t)
     case Double: return QStringLiteral("Double");
     case Date: return QStringLiteral("Date");
     case Text: return QStringLiteral("Text");
+    case Error: return QStringLiteral("Error");
     }
     return QString();
 }
@@ -459,6 +476,7 @@ bool IsNumeric(const Value &v)
     case Value::Empty: return true;
     case Value::Null: return false;
     case Value::Date: return false;
+    case Value::Error: return false;
     case Value::Text: {
         double d;
         return parseNumber(v.toText(), d);

@@ -21,6 +21,11 @@
 // Text reads as a date in the forms "2024/1/5", "2024-01-05", "2024年1月5日",
 // "24/1/5" (years 30-99 are 19xx, 00-29 20xx), "1/5" (this year), each with an
 // optional time "h:mm[:ss]", or a time alone.
+//
+// A cell that the store could not read as its column's type (an amount beyond
+// the currency range, written by an older version) is an Error value: it
+// shows as a mark ("#範囲外#") where it is shown as text, is no number and no
+// date, and raises its error (6) when it is used as one or saved.
 
 #include "base/Currency.h"
 
@@ -65,7 +70,7 @@ double leadingNumber(const QString &text);
 
 class Value {
 public:
-    enum Type { Empty, Null, Bool, Byte, Int16, Int32, Cur, Single, Double, Date, Text };
+    enum Type { Empty, Null, Bool, Byte, Int16, Int32, Cur, Single, Double, Date, Text, Error };
 
     Value() : mType(Empty) {}
     static Value null() { Value v; v.mType = Null; return v; }
@@ -80,12 +85,17 @@ public:
     static Value int16(int i);
     static Value int32(qint64 i); // fails with 6 outside the 32-bit range
     static Value single(float f);
+    // A cell that could not be read; it raises errorNumber when used.
+    static Value unreadable(long errorNumber);
 
     Type type() const { return mType; }
     bool isEmpty() const { return mType == Empty; }
     bool isNull() const { return mType == Null; }
     bool isText() const { return mType == Text; }
     bool isDateType() const { return mType == Date; }
+    bool isUnreadable() const { return mType == Error; }
+    // Raises the error of an unreadable cell; does nothing for any other value.
+    void checkReadable() const;
     bool isNumberType() const
     {
         return mType == Bool || mType == Byte || mType == Int16 || mType == Int32 || mType == Cur ||

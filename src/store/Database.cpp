@@ -28,6 +28,16 @@ QString localConnectionString(const QString &relative)
            QString::fromLatin1(kLocalPassword) + QLatin1Char(';');
 }
 
+// Opens a file of the program's own folders; a failure says which file.
+std::unique_ptr<Engine> openLocal(const QString &relative, DbKind kind, const QString &what)
+{
+    try {
+        return Engine::open(parseConnectionString(localConnectionString(relative)), kind);
+    } catch (const AppError &e) {
+        throw AppError(e.number(), what + QStringLiteral("を開けません。") + e.description());
+    }
+}
+
 // "k1=v1;k2=v2;" with keys in upper case. A value in double quotes may hold ';'.
 QHash<QString, QString> parsePairs(const QString &text)
 {
@@ -301,7 +311,7 @@ Value DbObject::ReleaseData(const QString &table, const QString &criteria)
     return releaseThrough(this, releaseSql(table, criteria));
 }
 
-void DbObject::openConfigured(const QString &prefix, const QString &question)
+void DbObject::openConfigured(const QString &prefix, DbKind kind, const QString &question)
 {
     for (;;) {
         try {
@@ -325,7 +335,7 @@ void DbObject::openConfigured(const QString &prefix, const QString &question)
                                            gINI->property(prefix + QStringLiteral("_PSWD")),
                                            gINI->property(prefix + QStringLiteral("_DBPW")));
             }
-            mCnn = Engine::open(parseConnectionString(text));
+            mCnn = Engine::open(parseConnectionString(text), kind);
             return;
         } catch (const AppError &e) {
             mCnn.reset();
@@ -348,7 +358,7 @@ void clsINI::OpenCnn()
 {
     mDBTYPE = QStringLiteral("ACCESS");
     mCnn.reset();
-    mCnn = Engine::open(parseConnectionString(localConnectionString(QStringLiteral("\\..\\ini\\INFO.MDB"))));
+    mCnn = openLocal(QStringLiteral("\\..\\ini\\INFO.MDB"), DbKind::Ini, QStringLiteral("設定ファイル"));
 }
 
 Value clsINI::ReleaseData(const QString &table, const QString &criteria)
@@ -401,7 +411,7 @@ QString clsINI::MST_NAME() { return fileName(QStringLiteral("MST_NAME"), QString
 clsDb::clsDb() { OpenCnn(); }
 void clsDb::OpenCnn()
 {
-    openConfigured(QStringLiteral("DB"), QStringLiteral("ﾃﾞｰﾀﾍﾞｰｽが不正ですので設定してください。"));
+    openConfigured(QStringLiteral("DB"), DbKind::Data, QStringLiteral("ﾃﾞｰﾀﾍﾞｰｽが不正ですので設定してください。"));
 }
 Value clsDb::ReleaseData(const QString &table, const QString &criteria)
 {
@@ -411,7 +421,7 @@ Value clsDb::ReleaseData(const QString &table, const QString &criteria)
 clsMst::clsMst() { OpenCnn(); }
 void clsMst::OpenCnn()
 {
-    openConfigured(QStringLiteral("MST"), QStringLiteral("ﾏｽﾀﾃﾞｰﾀが不正ですので設定してください。"));
+    openConfigured(QStringLiteral("MST"), DbKind::Master, QStringLiteral("ﾏｽﾀﾃﾞｰﾀが不正ですので設定してください。"));
 }
 Value clsMst::ReleaseData(const QString &table, const QString &criteria)
 {
@@ -423,7 +433,7 @@ void clsWork::OpenCnn()
 {
     mDBTYPE = QStringLiteral("ACCESS");
     mCnn.reset();
-    mCnn = Engine::open(parseConnectionString(localConnectionString(QStringLiteral("\\..\\work\\WORK.MDB"))));
+    mCnn = openLocal(QStringLiteral("\\..\\work\\WORK.MDB"), DbKind::Work, QStringLiteral("作業用ファイル"));
 }
 Value clsWork::ReleaseData(const QString &table, const QString &criteria)
 {
@@ -451,6 +461,20 @@ void OpenIni() { gINI = std::make_unique<clsINI>(); }
 void OpenDb() { gDB = std::make_unique<clsDb>(); }
 void OpenMst() { gMST = std::make_unique<clsMst>(); }
 void OpenWork() { gWORK = std::make_unique<clsWork>(); }
+
+QString readOnlyWarning()
+{
+    QStringList reasons;
+    for (const DbObject *d : {static_cast<DbObject *>(gDB.get()), static_cast<DbObject *>(gMST.get())}) {
+        const QString why = d && d->engine() ? d->engine()->readOnlyReason() : QString();
+        if (!why.isEmpty() && !reasons.contains(why))
+            reasons << why;
+    }
+    if (reasons.isEmpty())
+        return QString();
+    return QStringLiteral("データを書き込めません。記録の表示はできますが、登録・変更・削除はできません。\n") +
+           reasons.join(QLatin1Char('\n'));
+}
 
 void CloseAllDatabases()
 {

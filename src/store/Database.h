@@ -58,8 +58,9 @@ protected:
     Engine &cnn() const;
     Value lookup(const QString &head, const QString &domain, const QString &criteria, bool join);
     // Opens the data or master connection from the settings with the prefix
-    // "DB" or "MST"; on failure asks the user (see setConnectionRepair).
-    void openConfigured(const QString &prefix, const QString &question);
+    // "DB" or "MST"; on failure, a database that is not this program's
+    // included, asks the user (see setConnectionRepair).
+    void openConfigured(const QString &prefix, DbKind kind, const QString &question);
     // The statement that frees this computer's holds.
     static QString releaseSql(const QString &table, const QString &criteria);
 
@@ -123,6 +124,10 @@ void OpenIni();
 void OpenDb();
 void OpenMst();
 void OpenWork();
+// What start-up says when the open data or master database can't be written
+// (a file or its folder read-only, see sqliteReadOnlyReason); empty when
+// both can.
+QString readOnlyWarning();
 // Empties gDB, gMST, gWORK, gINI in this order.
 void CloseAllDatabases();
 

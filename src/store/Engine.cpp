@@ -2,14 +2,18 @@
 
 #include "store/JetSql.h"
 #include "base/AppError.h"
+#include "base/Helpers.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QRegularExpression>
 #include <QSqlError>
 #include <QSqlField>
 #include <QSqlQuery>
 #include <QSqlRecord>
+#include <QStorageInfo>
 
 #include <atomic>
 #include <limits>
@@ -17,6 +21,32 @@
 namespace {
 
 std::atomic<int> gConnectionCounter{0};
+
+// The session of a server connection, set again whenever it is opened:
+// backslashes in text are data, as in the file engine; strict typing.
+const char *const kMysqlSession = "SET SESSION sql_mode='STRICT_ALL_TABLES,NO_BACKSLASH_ESCAPES,"
+                                  "NO_ENGINE_SUBSTITUTION,ERROR_FOR_DIVISION_BY_ZERO'";
+
+long nativeCode(const QSqlError &err)
+{
+    bool ok = false;
+    const long n = err.nativeErrorCode().toLong(&ok);
+    return ok ? n : 0;
+}
+
+// The engine's own words, for the brackets.
+QString engineWords(const QSqlError &err)
+{
+    for (const QString &t : {err.databaseText(), err.driverText(), err.text()})
+        if (!t.trimmed().isEmpty())
+            return t.trimmed();
+    return QString();
+}
+
+bool readOnlyByBits(const QFileInfo &fi)
+{
+    return !(fi.permissions() & QFileDevice::WriteOwner) || !fi.isWritable();
+}
 
 // Column types of what a query returns, from the table definitions: by the
 // column's own table, else by a table of the statement that has a column of
@@ -149,7 +179,157 @@ void checkSqliteFile(const QString &path)
                        QStringLiteral("'%1' はデータベースファイルではありません。").arg(path));
 }
 
+// A database of that kind has all its tables; an empty file or another
+// program's database has not.
+void checkTables(Engine &e, DbKind kind)
+{
+    QStringList have;
+    for (const QString &t : e.tableNames())
+        have << t.toUpper();
+    for (const TableDef *t : Schema::tablesOf(kind)) {
+        if (have.contains(t->name.toUpper()))
+            continue;
+        const ConnectionSpec &c = e.target();
+        const QString what = c.kind == EngineKind::Sqlite
+                                 ? QStringLiteral("ファイル '%1'").arg(QDir::toNativeSeparators(c.file))
+                                 : QStringLiteral("サーバーのデータベース '%1'").arg(c.database);
+        throw AppError(VbErr::OldFileFormat,
+                       QStringLiteral("%1 はこのプログラムのデータベースではありません（表 %2 がありません）。")
+                           .arg(what, t->name));
+    }
+}
+
 } // namespace
+
+EngineFault classifyEngineError(EngineKind kind, long code, const QString &engineText)
+{
+    using K = EngineFault::Kind;
+    const QString low = engineText.toLower();
+    K k = K::Other;
+    if (kind == EngineKind::Sqlite) {
+        // Extended codes: the primary code is the low byte.
+        switch (code & 0xFF) {
+        case 1:
+            k = low.contains(QLatin1String("no such table"))   ? K::NoTable
+                : low.contains(QLatin1String("no such column")) || low.contains(QLatin1String("has no column"))
+                    ? K::NoColumn
+                    : K::Statement;
+            break;
+        case 5:
+        case 6: k = K::Busy; break;
+        case 8: k = K::ReadOnly; break;
+        case 10: k = K::IoError; break;
+        case 11:
+        case 26: k = K::Corrupt; break;
+        case 13: k = K::DiskFull; break;
+        case 14: k = K::CantOpen; break;
+        case 18: k = K::TooLong; break;
+        case 19:
+            if (code == 1555 || code == 2067)
+                k = K::Duplicate;
+            else if (code == 3091)
+                k = K::TypeMismatch;
+            else if (low.contains(QLatin1String("range_")))
+                k = K::OutOfRange;
+            else if (low.contains(QLatin1String("length(")))
+                k = K::TooLong;
+            else if (low.contains(QLatin1String(" glob ")))
+                k = K::TypeMismatch; // a date column's text that is no date
+            else
+                k = K::Constraint;
+            break;
+        case 20: k = K::TypeMismatch; break;
+        case 23: k = K::NoRights; break;
+        default: break;
+        }
+    } else {
+        static const QHash<long, K> byCode = {
+            {1146, K::NoTable},      {1109, K::NoTable},      {1054, K::NoColumn},     {1064, K::Statement},
+            {1149, K::Statement},    {1062, K::Duplicate},    {1586, K::Duplicate},    {1048, K::Constraint},
+            {1364, K::Constraint},   {1451, K::Constraint},   {1452, K::Constraint},   {4025, K::Constraint},
+            {3819, K::Constraint},   {1366, K::TypeMismatch}, {1292, K::TypeMismatch}, {1265, K::TypeMismatch},
+            {1367, K::TypeMismatch}, {1406, K::TooLong},      {1264, K::OutOfRange},   {1690, K::OutOfRange},
+            {1365, K::DivByZero},    {1205, K::Busy},         {1213, K::Busy},         {1099, K::Busy},
+            {1100, K::Busy},         {1036, K::ReadOnly},     {1290, K::ReadOnly},     {1792, K::ReadOnly},
+            {1836, K::ReadOnly},     {1021, K::DiskFull},     {1114, K::DiskFull},     {2006, K::Lost},
+            {2013, K::Lost},         {2055, K::Lost},         {1927, K::Lost},         {4031, K::Lost},
+            {1053, K::Lost},         {1152, K::Lost},         {1158, K::Lost},         {1159, K::Lost},
+            {1160, K::Lost},         {1161, K::Lost},         {2002, K::Unreachable},  {2003, K::Unreachable},
+            {2005, K::Unreachable},  {1040, K::Unreachable},  {1129, K::Unreachable},  {1045, K::AccessDenied},
+            {1044, K::AccessDenied}, {1698, K::AccessDenied}, {1130, K::AccessDenied}, {1142, K::NoRights},
+            {1143, K::NoRights},     {1227, K::NoRights},     {1370, K::NoRights},     {1049, K::NoDatabase},
+        };
+        k = byCode.value(code, K::Other);
+        if (k == K::Constraint && low.contains(QLatin1String("range_")))
+            k = K::OutOfRange;
+        // the storage engine's or the file system's "No space left on device"
+        if ((code == 1030 || code == 3) && low.contains(QLatin1String("no space")))
+            k = K::DiskFull;
+    }
+
+    EngineFault f;
+    f.kind = k;
+    f.number = code;
+    switch (k) {
+    case K::Statement: f.text = QStringLiteral("データベースの命令を実行できませんでした。"); break;
+    case K::NoTable:
+        f.text = QStringLiteral("データベースに必要な表がありません。データベースの設定を確認してください。");
+        break;
+    case K::NoColumn:
+        f.text = QStringLiteral("データベースの表に必要な列がありません。データベースの設定を確認してください。");
+        break;
+    case K::Duplicate: f.text = QStringLiteral("同じキーのデータが既に登録されています。"); break;
+    case K::Constraint: f.text = QStringLiteral("データベースの制約に合わないため書き込めません。"); break;
+    case K::TypeMismatch: f.number = VbErr::TypeMismatch; break;
+    case K::TooLong: f.number = VbErr::FieldTooSmall; break;
+    case K::OutOfRange: f.number = VbErr::Overflow; break;
+    case K::DivByZero: f.number = VbErr::DivByZero; break;
+    case K::Busy:
+        f.text = QStringLiteral("データベースが他の処理で使用中です。しばらくしてからもう一度操作してください。");
+        break;
+    case K::ReadOnly: f.text = QStringLiteral("データを書き込めません。データベースが読み取り専用です。"); break;
+    case K::DiskFull: f.text = QStringLiteral("データを書き込めません。ディスクの空き容量が足りません。"); break;
+    case K::IoError: f.text = QStringLiteral("データベースの読み書きに失敗しました。"); break;
+    case K::Corrupt:
+        f.text = QStringLiteral("データベースファイルが壊れているか、データベースのファイルではありません。");
+        break;
+    case K::CantOpen: f.text = QStringLiteral("データベースファイルを開けません。"); break;
+    case K::Lost: f.text = QStringLiteral("サーバーとの接続が切れました。もう一度操作してください。"); break;
+    case K::Unreachable:
+        f.text = QStringLiteral("サーバーに接続できません。サーバーが動いているか、接続設定とネットワークを確認してください。");
+        break;
+    case K::AccessDenied:
+        f.text = QStringLiteral("サーバーへの接続が拒否されました。ユーザー名とパスワードを確認してください。");
+        break;
+    case K::NoRights: f.text = QStringLiteral("この操作を行う権限がありません。"); break;
+    case K::NoDatabase:
+        f.text = QStringLiteral("サーバーに指定のデータベースがありません。接続設定を確認してください。");
+        break;
+    case K::Other: f.text = QStringLiteral("データベースでエラーが発生しました。"); break;
+    }
+    if (f.text.isEmpty())
+        f.text = standardErrorText(f.number);
+    if (f.number == 0)
+        f.number = -2147467259; // the platform's "unspecified error"
+    return f;
+}
+
+QString sqliteReadOnlyReason(const QString &file)
+{
+    const QFileInfo fi(file);
+    if (!fi.exists())
+        return QString();
+    if (readOnlyByBits(fi))
+        return QStringLiteral("ファイル '%1' が読み取り専用です。").arg(QDir::cleanPath(fi.absoluteFilePath()));
+    const QFileInfo dir(QDir::cleanPath(fi.absolutePath()));
+    if (readOnlyByBits(dir))
+        return QStringLiteral("フォルダ '%1' が読み取り専用です（データベースの作業用ファイルをそこに作れません）。")
+            .arg(dir.absoluteFilePath());
+    const QStorageInfo disk(fi.absolutePath());
+    if (disk.isValid() && disk.isReadOnly())
+        return QStringLiteral("ディスク '%1' が読み取り専用です。").arg(disk.rootPath());
+    return QString();
+}
 
 bool isJetFile(const QString &path)
 {
@@ -191,7 +371,11 @@ Engine::~Engine()
 
 QSqlDatabase Engine::db() const { return QSqlDatabase::database(mConnName, false); }
 
-std::unique_ptr<Engine> Engine::open(const ConnectionSpec &conn)
+std::unique_ptr<Engine> Engine::open(const ConnectionSpec &conn) { return openAs(conn, nullptr); }
+
+std::unique_ptr<Engine> Engine::open(const ConnectionSpec &conn, DbKind kind) { return openAs(conn, &kind); }
+
+std::unique_ptr<Engine> Engine::openAs(const ConnectionSpec &conn, const DbKind *kind)
 {
     std::unique_ptr<Engine> e;
     if (conn.kind == EngineKind::Sqlite) {
@@ -199,9 +383,14 @@ std::unique_ptr<Engine> Engine::open(const ConnectionSpec &conn)
         e.reset(new SqliteEngine(conn));
         QSqlDatabase d = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), e->mConnName);
         d.setDatabaseName(conn.file);
-        d.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000"));
-        if (!d.open())
-            e->raiseSqlError(d.lastError(), QString());
+        // A file its owner made read-only is only read, whoever runs the program.
+        QString options = QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000");
+        if (!sqliteReadOnlyReason(conn.file).isEmpty())
+            options += QStringLiteral(";QSQLITE_OPEN_READONLY");
+        d.setConnectOptions(options);
+        e->connectNow();
+        if (kind)
+            checkTables(*e, *kind);
         // A write-ahead journal: each commit is one synced append instead of
         // several syncs, and readers don't wait for writers. Still synced in
         // full, so a saved day survives a power cut.
@@ -219,14 +408,49 @@ std::unique_ptr<Engine> Engine::open(const ConnectionSpec &conn)
         d.setUserName(conn.user);
         d.setPassword(conn.password);
         // Rows touched count the rows matched, as the file engine counts them.
-        d.setConnectOptions(QStringLiteral("MYSQL_OPT_CONNECT_TIMEOUT=5;CLIENT_FOUND_ROWS=1"));
-        if (!d.open())
-            e->raiseSqlError(d.lastError(), QString());
-        // Backslashes in text are data, as in the file engine; strict typing.
-        e->executeNative(QStringLiteral("SET SESSION sql_mode='STRICT_ALL_TABLES,NO_BACKSLASH_ESCAPES,"
-                                        "NO_ENGINE_SUBSTITUTION,ERROR_FOR_DIVISION_BY_ZERO'"));
+        // A server out of reach is told within seconds, and a connection that
+        // stops answering as well.
+        d.setConnectOptions(QStringLiteral("MYSQL_OPT_CONNECT_TIMEOUT=5;MYSQL_OPT_READ_TIMEOUT=120;"
+                                           "MYSQL_OPT_WRITE_TIMEOUT=120;CLIENT_FOUND_ROWS=1"));
+        e->connectNow();
+        if (kind)
+            checkTables(*e, *kind);
     }
     return e;
+}
+
+void Engine::connectNow()
+{
+    QSqlDatabase d = db();
+    if (!d.open())
+        raiseSqlError(d.lastError());
+    if (mKind == EngineKind::Mysql) {
+        QSqlQuery q(d);
+        if (!q.exec(QString::fromLatin1(kMysqlSession)))
+            raiseSqlError(q.lastError());
+    }
+}
+
+void Engine::reopenIfLost()
+{
+    if (!mLost)
+        return;
+    db().close();
+    connectNow(); // raises while the server is out of reach; tried again on the next statement
+    mLost = false;
+}
+
+bool Engine::lostConnection(const QSqlError &err) const
+{
+    if (mKind != EngineKind::Mysql)
+        return false;
+    const EngineFault::Kind k = classifyEngineError(mKind, nativeCode(err), engineWords(err)).kind;
+    return k == EngineFault::Lost || k == EngineFault::Unreachable;
+}
+
+QString Engine::readOnlyReason() const
+{
+    return mKind == EngineKind::Sqlite ? sqliteReadOnlyReason(mSpec.file) : QString();
 }
 
 std::unique_ptr<Engine> Engine::createSqliteFile(const QString &path)
@@ -240,34 +464,47 @@ std::unique_ptr<Engine> Engine::createSqliteFile(const QString &path)
     QSqlDatabase d = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), e->mConnName);
     d.setDatabaseName(path);
     if (!d.open())
-        e->raiseSqlError(d.lastError(), QString());
+        e->raiseSqlError(d.lastError());
     return e;
 }
 
-void Engine::raiseSqlError(const QSqlError &err, const QString &sql) const
+AppError engineError(EngineKind kind, const QSqlError &err, const QString &why)
 {
-    bool ok = false;
-    long number = err.nativeErrorCode().toLong(&ok);
-    if (!ok || number == 0)
-        number = -2147467259; // the platform's "unspecified error"
-    QString text = err.databaseText().trimmed();
-    if (text.isEmpty())
-        text = err.driverText().trimmed();
-    if (text.isEmpty())
-        text = err.text().trimmed();
-    Q_UNUSED(sql);
-    throw AppError(number, text);
+    const long code = nativeCode(err);
+    const QString words = engineWords(err);
+    const EngineFault f = classifyEngineError(kind, code, words);
+    QString text = f.text;
+    if (!why.isEmpty() && f.kind == EngineFault::ReadOnly)
+        text = QStringLiteral("データを書き込めません。") + why; // the reason in place of the engine's guess
+    else if (f.kind == EngineFault::CantOpen || f.kind == EngineFault::IoError)
+        text += why;
+    const QString engine = kind == EngineKind::Sqlite ? QStringLiteral("SQLite") : QStringLiteral("MySQL");
+    if (!words.isEmpty())
+        text += code ? QStringLiteral("（%1 %2: %3）").arg(engine).arg(code).arg(words)
+                     : QStringLiteral("（%1: %2）").arg(engine, words);
+    return AppError(f.number, text);
 }
 
-ResultSet Engine::select(const QString &jet)
+void Engine::raiseSqlError(const QSqlError &err)
 {
-    const QString sql = translate(jet);
+    if (lostConnection(err)) {
+        // The server dropped the connection and any transaction with it.
+        mLost = true;
+        mDepth = 0;
+        mDoomed = false;
+    }
+    throw engineError(mKind, err, readOnlyReason());
+}
+
+bool Engine::readRows(const QString &jet, const QString &sql, ResultSet &rs, QSqlError &failure)
+{
     QSqlQuery q(db());
     q.setForwardOnly(true);
     q.setNumericalPrecisionPolicy(QSql::LowPrecisionDouble);
-    if (!q.exec(sql))
-        raiseSqlError(q.lastError(), sql);
-    ResultSet rs;
+    if (!q.exec(sql)) {
+        failure = q.lastError();
+        return false;
+    }
     const QSqlRecord rec = q.record();
     TypeResolver resolver{JetSql::sources(jet)};
     rs.columns.resize(rec.count());
@@ -288,13 +525,38 @@ ResultSet Engine::select(const QString &jet)
         QVector<Value> row(n);
         for (int i = 0; i < n; ++i) {
             const QVariant v = q.value(i);
-            row[i] = rs.columns[i].typed ? fromStorage(v, rs.columns[i].type) : fromUntyped(v, mKind);
+            try {
+                row[i] = rs.columns[i].typed ? fromStorage(v, rs.columns[i].type) : fromUntyped(v, mKind);
+            } catch (const AppError &e) {
+                // This cell only: the rest of the row and the list read on.
+                row[i] = Value::unreadable(e.number());
+            }
         }
         rs.rows.append(std::move(row));
     }
-    if (q.lastError().isValid())
-        raiseSqlError(q.lastError(), sql);
-    return rs;
+    if (q.lastError().isValid()) {
+        failure = q.lastError();
+        return false;
+    }
+    return true;
+}
+
+ResultSet Engine::select(const QString &jet)
+{
+    const QString sql = translate(jet);
+    for (int attempt = 0;; ++attempt) {
+        reopenIfLost();
+        ResultSet rs;
+        QSqlError failure;
+        if (readRows(jet, sql, rs, failure))
+            return rs;
+        // A read writes nothing: on a lost connection it is sent once more.
+        if (attempt == 0 && mDepth == 0 && lostConnection(failure)) {
+            mLost = true;
+            continue;
+        }
+        raiseSqlError(failure);
+    }
 }
 
 qint64 Engine::execute(const QString &jet)
@@ -304,6 +566,7 @@ qint64 Engine::execute(const QString &jet)
 
 qint64 Engine::executeNative(const QString &sql, const QVector<QVariant> &params)
 {
+    reopenIfLost();
     QSqlQuery q(db());
     q.setForwardOnly(true);
     bool ok;
@@ -318,7 +581,7 @@ qint64 Engine::executeNative(const QString &sql, const QVector<QVariant> &params
         }
     }
     if (!ok)
-        raiseSqlError(q.lastError(), sql);
+        raiseSqlError(q.lastError());
     return q.numRowsAffected();
 }
 
@@ -326,6 +589,7 @@ QVariant Engine::toStorage(const Value &v, const ColumnDef &col) const
 {
     if (!hasValue(v))
         return QVariant();
+    v.checkReadable();
     switch (col.type) {
     case ColType::Bool: return QVariant(qlonglong(v.toBool() ? -1 : 0));
     case ColType::Byte: return QVariant(qlonglong(v.toByte()));
@@ -342,7 +606,7 @@ QVariant Engine::toStorage(const Value &v, const ColumnDef &col) const
     case ColType::Date: return QVariant(DateUtil::sqlText(v.toDate()));
     case ColType::Text: {
         const QString s = v.toText();
-        if (col.size > 0 && s.size() > col.size)
+        if (col.size > 0 && s.size() > col.size && charCount(s) > col.size)
             throw AppError(VbErr::FieldTooSmall,
                            QStringLiteral("フィールド '%1' に入る文字数（%2）を超えています。")
                                .arg(col.name)
@@ -397,14 +661,25 @@ void Engine::begin()
         ++mDepth;
         return;
     }
-    if (mKind == EngineKind::Sqlite) {
-        executeNative(QStringLiteral("BEGIN IMMEDIATE"));
-    } else {
-        // For the next transaction only.
-        executeNative(QStringLiteral("SET TRANSACTION ISOLATION LEVEL SERIALIZABLE"));
-        QSqlDatabase d = db();
-        if (!d.transaction())
-            raiseSqlError(d.lastError(), QStringLiteral("BEGIN"));
+    for (int attempt = 0;; ++attempt) {
+        try {
+            if (mKind == EngineKind::Sqlite) {
+                // The save holds the write lock from its first statement.
+                executeNative(QStringLiteral("BEGIN IMMEDIATE"));
+            } else {
+                // For the next transaction only: what the save reads is locked.
+                executeNative(QStringLiteral("SET TRANSACTION ISOLATION LEVEL SERIALIZABLE"));
+                QSqlDatabase d = db();
+                if (!d.transaction())
+                    raiseSqlError(d.lastError());
+            }
+            break;
+        } catch (const AppError &) {
+            // Nothing is written yet: a lost connection is opened again at once.
+            if (attempt == 0 && mLost)
+                continue;
+            throw;
+        }
     }
     mDepth = 1;
     mDoomed = false;
@@ -416,6 +691,11 @@ void Engine::commit()
         --mDepth;
         return;
     }
+    if (mLost) {
+        mDepth = 0;
+        mDoomed = false;
+        throw AppError(2013, QStringLiteral("サーバーとの接続が切れました。もう一度操作してください。"));
+    }
     if (mDepth == 1 && mDoomed) {
         rollback();
         throw AppError(VbErr::InvalidCall, QStringLiteral("処理の途中で失敗したため、変更は取り消されました。"));
@@ -425,7 +705,7 @@ void Engine::commit()
     if (!d.commit()) {
         const QSqlError err = d.lastError();
         d.rollback(); // never left open after a failed commit
-        raiseSqlError(err, QStringLiteral("COMMIT"));
+        raiseSqlError(err);
     }
 }
 
@@ -438,9 +718,15 @@ void Engine::rollback()
     }
     mDepth = 0;
     mDoomed = false;
+    // A lost connection took its transaction with it.
+    if (mLost)
+        return;
     QSqlDatabase d = db();
-    if (!d.rollback())
-        raiseSqlError(d.lastError(), QStringLiteral("ROLLBACK"));
+    if (!d.rollback()) {
+        if (!lostConnection(d.lastError()))
+            raiseSqlError(d.lastError());
+        mLost = true;
+    }
 }
 
 QStringList Engine::tableNames() const { return db().tables(); }

@@ -4,6 +4,7 @@
 // translation point; results come back as rows of typed values.
 
 #include "store/Schema.h"
+#include "base/AppError.h"
 #include "base/Value.h"
 
 #include <QSqlDatabase>
@@ -32,6 +33,33 @@ struct ResultColumn {
     ColType type = ColType::Text;
 };
 
+// What an engine's error means for the farmer: the number shown and the
+// Japanese text, before the engine's own code and words are added in brackets.
+struct EngineFault {
+    enum Kind {
+        Statement, NoTable, NoColumn, Duplicate, Constraint, TypeMismatch, TooLong, OutOfRange, DivByZero, Busy,
+        ReadOnly, DiskFull, IoError, Corrupt, CantOpen, Lost, Unreachable, AccessDenied, NoRights, NoDatabase, Other
+    };
+    Kind kind = Other;
+    long number = 0;
+    QString text;
+};
+// Reads an engine's error code and words (the extended code for SQLite, the
+// server's or client's number for MySQL).
+EngineFault classifyEngineError(EngineKind kind, long code, const QString &engineText);
+
+// An engine's error as the program raises it: the number and the Japanese
+// text of classifyEngineError, why (the file's read-only reason) after a
+// failed write, and the engine's own code and words in brackets.
+AppError engineError(EngineKind kind, const class QSqlError &err, const QString &why = QString());
+
+// Why a SQLite database file can't be written, as a sentence: its file or
+// its folder (where the engine keeps its journal) is read-only by its
+// permission bits, or its disk is mounted read-only. Empty when it can be
+// written. The bits count even for an administrator, who could otherwise
+// write anyway.
+QString sqliteReadOnlyReason(const QString &file);
+
 struct ResultSet {
     QVector<ResultColumn> columns;
     QVector<QVector<Value>> rows;
@@ -43,8 +71,13 @@ public:
     virtual ~Engine();
 
     // Opens a connection; raises AppError when it can't. A SQLite file must
-    // exist (it is never made here) and must not be an old Jet file.
+    // exist (it is never made here) and must not be an old Jet file; one
+    // that is read-only (sqliteReadOnlyReason) is opened for reading only.
     static std::unique_ptr<Engine> open(const ConnectionSpec &conn);
+    // The same, for a database of that kind: one that lacks a table of the
+    // kind (an empty file, another program's database) is refused before
+    // anything is written to it.
+    static std::unique_ptr<Engine> open(const ConnectionSpec &conn, DbKind kind);
     // Makes a new SQLite file (for set-up only).
     static std::unique_ptr<Engine> createSqliteFile(const QString &path);
 
@@ -54,7 +87,14 @@ public:
     // The engine's one translation point.
     virtual QString translate(const QString &jet) const = 0;
 
-    // Runs a statement of the program's dialect that returns rows.
+    // Runs a statement of the program's dialect that returns rows. A cell
+    // that can't be read as its column's type (an amount beyond the currency
+    // range) becomes Value::unreadable; the other cells and rows read as
+    // they are.
+    //
+    // A server connection that is found lost is opened again before the next
+    // statement. A read outside a transaction is sent again once at once;
+    // anything else fails with the message that the connection was lost.
     ResultSet select(const QString &jet);
     // Runs a statement of the program's dialect; the number of rows touched.
     qint64 execute(const QString &jet);
@@ -77,22 +117,38 @@ public:
     // to decide is locked until it ends).
     void begin();
     void commit();
+    // After a lost connection there is nothing left to roll back: the server
+    // has dropped the transaction.
     void rollback();
     bool inTransaction() const { return mDepth > 0; }
 
     QStringList tableNames() const;
+    // Why this database can't be written (see sqliteReadOnlyReason); always
+    // empty for a server.
+    QString readOnlyReason() const;
 
 protected:
     Engine(EngineKind kind, const ConnectionSpec &conn);
     QSqlDatabase db() const;
-    [[noreturn]] void raiseSqlError(const class QSqlError &err, const QString &sql) const;
+    // Throws the engine's error in Japanese, with the engine's own code and
+    // words in brackets. An error that means the server connection is gone
+    // marks it for opening again.
+    [[noreturn]] void raiseSqlError(const class QSqlError &err);
 
 private:
+    static std::unique_ptr<Engine> openAs(const ConnectionSpec &conn, const DbKind *kind);
+    void connectNow();           // opens the connection and sets up the session
+    void reopenIfLost();
+    // Runs a read; false with the engine's error when it fails.
+    bool readRows(const QString &jet, const QString &sql, ResultSet &rs, class QSqlError &failure);
+    bool lostConnection(const class QSqlError &err) const;
+
     EngineKind mKind;
     ConnectionSpec mSpec;
     QString mConnName;
-    int mDepth = 0;
-    bool mDoomed = false;
+    int mDepth = 0;              // transactions begun and not yet ended; inner ones join the outer
+    bool mDoomed = false;        // an inner transaction failed: the outer one can only roll back
+    bool mLost = false;          // the server connection is gone; opened again on the next statement
     friend class SqliteEngine;
     friend class MysqlEngine;
 };

@@ -193,6 +193,17 @@ QString mysqlType(const ColumnDef &c)
 
 QString indexName(const TableDef &t, int i) { return QStringLiteral("IX_%1_%2").arg(t.name).arg(i + 1); }
 
+// An amount column refuses what the program could not read back as an
+// amount: the bounds are the largest amounts inside the currency range whose
+// stored form (a binary fraction on SQLite) reads back inside it. The
+// constraint's name begins with RANGE_, by which the engine's refusal is
+// told as the overflow error.
+QString rangeCheck(const TableDef &t, const ColumnDef &c)
+{
+    return QStringLiteral("CONSTRAINT RANGE_%1_%2 CHECK (%2 BETWEEN -922337203685477.5 AND 922337203685477.5)")
+        .arg(t.name, c.name);
+}
+
 } // namespace
 
 const ColumnDef *TableDef::column(const QString &n) const
@@ -262,6 +273,8 @@ QStringList sqliteDdl(const TableDef &t)
                        .arg(c.name);
         if (c.type == ColType::Text)
             def += QStringLiteral(" CHECK (length(%1) <= %2)").arg(c.name).arg(c.size);
+        if (c.type == ColType::Currency)
+            def += QLatin1Char(' ') + rangeCheck(t, c);
         cols << def;
     }
     if (!t.key.isEmpty())
@@ -286,6 +299,9 @@ QStringList mysqlDdl(const TableDef &t)
     }
     if (!t.key.isEmpty())
         cols << QStringLiteral("PRIMARY KEY (%1)").arg(t.key.join(QLatin1Char(',')));
+    for (const ColumnDef &c : t.columns)
+        if (c.type == ColType::Currency)
+            cols << rangeCheck(t, c);
     for (int i = 0; i < t.indexes.size(); ++i)
         cols << QStringLiteral("INDEX %1 (%2)").arg(indexName(t, i), t.indexes[i].join(QLatin1Char(',')));
     return {QStringLiteral("CREATE TABLE %1 (%2) ENGINE=InnoDB DEFAULT CHARSET=utf8mb4 "

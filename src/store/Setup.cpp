@@ -181,9 +181,9 @@ InitReport initRoot(const QString &root, bool force)
             createTables(*e, kind);
             loadDelivered(*e, kind);
         }
-        // The settings file holds passwords in clear: its owner alone reads it.
-        if (kind == DbKind::Ini)
-            QFile::setPermissions(temp, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+        // The settings file holds passwords in clear, the others the farm's
+        // books: their owner alone reads them.
+        QFile::setPermissions(temp, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
         if (!QFile::rename(temp, path))
             throw AppError(75, QStringLiteral("ファイル '%1' を作成できません。").arg(path));
         report.created << path;
@@ -206,7 +206,7 @@ void onServer(const ServerLogin &login, const std::function<void(QSqlQuery &)> &
         if (!d.open()) {
             const QSqlError err = d.lastError();
             QSqlDatabase::removeDatabase(name);
-            throw AppError(err.nativeErrorCode().toLong(), err.databaseText());
+            throw engineError(EngineKind::Mysql, err);
         }
         QSqlQuery q(d);
         try {
@@ -233,7 +233,7 @@ std::unique_ptr<Engine> openOrCreateServerDb(const ConnectionSpec &conn)
     onServer({conn.host, conn.port, conn.user, conn.password}, [&](QSqlQuery &q) {
         if (!q.exec(QStringLiteral("CREATE DATABASE `%1` CHARACTER SET utf8mb4 COLLATE utf8mb4_general_ci")
                         .arg(conn.database)))
-            throw AppError(q.lastError().nativeErrorCode().toLong(), q.lastError().databaseText());
+            throw engineError(EngineKind::Mysql, q.lastError());
     });
     return Engine::open(conn);
 }

@@ -19,6 +19,7 @@ QString plainNumber(double d)
 
 QDateTime dateOf(const Value &v)
 {
+    v.checkReadable();
     if (!hasValue(v) || !(v.isDateType() || IsDate(v)))
         raiseError(VbErr::DateSyntax, textOf(v));
     return v.toDate();
@@ -56,6 +57,7 @@ Stmt &Stmt::put(const QString &piece)
 
 Stmt &Stmt::num(const Value &v)
 {
+    v.checkReadable(); // a cell that could not be read is never written as 0
     if (!hasValue(v))
         return put(QStringLiteral("0"));
     if (IsNumeric(v))
@@ -91,6 +93,7 @@ Stmt &Stmt::text(const QString &t)
 
 Stmt &Stmt::textOrNull(const Value &v)
 {
+    v.checkReadable();
     const QString t = textOf(v);
     return t.isEmpty() ? put(QStringLiteral("NULL")) : text(t);
 }

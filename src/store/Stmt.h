@@ -19,7 +19,8 @@
 // The finished text goes to the store as it is (a Stmt converts to QString),
 // where each engine's one translation point turns it into its own dialect.
 // Using up fewer or more values than the text has ? is a fault of the
-// program and raises an error.
+// program and raises an error. A cell that could not be read
+// (Value::unreadable) raises its own error wherever it is put in.
 #include "base/Currency.h"
 #include "base/Value.h"
 

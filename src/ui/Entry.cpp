@@ -2,6 +2,7 @@
 
 #include "ui/Form.h"
 #include "base/Globals.h"
+#include "base/Helpers.h"
 #include "base/Msg.h"
 
 #include <algorithm>
@@ -19,6 +20,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTimer>
+#include <QValidator>
 
 namespace {
 
@@ -47,6 +49,41 @@ bool sameValue(const Value &a, const Value &b)
         return a.toDouble() == b.toDouble();
     return a.toText() == b.toText();
 }
+
+// A field's limit in characters, as the tables count them: what is typed or
+// pasted beyond it is left out whole, never half a character (an emoji is
+// two halves in the text box's own count).
+class CharLimit : public QValidator {
+public:
+    CharLimit(int limit, QObject *parent) : QValidator(parent), mLimit(limit) {}
+    int limit() const { return mLimit; }
+    void setLimit(int limit) { mLimit = limit; }
+
+    State validate(QString &input, int &pos) const override
+    {
+        int excess = charCount(input) - mLimit;
+        if (excess <= 0)
+            return Acceptable;
+        // What was just put in ends at the caret: it gives way, from its end.
+        int from = pos;
+        for (; excess > 0 && from > 0; --excess) {
+            --from;
+            if (from > 0 && input.at(from).isLowSurrogate() && input.at(from - 1).isHighSurrogate())
+                --from;
+        }
+        input.remove(from, pos - from);
+        pos = from;
+        if (excess > 0)
+            input = leftChars(input, mLimit);
+        pos = std::min(pos, int(input.size()));
+        return Acceptable;
+    }
+
+private:
+    int mLimit;
+};
+
+CharLimit *charLimitOf(QLineEdit *field) { return dynamic_cast<CharLimit *>(const_cast<QValidator *>(field->validator())); }
 
 } // namespace
 
@@ -105,7 +142,10 @@ void FmtYmText(QLineEdit *field)
 void setFieldLimit(QLineEdit *field, int maxLength, ImeMode mode)
 {
     if (maxLength > 0) {
-        field->setMaxLength(maxLength);
+        // The box's own limit counts halves of characters: room for the
+        // limit in characters of any kind; the characters count in CharLimit.
+        field->setMaxLength(maxLength * 2);
+        field->setValidator(new CharLimit(maxLength, field));
         field->setProperty("fieldLimit", maxLength);
     }
     field->setProperty("imeMode", int(mode));
@@ -130,8 +170,10 @@ void setFieldLimit(QLineEdit *field, int maxLength, ImeMode mode)
 void showFieldText(QLineEdit *field, const QString &text)
 {
     const int limit = field->property("fieldLimit").toInt();
-    if (limit > 0)
-        field->setMaxLength(std::max(limit, int(text.size())));
+    if (CharLimit *chars = charLimitOf(field); chars && limit > 0) {
+        chars->setLimit(std::max(limit, charCount(text)));
+        field->setMaxLength(std::max(limit * 2, int(text.size())));
+    }
     field->setText(text);
 }
 

@@ -104,7 +104,9 @@ void FmtYmText(QLineEdit *field);
 // Moves the focus on from a control, as the Tab key does.
 void sendTab(QWidget *from);
 
-// Maximum length and input-method mode of a text box.
+// Maximum length and input-method mode of a text box. The length counts
+// characters as the tables do (an emoji is one); what is typed or pasted
+// beyond it is left out whole, never half a character. 0 sets no length.
 void setFieldLimit(QLineEdit *field, int maxLength, ImeMode mode);
 // Shows a stored text in a limited field. The limit holds for typing only:
 // a stored text longer than it is shown whole (and so saved back whole).

@@ -5,6 +5,10 @@
 #include "ui/Entry.h"
 #include "ui/Form.h"
 
+#include "base/Msg.h"
+#include "base/Value.h"
+
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTreeWidget>
 
@@ -18,6 +22,24 @@ void wireButtons(Form *list, const QVector<QPushButton *> &buttons, std::functio
     for (int i = 0; i < 5; ++i)
         list->onClick(buttons[i + 1], [open, o = opens[i]] { open(o.first, o.second); });
     buttons[6]->setEnabled(false);
+}
+
+bool filterDatesReadable(const QVector<QLineEdit *> &dates, QLineEdit *year)
+{
+    QVector<QPair<QLineEdit *, QString>> fields;
+    for (QLineEdit *d : dates)
+        fields.append({d, d->text()});
+    if (year && !year->text().isEmpty())
+        fields.append({year, year->text() + QStringLiteral("/01/01")});
+    for (const auto &[field, text] : fields) {
+        QDateTime day;
+        if (field->text().isEmpty() || DateUtil::parseStorable(text, day))
+            continue;
+        ShowMsg(QStringLiteral("日付を指定してください。"), Msg::Exclamation);
+        field->setFocus();
+        return false;
+    }
+    return true;
 }
 
 int chosenRow(const QTreeWidget *list)

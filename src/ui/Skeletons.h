@@ -14,6 +14,7 @@
 
 #include <functional>
 
+class QLineEdit;
 class QPushButton;
 class QTreeWidget;
 class Form;
@@ -24,6 +25,11 @@ namespace ListScreen {
 // switched off: no list is printed. open(mode, withRow) opens the entry
 // screen, with the chosen row or without one.
 void wireButtons(Form *list, const QVector<QPushButton *> &buttons, std::function<void(Mode, bool withRow)> open);
+// The date filters of a list, checked before its statement runs: a field
+// whose text is no date (years 1000 to 9999) shows "日付を指定してください。"
+// with the exclamation mark and takes the focus, and the answer is false. An
+// empty field passes. A year field stands for the 1 January of that year.
+bool filterDatesReadable(const QVector<QLineEdit *> &dates, QLineEdit *year = nullptr);
 // The row of the list's chosen line; -1 when none is chosen.
 int chosenRow(const QTreeWidget *list);
 // Makes a row the chosen line, selected and in view; -1 chooses none.

@@ -22,6 +22,37 @@ private slots:
         QCOMPARE(toWide(QStringLiteral("全角（見本）")), QStringLiteral("全角（見本）"));
     }
 
+    // The farms' code page: a character it lacks is one "?", the rest goes on.
+    void systemCodePage_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("ascii and katakana") << QStringLiteral("A1ｱ") << QByteArray("A1\xB1");
+        QTest::newRow("kanji") << QStringLiteral("農薬") << QByteArray("\x94\x5F\x96\xF2");
+        QTest::newRow("wave dash of the input method") << QStringLiteral("〜") << QByteArray("\x81\x60");
+        QTest::newRow("full-width tilde") << QStringLiteral("～") << QByteArray("\x81\x60");
+        QTest::newRow("circled digit") << QStringLiteral("①") << QByteArray("\x87\x40");
+        QTest::newRow("emoji") << QStringLiteral("a😀b") << QByteArray("a?b");
+        QTest::newRow("outside the code page") << QStringLiteral("ü𠮷") << QByteArray("??");
+        QTest::newRow("half an emoji") << QString(QChar(0xD83D)) << QByteArray("?");
+    }
+    void systemCodePage()
+    {
+        QFETCH(QString, text);
+        QFETCH(QByteArray, bytes);
+        QCOMPARE(toSystemCodePage(text), bytes);
+    }
+
+    // Characters as the databases count them: an emoji is one.
+    void charactersCountedWhole()
+    {
+        const QString text = QStringLiteral("a😀b😀");
+        QCOMPARE(charCount(text), 4);
+        QCOMPARE(leftChars(text, 2), QStringLiteral("a😀"));
+        QCOMPARE(leftChars(text, 9), text);
+        QCOMPARE(charCount(QString(QChar(0xD83D))), 1);
+    }
+
     void roundEx_data()
     {
         QTest::addColumn<double>("value");

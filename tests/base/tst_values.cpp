@@ -146,6 +146,27 @@ private slots:
         QCOMPARE(DateUtil::dayText(Value()), QString());
     }
 
+    // A cell the store could not read: shown as a mark, never taken for a
+    // number, a date or 0; any use as one raises its error.
+    void anUnreadableCellShowsAMarkAndRaisesWhenUsed()
+    {
+        const Value bad = Value::unreadable(VbErr::Overflow);
+        QCOMPARE(bad.toText(), QStringLiteral("#範囲外#"));
+        QCOMPARE(textOf(bad), QStringLiteral("#範囲外#"));
+        QVERIFY(hasValue(bad));
+        QVERIFY(!IsNumeric(bad));
+        QVERIFY(!IsDate(bad));
+        QVERIFY(!isNumber(bad, 0));
+        const std::function<void()> uses[] = {[&] { bad.toDouble(); }, [&] { bad.toCurrency(); },
+                                              [&] { bad.toLong(); },   [&] { bad.toInt(); },
+                                              [&] { bad.toBool(); },   [&] { bad.toDate(); },
+                                              [&] { bad.toSingle(); }, [&] { bad.checkReadable(); }};
+        for (const auto &use : uses)
+            QCOMPARE(errorOf(use), VbErr::Overflow);
+        QCOMPARE(errorOf([] { Value(5).checkReadable(); }), 0L);
+        QCOMPARE(Nz(bad, Value(0)), bad);
+    }
+
     void nzKeepsEmptyAndZero()
     {
         QCOMPARE(Nz(Value::null(), Value("")), Value(""));

@@ -1,5 +1,7 @@
 // The command-line companion as a script would use it.
 
+#include "store/Engine.h"
+
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest/QTest>
@@ -67,6 +69,25 @@ private slots:
         QCOMPARE(r.out.count(QStringLiteral("既存: ")), 4);
         QCOMPARE(admin({"sql", "--root", root, "--db", "data", "SELECT COUNT(*) FROM D_DIARY"}).out,
                  QStringLiteral("1\n"));
+    }
+
+    // An amount an older version wrote beyond the currency range: the other
+    // rows print, the cell prints as a mark.
+    void anAmountBeyondTheRangePrintsAsAMark()
+    {
+        QTemporaryDir dir;
+        QCOMPARE(admin({"init", "--root", dir.path()}).code, 0);
+        {
+            ConnectionSpec file;
+            file.file = dir.path() + QStringLiteral("/data/DATA.MDB");
+            auto e = Engine::open(file);
+            e->executeNative(QStringLiteral("PRAGMA ignore_check_constraints=1"));
+            e->executeNative(QStringLiteral("INSERT INTO D_LEDGE (FMR_ID, LEDGE_ID, AMT) VALUES (1, 1, 1800), (1, 2, 1.8e302)"));
+        }
+        const Run r = admin({"sql", "--root", dir.path(), "--db", "data",
+                             "SELECT LEDGE_ID, AMT FROM D_LEDGE ORDER BY LEDGE_ID"});
+        QCOMPARE(r.code, 0);
+        QCOMPARE(r.out, QStringLiteral("1\t1800\n2\t#範囲外#\n"));
     }
 
     void missingDataFileIsAnError()

@@ -236,8 +236,11 @@ private slots:
         QCOMPARE(again.kept.size(), 4);
         root.openAll();
         QCOMPARE(GetFmrNameForTest(), QStringLiteral("書き換え"));
-        QVERIFY(QFile::permissions(root.root() + QStringLiteral("/ini/INFO.MDB")) ==
-                (QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadUser | QFileDevice::WriteUser));
+        // passwords and the farm's books: readable by their owner only
+        for (DbKind k : {DbKind::Ini, DbKind::Work, DbKind::Data, DbKind::Master})
+            QVERIFY2(QFile::permissions(Setup::fileOf(root.root(), k)) ==
+                         (QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadUser | QFileDevice::WriteUser),
+                     qPrintable(dbKindName(k)));
     }
 
 private:

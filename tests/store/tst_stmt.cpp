@@ -78,6 +78,12 @@ private slots:
         // a date place takes only a date: the engine never sees the text
         QVERIFY(raises([] { return Stmt("D=?").day(Value("いつか")).sql(); }, VbErr::DateSyntax));
         QVERIFY(raises([] { return Stmt("D=?").time(Value()).sql(); }, VbErr::DateSyntax));
+        // a cell that could not be read is never written, least of all as 0
+        const Value bad = Value::unreadable(VbErr::Overflow);
+        QVERIFY(raises([&] { return Stmt("A=?").num(bad).sql(); }, VbErr::Overflow));
+        QVERIFY(raises([&] { return Stmt("A=?").numOrNull(bad).sql(); }, VbErr::Overflow));
+        QVERIFY(raises([&] { return Stmt("A=?").textOrNull(bad).sql(); }, VbErr::Overflow));
+        QVERIFY(raises([&] { return Stmt("A=?").day(bad).sql(); }, VbErr::Overflow));
     }
 
     // Built statements as the engines run them: texts stored as typed, a

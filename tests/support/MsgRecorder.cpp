@@ -21,3 +21,10 @@ int MsgRecorder::show(const QString &prompt, int buttons, const QString &title)
     messages.append({prompt, buttons, title, result});
     return result;
 }
+
+TraceRecorder::TraceRecorder()
+{
+    setLogHook([this](const QString &t) { lines << t; });
+}
+
+TraceRecorder::~TraceRecorder() { setLogHook(nullptr); }

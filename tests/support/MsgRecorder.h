@@ -6,6 +6,7 @@
 
 #include <QQueue>
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 class MsgRecorder : public MsgSink {
@@ -31,4 +32,17 @@ public:
 private:
     QQueue<int> mAnswers;
     MsgSink *mPrevious;
+};
+
+// Records the trace (every statement sent and every message) while it lives.
+class TraceRecorder {
+public:
+    TraceRecorder();
+    ~TraceRecorder();
+    TraceRecorder(const TraceRecorder &) = delete;
+    TraceRecorder &operator=(const TraceRecorder &) = delete;
+
+    QStringList lines;
+    // The lines that hold a word ("SELECT").
+    QStringList with(const QString &word) const { return lines.filter(word); }
 };

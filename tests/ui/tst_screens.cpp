@@ -18,6 +18,8 @@
 #include <QPushButton>
 #include <QFileDialog>
 #include <QAbstractItemView>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QTableView>
@@ -340,14 +342,46 @@ private slots:
         QVERIFY(f.ctl<QPushButton>("cmdMENU(0)")->isEnabled());
     }
 
+    // A limit counts characters as the tables do, and never cuts one in half:
+    // an emoji beyond it is left out whole, at the limit it is kept whole.
+    void fieldLimits_data()
+    {
+        QTest::addColumn<QString>("shown");  // already in the field
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("kept");
+        QTest::newRow("digits") << "" << "123456" << "1234";
+        QTest::newRow("emoji at the limit") << "" << "abc😀" << "abc😀";
+        QTest::newRow("emoji beyond the limit") << "" << "abcd😀" << "abcd";
+        QTest::newRow("emoji only") << "" << "😀😀😀😀😀" << "😀😀😀😀";
+        QTest::newRow("typed into the middle") << "ab" << "😀😀😀" << "😀😀ab";
+        QTest::newRow("longer text shown stays whole") << "😀😀😀😀😀😀" << "" << "😀😀😀😀😀😀";
+    }
     void fieldLimits()
     {
+        QFETCH(QString, shown);
+        QFETCH(QString, typed);
+        QFETCH(QString, kept);
         TestRoot root;
         TestForm f;
         setFieldLimit(f.txt[0], 4, ImeMode::Disabled);
         Gui::show(&f);
-        Gui::type(f.txt[0], QStringLiteral("123456"));
-        QCOMPARE(f.txt[0]->text(), QStringLiteral("1234"));
+        showFieldText(f.txt[0], shown);
+        Gui::focus(f.txt[0]);
+        f.txt[0]->setCursorPosition(0);
+        if (!typed.isEmpty()) {
+            // as the input method commits it, and key by key
+            QInputMethodEvent commit;
+            commit.setCommitString(typed);
+            QApplication::sendEvent(f.txt[0], &commit);
+            QCOMPARE(f.txt[0]->text(), kept);
+            f.txt[0]->setText(shown);
+            f.txt[0]->setCursorPosition(0);
+            for (const char32_t c : typed.toUcs4()) {
+                QKeyEvent key(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, QString::fromUcs4(&c, 1));
+                QApplication::sendEvent(f.txt[0], &key);
+            }
+        }
+        QCOMPARE(f.txt[0]->text(), kept);
         QVERIFY(!f.txt[0]->testAttribute(Qt::WA_InputMethodEnabled));
     }
 

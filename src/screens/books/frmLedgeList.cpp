@@ -187,6 +187,9 @@ void frmLedgeList::DispForm()
 
 void frmLedgeList::SetList()
 {
+    // No statement runs with a date filter that is no date.
+    if (!ListScreen::filterDatesReadable({txtCOND[1], txtCOND[2]}, txtCOND[3]))
+        return;
     const bool ledger = mView == 1;
     Ledger::Filter f;
     f.fmrId = gFMR_ID;

@@ -59,6 +59,9 @@ bool Main()
     OpenDb();
     OpenMst();
     OpenWork();
+    // Said now, not first at the farmer's first 登録.
+    if (const QString readOnly = readOnlyWarning(); !readOnly.isEmpty())
+        ShowMsg(readOnly, Msg::Exclamation);
     gUSE_TYPE = Defaults::useType();
 
     if (!checkDefault(gFMR_ID, QStringLiteral("DEF_FMR_ID"), "M_FMR", "FMR_ID=?",
@@ -69,7 +72,9 @@ bool Main()
                       QStringLiteral("既定販売店IDを設定してください。"), QStringLiteral("販売店情報を設定してください。")))
         return false;
 
-    ResetUnusedChemi(gFMR_ID);
+    // The recount writes: a data file that can't be written keeps its figures.
+    if (gDB->engine()->readOnlyReason().isEmpty())
+        ResetUnusedChemi(gFMR_ID);
 
     Form *first = nullptr;
     if (gUSE_TYPE == 1)

@@ -84,13 +84,20 @@ frmShipList::frmShipList(QWidget *parent) : Form(QStringLiteral("frmShipList"), 
         trap(work);
         QApplication::restoreOverrideCursor();
     };
-    onClick(ctl<QPushButton>(QStringLiteral("cmdFIND")), [this, busy] {
+    // No statement runs with a date filter that is no date.
+    auto datesReadable = [this] { return ListScreen::filterDatesReadable({txtCOND[1], txtCOND[2]}); };
+    onClick(ctl<QPushButton>(QStringLiteral("cmdFIND")), [this, busy, datesReadable] {
+        if (!datesReadable())
+            return;
         busy([this] {
             SetList1();
             SetList2();
         });
     });
-    connect(List1, &QListWidget::itemClicked, this, [this, busy] { busy([this] { SetList2(); }); });
+    connect(List1, &QListWidget::itemClicked, this, [this, busy, datesReadable] {
+        if (datesReadable())
+            busy([this] { SetList2(); });
+    });
     ListScreen::wireButtons(this, cmdMENU, [this](Mode mode, bool withRow) { openInput(mode, withRow); });
 }
 

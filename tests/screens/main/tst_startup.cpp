@@ -15,6 +15,7 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QFile>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -276,11 +277,33 @@ private slots:
         QCOMPARE(gDB->DCount("*", "D_LEDGE").toLong(), 0);
     }
 
-    void brokenMasterConnectionAnsweredNoEndsAtOnce()
+    // A database that can't be opened, or that isn't the program's, asks for
+    // the connection settings; No ends the program at once.
+    void badDatabaseAnsweredNoEndsAtOnce_data()
     {
+        QTest::addColumn<QString>("fault");
+        QTest::addColumn<QString>("question");
+        QTest::newRow("master file missing") << "missing" << "ﾏｽﾀﾃﾞｰﾀが不正ですので設定してください。";
+        QTest::newRow("data not the program's") << "foreign" << "ﾃﾞｰﾀﾍﾞｰｽが不正ですので設定してください。";
+    }
+    void badDatabaseAnsweredNoEndsAtOnce()
+    {
+        QFETCH(QString, fault);
+        QFETCH(QString, question);
         TestRoot root(TestEnv::engine(), false);
-        root.setCtrl("MST_NAME", Value("..\\data\\NOWHERE.MDB"));
-        root.setCtrl("MST_TYPE", Value("2"));
+        if (fault == QLatin1String("missing")) {
+            root.setCtrl("MST_NAME", Value("..\\data\\NOWHERE.MDB"));
+            root.setCtrl("MST_TYPE", Value("2"));
+        } else if (root.engine() == TestEngine::Mysql) {
+            // a database on the server without the data tables: the master one
+            OpenIni();
+            const QString master = gINI->property(QStringLiteral("MST_NAME"));
+            CloseAllDatabases();
+            root.setCtrl("DB_NAME", Value(master));
+        } else {
+            QFile empty(root.root() + QStringLiteral("/data/DATA.MDB"));
+            QVERIFY(empty.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        }
         StartupRig rig;
         rig.msgs.answer(Msg::ResNo);
         bool ended = false;
@@ -290,8 +313,34 @@ private slots:
             ended = true;
         }
         QVERIFY(ended);
-        QCOMPARE(rig.prompts(), QStringList{"ﾏｽﾀﾃﾞｰﾀが不正ですので設定してください。"});
+        QCOMPARE(rig.prompts(), QStringList{question});
         QVERIFY(rig.modals.opened.isEmpty());
+    }
+
+    // Data that can't be written is said at start-up, and the program still
+    // opens to show it.
+    void readOnlyDataIsSaidAtStartUp()
+    {
+        if (TestEnv::engine() == TestEngine::Mysql)
+            QSKIP("files");
+        TestRoot root(TestEngine::Sqlite, true);
+        // an unused lot, whose recount would write
+        gDB->EXEC("INSERT INTO D_CHEMI (FMR_ID, CHEMI_ID, CHEMI_NM, PUR_QTY, USED_QTY, REST_QTY) VALUES "
+                  "(1, 1, '見本乳剤', 500, 120, 380)");
+        root.closeAll();
+        const QString file = root.root() + QStringLiteral("/data/DATA.MDB");
+        const QFile::Permissions was = QFile::permissions(file);
+        QFile::setPermissions(file, QFile::ReadOwner | QFile::ReadUser);
+        StartupRig rig;
+        QVERIFY(Main());
+        QCOMPARE(rig.msgs.count(), 1);
+        QVERIFY2(rig.msgs.lastPrompt().startsWith(QStringLiteral("データを書き込めません。")), qPrintable(rig.msgs.lastPrompt()));
+        QVERIFY(rig.msgs.lastPrompt().contains(QStringLiteral("ファイル '%1' が読み取り専用です。").arg(file)));
+        QCOMPARE(rig.msgs.messages[0].buttons, int(Msg::Exclamation));
+        QVERIFY(Form::find(QStringLiteral("frmDairyCal")));
+        QCOMPARE(gDB->DLookup("REST_QTY", "D_CHEMI", "CHEMI_ID=1").toDouble(), 380.0);
+        CloseAllDatabases();
+        QFile::setPermissions(file, was);
     }
 
     void multiUseOpensTheMenuWithTheFarmerList()

@@ -208,7 +208,7 @@ private slots:
         const bool server = root.engine() == TestEngine::Mysql;
         QCOMPARE(type->currentText(), server ? QStringLiteral("MYSQL") : QStringLiteral("MDB"));
         QCOMPARE(f.ctl<QLineEdit>("Text1(4)")->echoMode(), QLineEdit::Password);
-        QCOMPARE(f.ctl<QLineEdit>("Text1(2)")->maxLength(), 50);
+        QCOMPARE(f.ctl<QLineEdit>("Text1(2)")->property("fieldLimit").toInt(), 50);
         if (!server)
             QCOMPARE(f.ctl<QLineEdit>("Text1(8)")->text(), QStringLiteral("..\\data\\MASTER.MDB"));
         Gui::type(f.ctl<QLineEdit>("Text1(11)"), QStringLiteral("pw"));

@@ -34,6 +34,40 @@ private slots:
         gSHOP_ID = Value(1);
     }
 
+    // A date filter that is no date is refused with the date message before
+    // any statement runs; the list stays as it was.
+    void dateFiltersThatAreNoDatesRunNothing()
+    {
+        TestRoot root;
+        seedPlantings();
+        gBASE_DATE = DateUtil::make(2024, 5, 1);
+        MsgRecorder rec;
+        Form *list = createScreen(QStringLiteral("frmShipList"));
+        Gui::show(list);
+        auto *plants = list->ctl<QListWidget>("List1");
+        const int shown = plants->count();
+        TraceRecorder trace;
+        for (const char *field : {"txtCOND(1)", "txtCOND(2)"}) {
+            for (const QString &junk : {QStringLiteral("abc"), QStringLiteral("2024/13/01"), QStringLiteral("#2024/1/1#"),
+                                        QStringLiteral("'; DROP TABLE D_SHIP; --")}) {
+                Gui::type(list->ctl<QLineEdit>(QString::fromLatin1(field)), junk);
+                rec.clear();
+                trace.lines.clear();
+                Gui::click(list->ctl<QPushButton>("cmdFIND"));
+                plants->setCurrentRow(1);
+                emit plants->itemClicked(plants->item(1));
+                Gui::settle();
+                QCOMPARE(rec.count(), 2);
+                QCOMPARE(rec.messages[0].prompt, QStringLiteral("日付を指定してください。"));
+                QCOMPARE(rec.messages[0].buttons, 48);
+                QVERIFY2(trace.with(QStringLiteral("SELECT")).isEmpty(), qPrintable(trace.lines.join(QLatin1Char('\n'))));
+                QCOMPARE(plants->count(), shown);
+            }
+            Gui::type(list->ctl<QLineEdit>(QString::fromLatin1(field)), QStringLiteral("2024/05/20"));
+        }
+        list->close();
+    }
+
     void theListAndTheEntryOnScreen()
     {
         TestRoot root;
