@@ -75,7 +75,7 @@ bool fdlMstFmrEdit::GetData(const Value &id)
     if (!FmrMaster::read(id, r))
         return false;
     for (int i = 1; i < FmrMaster::FieldCount; ++i)
-        txtDATA[i]->setText(textOf(FmrRecord::map().of(r, FmrMaster::column(i))));
+        showFieldText(txtDATA[i], textOf(FmrRecord::map().of(r, FmrMaster::column(i))));
     return true;
 }
 

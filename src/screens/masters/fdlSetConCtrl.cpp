@@ -100,7 +100,7 @@ void fdlSetConCtrl::LoadData()
         QWidget *w = mTagged[i];
         const QString &text = texts[i];
         if (auto *e = qobject_cast<QLineEdit *>(w)) {
-            e->setText(text);
+            showFieldText(e, text);
         } else if (auto *c = qobject_cast<QComboBox *>(w)) {
             // A list takes the value as its index; a list of another layout
             // ("Combo2") would take it as text.

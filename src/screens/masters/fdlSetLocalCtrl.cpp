@@ -82,7 +82,7 @@ fdlSetLocalCtrl::fdlSetLocalCtrl(QWidget *parent) : Form(QStringLiteral("fdlSetL
     onClick(ctl<QPushButton>(QStringLiteral("Command1(2)")), [this] {
         const QString dir = OpenDir(this, QStringLiteral("ﾊﾞｯｸｱｯﾌﾟﾌｫﾙﾀﾞを指定してください。"));
         if (!dir.isEmpty()) {
-            txtDATA[2]->setText(dir);
+            showFieldText(txtDATA[2], dir);
             txtDATA[2]->setFocus();
         }
     });
@@ -100,9 +100,9 @@ void fdlSetLocalCtrl::LoadData()
     const LocalSettings::Values v = LocalSettings::load();
     Option1[0]->setChecked(v.useType == 1);
     Option1[1]->setChecked(v.useType == 2);
-    txtDATA[0]->setText(v.farmer);
-    txtDATA[1]->setText(v.shop);
-    txtDATA[2]->setText(v.backupDir);
+    showFieldText(txtDATA[0], v.farmer);
+    showFieldText(txtDATA[1], v.shop);
+    showFieldText(txtDATA[2], v.backupDir);
     Check1->setChecked(v.maximised);
 }
 

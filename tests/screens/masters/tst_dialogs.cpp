@@ -110,6 +110,14 @@ private slots:
         QCOMPARE(gMST->DLookup("FMR_NM", "M_FMR", "FMR_ID=1").toText(), QStringLiteral("O'Brien 農園; DROP TABLE M_FMR"));
         QCOMPARE(gMST->DLookup("NOTES", "M_FMR", "FMR_ID=1").toText(), QString(50, QChar(0x3042)));
         QCOMPARE(gMST->DLookup("FEE_2", "M_FMR", "FMR_ID=1"), Value(Currency::fromInt(1100)));
+        // a stored text longer than its field is shown and saved whole
+        const QString notes(90, QChar(0x3044));
+        gMST->EXEC(QStringLiteral("UPDATE M_FMR SET NOTES='%1' WHERE FMR_ID=1").arg(notes));
+        fdlMstFmrEdit again;
+        Gui::show(&again);
+        QCOMPARE(again.ctl<QLineEdit>("txtDATA(5)")->text(), notes);
+        Gui::click(again.ctl<QPushButton>("Command1(1)"));
+        QCOMPARE(gMST->DLookup("NOTES", "M_FMR", "FMR_ID=1").toText(), notes);
     }
 
     void farmerDialogLooksUpACodeBeforeEditing()
