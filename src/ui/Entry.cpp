@@ -17,6 +17,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTimer>
+#include <QValidator>
 
 namespace {
 
@@ -85,11 +86,39 @@ void FmtYmText(QLineEdit *field)
     field->setCursorPosition(field->text().size());
 }
 
+namespace {
+
+// The limit of a field counts its text as the field does (a character
+// outside the basic plane, an emoji or a rare kanji, counts two), and cuts a
+// text that is too long; a character that the cut would halve goes whole.
+class WholeCharacters : public QValidator {
+public:
+    using QValidator::QValidator;
+    State validate(QString &input, int &pos) const override
+    {
+        for (int i = 0; i < input.size(); ++i) {
+            if (input[i].isHighSurrogate() && i + 1 < input.size() && input[i + 1].isLowSurrogate()) {
+                ++i;
+            } else if (input[i].isSurrogate()) {
+                input.remove(i, 1);
+                if (pos > i)
+                    --pos;
+                --i;
+            }
+        }
+        return Acceptable;
+    }
+};
+
+} // namespace
+
 void setFieldLimit(QLineEdit *field, int maxLength, ImeMode mode)
 {
     if (maxLength > 0) {
         field->setMaxLength(maxLength);
         field->setProperty("fieldLimit", maxLength);
+        if (!field->validator())
+            field->setValidator(new WholeCharacters(field));
     }
     field->setProperty("imeMode", int(mode));
     switch (mode) {

@@ -1,12 +1,15 @@
 #pragma once
 // Records every ShowMsg and answers from a script; installs itself for its
-// lifetime. Without a scripted answer the first button answers.
+// lifetime. Without a scripted answer the answerer answers when one is set,
+// else the first button.
 
 #include "base/Msg.h"
 
 #include <QQueue>
 #include <QString>
 #include <QVector>
+
+#include <functional>
 
 class MsgRecorder : public MsgSink {
 public:
@@ -21,6 +24,8 @@ public:
     ~MsgRecorder() override;
 
     void answer(int result) { mAnswers.enqueue(result); }
+    // Answers every message that has no scripted answer: (prompt, buttons) to a result.
+    void setAnswerer(std::function<int(const QString &, int)> answerer) { mAnswerer = std::move(answerer); }
     int show(const QString &prompt, int buttons, const QString &title) override;
 
     QVector<Entry> messages;
@@ -30,5 +35,6 @@ public:
 
 private:
     QQueue<int> mAnswers;
+    std::function<int(const QString &, int)> mAnswerer;
     MsgSink *mPrevious;
 };

@@ -301,14 +301,34 @@ private slots:
         QVERIFY(f.ctl<QPushButton>("cmdMENU(0)")->isEnabled());
     }
 
+    // A limit of 4: a text is cut there, and a character the cut would halve
+    // (an emoji, a kanji outside the basic plane: two units each) goes whole.
+    void fieldLimits_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("pasted");
+        QTest::addColumn<QString>("held");
+        QTest::newRow("digits typed") << "123456" << false << "1234";
+        QTest::newRow("digits pasted") << "123456" << true << "1234";
+        QTest::newRow("an emoji inside") << "a😀b" << true << "a😀b";
+        QTest::newRow("an emoji at the cut, pasted") << "abc😀d" << true << "abc";
+        QTest::newRow("an emoji at the cut, from the input method") << "トマト🍅" << false << "トマト";
+        QTest::newRow("a rare kanji first") << "𠮷野家です" << true << "𠮷野家";
+    }
     void fieldLimits()
     {
+        QFETCH(QString, text);
+        QFETCH(bool, pasted);
+        QFETCH(QString, held);
         TestRoot root;
         TestForm f;
         setFieldLimit(f.txt[0], 4, ImeMode::Disabled);
         Gui::show(&f);
-        Gui::type(f.txt[0], QStringLiteral("123456"));
-        QCOMPARE(f.txt[0]->text(), QStringLiteral("1234"));
+        if (pasted)
+            Gui::paste(f.txt[0], text);
+        else
+            Gui::type(f.txt[0], text);
+        QCOMPARE(f.txt[0]->text(), held);
         QVERIFY(!f.txt[0]->testAttribute(Qt::WA_InputMethodEnabled));
     }
 
