@@ -358,7 +358,8 @@ private:
     bool mend(QWidget *field);
     void choose(QWidget *w);
     QString anyText();
-    void typeInto(QLineEdit *field, const QString &text, bool leave = false);
+    // leave: the field is left after; pasted: the text is pasted, never typed key by key
+    void typeInto(QLineEdit *field, const QString &text, bool leave = false, bool pasted = false);
     void press(Form *form, QAbstractButton *button);
     void clickItem(QAbstractItemView *view, const QRect &rect);
     void held(QLineEdit *field);
@@ -376,6 +377,7 @@ private:
     QSet<QString> mOpened;
     QSet<QString> mShown; // every text a field held after typing or leaving
     QStringList mTyped;   // every text typed
+    QHash<QString, QString> mFirst; // "screen/field": the text the screen first put there
     QStringList mFindings, mKnown;
     int mStep = 0;
     int mDepth = 0;
@@ -414,14 +416,14 @@ QString Session::anyText()
     return randomText(mRng);
 }
 
-void Session::typeInto(QLineEdit *field, const QString &text, bool leave)
+void Session::typeInto(QLineEdit *field, const QString &text, bool leave, bool pasted)
 {
     mTyped << text;
     log(QStringLiteral("type \"%1\" into %2").arg(shortText(text), field->objectName().isEmpty()
                                                                          ? field->parentWidget()->objectName()
                                                                          : field->objectName()));
     QPointer<QLineEdit> f = field;
-    if (text.size() > 100 || mRng.bounded(4) == 0)
+    if (pasted || text.size() > 100 || mRng.bounded(4) == 0)
         Gui::paste(field, text);
     else
         Gui::type(field, text);
@@ -570,9 +572,9 @@ bool Session::mend(QWidget *field)
 }
 
 // Fills the screen's fields in the order of entry as a user completing a
-// record would (a text it should take mostly, a hostile one now and then,
-// each mended when refused), then presses a button that confirms. The steps
-// it took.
+// record would (a value the screen put there kept, a text it should take, a
+// hostile one now and then, each mended when refused), then presses a button
+// that confirms. The steps it took.
 int Session::fill(Form *form)
 {
     log(QStringLiteral("(fill in the screen)"));
@@ -588,7 +590,15 @@ int Session::fill(Form *form)
             break;
         ++steps;
         if (auto *e = qobject_cast<QLineEdit *>(w)) {
-            typeInto(e, mRng.bounded(3) ? plainTexts()[mRng.bounded(plainTexts().size())] : anyText(), true);
+            // what the screen put there at first (today's date, the record's value) is often kept
+            const int pick = mRng.bounded(6);
+            const QString first = mFirst.value(form->objectName() + QLatin1Char('/') + e->objectName());
+            if (pick < 2 && (first.isEmpty() || first == e->text()))
+                continue;
+            if (pick < 2)
+                typeInto(e, first, true, true);
+            else
+                typeInto(e, pick < 4 ? plainTexts()[mRng.bounded(plainTexts().size())] : anyText(), true);
             if (!mend(e))
                 break;
         } else if (!qobject_cast<QAbstractButton *>(w) || mRng.bounded(3) == 0) {
@@ -641,6 +651,9 @@ int Session::act(Form *form)
 int Session::drive(Form *form, int budget)
 {
     QPointer<Form> f = form;
+    for (QLineEdit *e : form->findChildren<QLineEdit *>())
+        if (!e->text().isEmpty())
+            mFirst.insert(form->objectName() + QLatin1Char('/') + e->objectName(), e->text());
     while (budget > 0 && f && f->isVisible() && !mStop && !programEnded()) {
         const int steps = act(f);
         if (steps == 0)
@@ -689,24 +702,20 @@ void Session::checkMessages()
     }
 }
 
-// A text that is not what was typed but made from it: cut, with signs lost
-// or changed.
-bool mangled(const QString &stored, const QSet<QString> &shown)
+// A stored text that no field held is made from one when it carries a sign
+// of the hostile texts (a quote, a hash, a percent, a semicolon, a
+// backslash, a question mark, a character outside the basic plane or the
+// replacement character), or when it is the start of a longer text a field
+// held: quotes doubled or lost, a character halved, a text cut.
+bool mangled(const QString &stored, const QSet<QString> &held)
 {
-    if (stored.contains(QChar(0xFFFD)))
-        return true;
-    auto plain = [](QString s) {
-        s.remove(QChar(0xFFFD));
-        s.remove(QLatin1Char('?'));
-        s.replace(QStringLiteral("''"), QStringLiteral("'"));
-        return s;
-    };
-    for (const QString &t : shown) {
-        if (t.size() < 3 || t == stored)
-            continue;
-        if ((stored.size() >= 3 && t.startsWith(stored)) || plain(t) == plain(stored))
+    static const QString signs = QStringLiteral("'\"#%;\\?*[]") + QChar(0xFFFD);
+    for (const QChar c : stored)
+        if (signs.contains(c) || c.isSurrogate())
             return true;
-    }
+    for (const QString &t : held)
+        if (stored.size() >= 3 && t.size() > stored.size() && t.startsWith(stored))
+            return true;
     return false;
 }
 
