@@ -71,31 +71,34 @@ const struct {
     const char *screen;
     const char *tables;
 } kOwned[] = {
+    // lists: their entry screens write
+    {"frmPlantList", ""},
+    {"frmChemiList", ""},
+    {"frmShipList", ""},
+    {"frmLedgeList", ""},
+    // entry screens
+    {"frmDairyInput", "data:D_DIARY data:D_DIARY_DTL data:D_LEDGE data:D_CHEMI work:W_CHEMI_USE"},
+    {"frmDiaryLedgeInput", ""}, // the day's memory, saved with the day
+    {"frmPlantInput", "data:D_PLANT"},
+    {"frmChemiInput", "data:D_CHEMI data:D_LEDGE"},
+    {"frmShipInput", "data:D_SHIP data:D_LEDGE data:D_DIARY data:D_DIARY_DTL"},
+    {"frmLedgeInput", "data:D_LEDGE"},
+    // the menu, the calendar (its display options) and the dialogs
     {"fmnMain", ""},
     {"frmDairyCal", "ini:S_CTRL"},
-    {"frmDairyInput", "data:D_DIARY data:D_DIARY_DTL data:D_LEDGE data:D_CHEMI work:W_CHEMI_USE"},
-    {"frmDiaryLedgeInput", ""},
-    {"frmPlantList", "data:D_PLANT"},
-    {"frmPlantInput", "data:D_PLANT"},
-    {"frmChemiList", "data:D_CHEMI data:D_LEDGE"},
-    {"frmChemiInput", "data:D_CHEMI data:D_LEDGE"},
-    {"frmShipList", "data:D_SHIP data:D_LEDGE data:D_DIARY data:D_DIARY_DTL"},
-    {"frmShipInput", "data:D_SHIP data:D_LEDGE data:D_DIARY data:D_DIARY_DTL"},
-    {"frmLedgeList", "data:D_LEDGE"},
-    {"frmLedgeInput", "data:D_LEDGE"},
-    {"fdlPrintAccRep", ""},
     {"fdlSetConCtrl", "ini:S_CTRL"},
     {"fdlSetLocalCtrl", "ini:S_CTRL"},
     {"fdlSetMstCtrl", "master:S_CTRL"},
     {"fdlMstFmrEdit", "master:M_FMR"},
     {"fdlMstShopEdit", "master:M_SHOP"},
     {"fdlMstPrdEdit", "master:M_PRD"},
-    {"fdlPreview", "ini:S_REP"},
     {"fdlSetMgn", "ini:S_REP"},
-    {"fdlSetPrintCopy", "ini:S_REP"},
-    {"fdlPrintTraceRep", "data:D_SHIP"},
-    {"fdlPrintPriceTag", "ini:S_CTRL data:D_SHIP"},
-    {"fdlExpPriceTag", "ini:S_CTRL data:D_SHIP"},
+    {"fdlSetPrintCopy", ""},
+    {"fdlPreview", ""},
+    {"fdlPrintAccRep", ""},
+    {"fdlPrintTraceRep", ""},
+    {"fdlPrintPriceTag", "ini:S_CTRL"}, // whether tags get a frame
+    {"fdlExpPriceTag", "ini:S_CTRL"},   // the folder and the end of the last export
     {"fdlUploadTraceData", ""},
 };
 
@@ -231,10 +234,18 @@ QString randomText(QRandomGenerator &rng)
 const QRegularExpression &engineWords()
 {
     static const QRegularExpression re(
-        QStringLiteral("syntax|no such|\\bSQL\\b|near \"|lost connection|gone away|unable to|\\berror\\b|constraint|"
-                       "duplicate|readonly|read-only|\\bdatabase\\b|\\btable\\b|\\bcolumn\\b|parameter|incorrect|"
-                       "out of range|too long|\\bdriver\\b|\\bquery\\b|violat|\\bfailed\\b|[A-Za-z]{3,} [a-z]{3,} [a-z]{3,}"),
+        QStringLiteral("syntax|no such|sql|near \"|lost connection|gone away|unable to|\\berror\\b|constraint|"
+                       "duplicate|readonly|read-only|database|\\btable\\b|\\bcolumn\\b|parameter|incorrect|"
+                       "out of range|too long|\\bdriver\\b|\\bquery\\b|violat|\\bfailed\\b|mismatch|memory|denied|"
+                       "unknown|locked|timeout|refused|connect|\\bserver\\b|[A-Za-z]{3,} [a-z]{3,} [a-z]{3,}"),
         QRegularExpression::CaseInsensitiveOption);
+    return re;
+}
+
+// Kana (both widths) and kanji.
+const QRegularExpression &japanese()
+{
+    static const QRegularExpression re(QStringLiteral("[\\x{3040}-\\x{30FF}\\x{4E00}-\\x{9FFF}\\x{FF66}-\\x{FF9F}]"));
     return re;
 }
 
@@ -684,9 +695,8 @@ void Session::checkMessages()
     // The farmer's own text may be quoted back, and the engine's own words
     // may follow in brackets for support; what is left must be Japanese.
     static const QRegularExpression brackets(QStringLiteral("\\([^()]*\\)|（[^（）]*）|\\[[^\\[\\]]*\\]"));
-    QStringList typed = mTyped;
+    QStringList typed = mTyped + QStringList(mShown.values());
     std::sort(typed.begin(), typed.end(), [](const QString &a, const QString &b) { return a.size() > b.size(); });
-    QSet<QString> reported;
     for (const MsgRecorder::Entry &m : mMsgs.messages) {
         QString rest = m.prompt;
         for (const QString &t : typed)
@@ -694,11 +704,11 @@ void Session::checkMessages()
                 rest.remove(t);
         rest.remove(brackets);
         const QRegularExpressionMatch hit = engineWords().match(rest);
-        if (hit.hasMatch() && !reported.contains(m.prompt)) {
-            reported << m.prompt;
+        if (hit.hasMatch())
             finding(QStringLiteral("English engine text in a message (\"%1\"): %2")
                         .arg(hit.captured(), shortText(m.prompt)));
-        }
+        else if (!japanese().match(rest).hasMatch())
+            finding(QStringLiteral("a message with no Japanese: %1").arg(shortText(m.prompt)));
     }
 }
 
@@ -838,10 +848,9 @@ int Session::run()
         out(QStringLiteral("KNOWN (worked on elsewhere): ") + k);
     for (const QString &f : mFindings)
         out(QStringLiteral("FINDING: ") + f);
-    out(QStringLiteral("%1 actions, %2 messages, screens %3")
-            .arg(mStep)
-            .arg(mMsgs.count())
-            .arg(QStringList(mOpened.values()).join(QLatin1Char(' '))));
+    QStringList opened = mOpened.values();
+    opened.sort();
+    out(QStringLiteral("%1 actions, %2 messages, screens %3").arg(mStep).arg(mMsgs.count()).arg(opened.join(QLatin1Char(' '))));
     return mFindings.isEmpty() ? 0 : 1;
 }
 
