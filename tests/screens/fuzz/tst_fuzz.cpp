@@ -41,6 +41,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
+#include <QKeySequence>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
@@ -347,12 +348,19 @@ void seedWorld()
 
 // ------------------------------------------------------------------ session
 
+// A hash of a name that is the same in every process and version (FNV-1a).
+quint32 nameHash(const QString &name)
+{
+    quint32 h = 2166136261u;
+    for (const char c : name.toUtf8())
+        h = (h ^ quint8(c)) * 16777619u;
+    return h;
+}
+
 class Session {
 public:
-    Session(const QString &screen, quint32 seed)
-        : mScreen(screen), mSeed(seed), mRng(seed ^ qHash(screen))
-    {
-    }
+    // Each screen draws its own actions from the seed.
+    Session(const QString &screen, quint32 seed) : mScreen(screen), mSeed(seed), mRng(seed ^ nameHash(screen)) {}
     int run();
 
 private:
@@ -368,6 +376,8 @@ private:
     int fill(Form *form);
     bool mend(QWidget *field);
     void choose(QWidget *w);
+    void key(Form *form);
+    void resize(Form *form);
     QString anyText();
     // leave: the field is left after; pasted: the text is pasted, never typed key by key
     void typeInto(QLineEdit *field, const QString &text, bool leave = false, bool pasted = false);
@@ -626,6 +636,31 @@ int Session::fill(Form *form)
     return steps + 1;
 }
 
+// A key pressed where the focus is: Enter, Tab, Escape, Delete, the list
+// key F4, the arrows.
+void Session::key(Form *form)
+{
+    static const Qt::Key keys[] = {Qt::Key_Return, Qt::Key_Tab,  Qt::Key_Escape, Qt::Key_Delete,
+                                   Qt::Key_F4,     Qt::Key_Down, Qt::Key_Up,     Qt::Key_PageDown};
+    const Qt::Key k = keys[mRng.bounded(int(std::size(keys)))];
+    QWidget *focused = QApplication::focusWidget();
+    QWidget *target = focused && form->isAncestorOf(focused) ? focused : form;
+    log(QStringLiteral("key %1 in %2").arg(QKeySequence(k).toString(), target->objectName()));
+    Gui::closePopups();
+    QTest::keyClick(target, k);
+    Gui::settle();
+}
+
+// The window made tiny, small, as designed or large.
+void Session::resize(Form *form)
+{
+    static const QSize sizes[] = {{1, 1}, {40, 30}, {320, 200}, {1920, 1080}, {4000, 3000}};
+    const QSize size = mRng.bounded(4) ? sizes[mRng.bounded(int(std::size(sizes)))] : form->designPixels();
+    log(QStringLiteral("resize to %1x%2").arg(size.width()).arg(size.height()));
+    form->resize(size);
+    Gui::settle();
+}
+
 // One action on a control of the screen chosen at random; the steps it
 // took, 0 when there is nothing left to act on.
 int Session::act(Form *form)
@@ -648,6 +683,10 @@ int Session::act(Form *form)
         Gui::settle();
         return 1;
     }
+    if (pick < 80)
+        return key(form), 1;
+    if (pick < 82)
+        return resize(form), 1;
     QList<QAbstractButton *> buttons;
     for (QAbstractButton *b : c.buttons)
         if (!closes(b) || mRng.bounded(4) == 0)
@@ -891,6 +930,7 @@ private slots:
         QProcess child;
         child.setProcessChannelMode(QProcess::MergedChannels);
         child.start(QCoreApplication::applicationFilePath(), args);
+        QVERIFY2(child.waitForStarted(), qPrintable(child.errorString()));
         const bool finished = child.waitForFinished(120000);
         if (!finished)
             child.kill(), child.waitForFinished();
@@ -899,7 +939,10 @@ private slots:
         for (const QString &line : log.split(QLatin1Char('\n')))
             if (line.startsWith(QLatin1String("FINDING: ")))
                 findings << line;
-        const QString replay = QStringLiteral("replay: %1 %2").arg(QCoreApplication::applicationFilePath(), args.join(QLatin1Char(' ')));
+        const QString replay = QStringLiteral("replay: %1%2 %3")
+                                   .arg(TestEnv::engine() == TestEngine::Mysql ? QStringLiteral("TILLORA_TEST_MYSQL=... ")
+                                                                               : QString(),
+                                        QCoreApplication::applicationFilePath(), args.join(QLatin1Char(' ')));
         QString what;
         if (!finished)
             what = QStringLiteral("hung");
