@@ -936,9 +936,12 @@ private slots:
             child.kill(), child.waitForFinished();
         const QString log = QString::fromUtf8(child.readAll());
         QStringList findings;
-        for (const QString &line : log.split(QLatin1Char('\n')))
+        for (const QString &line : log.split(QLatin1Char('\n'))) {
             if (line.startsWith(QLatin1String("FINDING: ")))
                 findings << line;
+            else if (line.startsWith(QLatin1String("KNOWN")))
+                qInfo("%s seed %u: %s", qPrintable(screen), seed, qPrintable(line));
+        }
         const QString replay = QStringLiteral("replay: %1%2 %3")
                                    .arg(TestEnv::engine() == TestEngine::Mysql ? QStringLiteral("TILLORA_TEST_MYSQL=... ")
                                                                                : QString(),
