@@ -4,6 +4,7 @@
 
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QClipboard>
 #include <QElapsedTimer>
 #include <QTimer>
 
@@ -83,6 +84,15 @@ void typeKeys(QLineEdit *field, const QString &text)
     settle();
 }
 
+void paste(QLineEdit *field, const QString &text)
+{
+    focus(field);
+    field->selectAll();
+    QApplication::clipboard()->setText(text);
+    QTest::keyClick(field, Qt::Key_V, Qt::ControlModifier);
+    settle();
+}
+
 void leave(QWidget *field)
 {
     closePopups();
@@ -134,11 +144,11 @@ Modals::Modals()
         const QString name = f->objectName();
         opened << name;
         QList<std::function<void(Form &)>> &queue = mScripts[name];
-        if (queue.isEmpty()) {
+        if (queue.isEmpty() && !mOtherwise) {
             QTimer::singleShot(0, f, [f] { f->done(QDialog::Rejected); });
             return;
         }
-        auto script = queue.takeFirst();
+        auto script = queue.isEmpty() ? mOtherwise : queue.takeFirst();
         QTimer::singleShot(0, f, [f, script] {
             QApplication::setActiveWindow(f);
             (void)QTest::qWaitForWindowActive(f, 2000);

@@ -43,6 +43,8 @@ void focus(QWidget *field);
 void type(QLineEdit *field, const QString &text);
 // Types text at the caret, key by key (for completion as typed).
 void typeKeys(QLineEdit *field, const QString &text);
+// Pastes text over the field's whole content (Ctrl+V), as a long text arrives.
+void paste(QLineEdit *field, const QString &text);
 // Leaves the field with the Tab key.
 void leave(QWidget *field);
 // Presses Enter in a control.
@@ -57,17 +59,20 @@ void choose(QComboBox *combo, int index);
 bool isLocked(QComboBox *combo);
 
 // Scripts for the modal screens that open while the test runs. A screen with
-// no script is recorded and closed at once.
+// no script left runs the fallback script when one is set, else it is
+// recorded and closed at once.
 class Modals {
 public:
     Modals();
     ~Modals();
     void on(const QString &screen, std::function<void(Form &)> script);
     // Scripts run in order for the same screen: the first opening runs the first.
+    void otherwise(std::function<void(Form &)> script) { mOtherwise = std::move(script); }
     QStringList opened;
 
 private:
     QHash<QString, QList<std::function<void(Form &)>>> mScripts;
+    std::function<void(Form &)> mOtherwise;
 };
 
 }

@@ -9,6 +9,8 @@ int MsgRecorder::show(const QString &prompt, int buttons, const QString &title)
     int result;
     if (!mAnswers.isEmpty()) {
         result = mAnswers.dequeue();
+    } else if (mAnswerer) {
+        result = mAnswerer(prompt, buttons);
     } else {
         switch (buttons & 7) {
         case Msg::AbortRetryIgnore: result = Msg::ResAbort; break;

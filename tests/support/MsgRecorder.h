@@ -1,6 +1,7 @@
 #pragma once
 // Records every ShowMsg and answers from a script; installs itself for its
-// lifetime. Without a scripted answer the first button answers.
+// lifetime. Without a scripted answer the answerer answers when one is set,
+// else the first button.
 
 #include "base/Msg.h"
 
@@ -8,6 +9,8 @@
 #include <QString>
 #include <QStringList>
 #include <QVector>
+
+#include <functional>
 
 class MsgRecorder : public MsgSink {
 public:
@@ -22,6 +25,8 @@ public:
     ~MsgRecorder() override;
 
     void answer(int result) { mAnswers.enqueue(result); }
+    // Answers every message that has no scripted answer: (prompt, buttons) to a result.
+    void setAnswerer(std::function<int(const QString &, int)> answerer) { mAnswerer = std::move(answerer); }
     int show(const QString &prompt, int buttons, const QString &title) override;
 
     QVector<Entry> messages;
@@ -31,6 +36,7 @@ public:
 
 private:
     QQueue<int> mAnswers;
+    std::function<int(const QString &, int)> mAnswerer;
     MsgSink *mPrevious;
 };
 

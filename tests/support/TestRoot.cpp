@@ -22,6 +22,7 @@ int gCounter = 0;
 }
 
 TestEngine engine() { return gEngine; }
+void setEngine(TestEngine e) { gEngine = e; }
 QString engineName() { return gEngine == TestEngine::Sqlite ? QStringLiteral("sqlite") : QStringLiteral("mysql"); }
 
 bool mysqlAvailable() { return !qEnvironmentVariableIsEmpty("TILLORA_TEST_MYSQL"); }

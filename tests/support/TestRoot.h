@@ -18,6 +18,9 @@ enum class TestEngine { Sqlite, Mysql };
 
 namespace TestEnv {
 TestEngine engine();
+// Chooses the engine of the fixtures made from now on (a child process that
+// runs one case on the engine its parent names).
+void setEngine(TestEngine e);
 QString engineName();
 bool mysqlAvailable();
 struct Server {

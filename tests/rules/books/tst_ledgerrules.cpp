@@ -320,6 +320,7 @@ private slots:
         QTest::newRow("the largest") << "922337203685477" << "922337203685477" << "";
         QTest::newRow("words") << "千円" << "" << "数値を入力してください。";
         QTest::newRow("too large") << "9999999999999999" << "" << "金額が大きすぎます。";
+        QTest::newRow("too large below zero") << "-9e15" << "" << "金額が大きすぎます。";
     }
 
     void amountAsTyped()
@@ -328,7 +329,9 @@ private slots:
         QFETCH(QString, amount);
         QFETCH(QString, refusal);
         Value v(QStringLiteral("before"));
-        QCOMPARE(Ledger::readAmount(typed, v), refusal);
+        QString refused;
+        QVERIFY_THROWS_NO_EXCEPTION(refused = Ledger::readAmount(typed, v));
+        QCOMPARE(refused, refusal);
         if (refusal.isEmpty())
             QCOMPARE(v.isNull() ? QStringLiteral("-") : v.toCurrency().toString(), amount);
         else

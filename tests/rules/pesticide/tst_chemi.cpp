@@ -297,19 +297,34 @@ private slots:
         r.ACC_ID = Value();
         r.PUR_AMT = Value();
         QVERIFY(Chemi::check(r, Mode::Add).ok()); // no amount, no slip
-        // deleting looks at the diary, not at the name: the first day a lot was used
-        r = ChemiRow();
-        r.FMR_ID = Value(1);
-        r.CHEMI_ID = Value(1);
-        no = Chemi::check(r, Mode::Delete);
-        QCOMPARE(no.message, QStringLiteral("この農薬は5/20に使用されています。削除できません。"));
+    }
+
+    // Deleting looks at the farmer's diary lines of the lot, not at its name
+    // nor at the planting it was used on: the first day it was used refuses.
+    void deletingLooksAtTheDiary_data()
+    {
+        QTest::addColumn<int>("farmer");
+        QTest::addColumn<int>("lot");
+        QTest::addColumn<QString>("refusal");
+        QTest::newRow("used on two days") << 1 << 1 << "この農薬は5/20に使用されています。削除できません。";
+        QTest::newRow("used once, on a planting of another number")
+            << 1 << 2 << "この農薬は5/21に使用されています。削除できません。";
+        QTest::newRow("never used") << 1 << 4 << "";
+        QTest::newRow("another farmer's lines under the number") << 2 << 1 << "";
+    }
+    void deletingLooksAtTheDiary()
+    {
+        QFETCH(int, farmer);
+        QFETCH(int, lot);
+        QFETCH(QString, refusal);
+        TestRoot root;
+        seedLots();
+        ChemiRow r;
+        r.FMR_ID = Value(farmer);
+        r.CHEMI_ID = Value(lot);
+        const Chemi::Refusal no = Chemi::check(r, Mode::Delete);
+        QCOMPARE(no.message, refusal);
         QCOMPARE(no.box, -1);
-        r.CHEMI_ID = Value(4);
-        QVERIFY(Chemi::check(r, Mode::Delete).ok());
-        // another farmer's line under the number doesn't hold it
-        r.FMR_ID = Value(2);
-        r.CHEMI_ID = Value(1);
-        QVERIFY(Chemi::check(r, Mode::Delete).ok());
     }
 
     // The slip's statement as the engine receives it (the time of the save

@@ -406,6 +406,45 @@ private slots:
         QCOMPARE(gDB->DLookup("SALES_AMT", "D_SHIP", "SHIP_ID=1"), Value(Currency::fromInt(922337203685472)));
     }
 
+    // A shipment's diary line goes after the last line of its day: the
+    // highest number of the farmer's lines of that day, plus one (lines of
+    // another farmer or another day don't count, and a gap doesn't either).
+    void theDiaryLineFollowsTheDaysLines_data()
+    {
+        QTest::addColumn<QList<int>>("lines"); // farmer 1's lines of 2024/05/10
+        QTest::addColumn<int>("number");
+        QTest::newRow("an empty day") << QList<int>{} << 1;
+        QTest::newRow("a day with one line") << QList<int>{1} << 2;
+        QTest::newRow("a day with a gap") << QList<int>{1, 2, 5} << 6;
+    }
+    void theDiaryLineFollowsTheDaysLines()
+    {
+        QFETCH(QList<int>, lines);
+        QFETCH(int, number);
+        TestRoot root;
+        seedPlantings();
+        const QDate day(2024, 5, 10);
+        if (!lines.isEmpty())
+            Build::diaryDay(day).set("ONE_MSG", "晴れ").add();
+        for (int no : lines)
+            Build::diaryLine(day, no, 1).set("PLANT_ID", 2).set("NOTES", "草取り").add();
+        Build::diaryLine(day, 9, 1).set("FMR_ID", 2).add();
+        Build::diaryLine(day.addDays(1), 7, 1).add();
+        ShipRow r = shipment();
+        typeInto(r, {{Ship::ShopPrc, "100"}, {Ship::ShipQty, "3"}});
+        QCOMPARE(Ship::check(r, Mode::Add), QString());
+        bool posted = false;
+        QVERIFY_THROWS_NO_EXCEPTION(posted = Ship::post(r, Mode::Add));
+        QVERIFY(posted);
+        QCOMPARE(gDB->DLookup("DTL_NO", "D_DIARY_DTL", "FMR_ID=1 AND WORK_KBN=8 AND SHIP_ID=1"), Value(number));
+        // the day's lines stay as they were, its header too
+        QCOMPARE(gDB->DCount("*", "D_DIARY_DTL", "FMR_ID=1 AND WORK_DATE=#2024/5/10# AND NOTES='草取り'").toLong(),
+                 lines.size());
+        QCOMPARE(gDB->DCount("*", "D_DIARY", "FMR_ID=1 AND WORK_DATE=#2024/5/10#").toLong(), 1);
+        QCOMPARE(Nz(gDB->DLookup("ONE_MSG", "D_DIARY", "FMR_ID=1"), Value("-")),
+                 Value(lines.isEmpty() ? "-" : "晴れ"));
+    }
+
     void aChangeOfARowThatIsGone()
     {
         TestRoot root;

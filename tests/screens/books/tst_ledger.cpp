@@ -399,6 +399,48 @@ private slots:
         QCOMPARE(rig.list.selectedLine(), 1);
     }
 
+    // The amount is read as it is left: a text that is no number, or an
+    // amount past the currency's range on either side, is refused with its
+    // message, the focus stays, and 登録 waits; an amount is saved as read.
+    void theAmountIsReadOnLeaving_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("refusal");
+        QTest::addColumn<QString>("stored"); // the new slip's AMT
+        QTest::newRow("full-width with commas") << "１,２００" << "" << "1200";
+        QTest::newRow("below zero") << "-350" << "" << "-350";
+        QTest::newRow("words") << "千円" << "数値を入力してください。" << "";
+        QTest::newRow("too large") << "9e15" << "金額が大きすぎます。" << "";
+        QTest::newRow("too large below zero") << "-9e15" << "金額が大きすぎます。" << "";
+    }
+    void theAmountIsReadOnLeaving()
+    {
+        QFETCH(QString, typed);
+        QFETCH(QString, refusal);
+        QFETCH(QString, stored);
+        TestRoot root;
+        seedSlips();
+        ListRig rig;
+        rig.modals.on("frmLedgeInput", [&](Form &f) {
+            typeAndLeave(txt(f, 4), typed);
+            Gui::click(btn(f, 1));
+            if (refusal.isEmpty()) {
+                QVERIFY(rig.msgs.messages.isEmpty());
+                QVERIFY(!f.isVisible());
+                return;
+            }
+            QVERIFY(!rig.msgs.messages.isEmpty());
+            QCOMPARE(rig.msgs.messages.first().prompt, refusal);
+            QCOMPARE(rig.msgs.lastPrompt(), refusal);
+            QCOMPARE(QApplication::focusWidget(), txt(f, 4));
+            QVERIFY(f.isVisible());
+        });
+        rig.press(1);
+        QCOMPARE(slipCount(), refusal.isEmpty() ? 9 : 8);
+        if (refusal.isEmpty())
+            QCOMPARE(slipText(1, 8, "AMT"), stored);
+    }
+
     void aSlipWithSubAccounts()
     {
         TestRoot root;
