@@ -108,24 +108,6 @@ const char *const kComposed[] = {
     "data:D_PLANT.HARVEST_SCHD_YM", // the harvest's year and month boxes
 };
 
-// Faults the fuzz finds that lie in the store and the rules, worked on
-// apart: a finding that matches is reported as known and does not fail the
-// run. Take an entry out when its fix is in.
-const struct {
-    const char *screen; // "*" for any
-    const char *finding;
-    const char *why;
-} kKnownElsewhere[] = {
-    {"*", "UNIQUE constraint failed: D_LEDGE",
-     "a save that fails halfway keeps the slips it wrote, and the next 登録 writes them again (saves are not one "
-     "transaction yet); the engine's words reach the farmer"},
-    {"*", "Duplicate entry", "the same on MariaDB"},
-    {"*", "Out of range value for column 'AMT'",
-     "money arithmetic runs past the currency range without error 6, and the store writes it (MariaDB refuses "
-     "it in English)"},
-    {"*", "D_LEDGE can no longer be read", "the same on SQLite, which keeps the amount and then cannot read it"},
-};
-
 // Buttons never pressed, with the reason. Printing needs none: the child's
 // print server is a socket that does not exist, so no printer is ever seen
 // and a page goes to the PDF file chooser, which is answered through its
@@ -399,7 +381,7 @@ private:
     QSet<QString> mShown; // every text a field held after typing or leaving
     QStringList mTyped;   // every text typed
     QHash<QString, QString> mFirst; // "screen/field": the text the screen first put there
-    QStringList mFindings, mKnown;
+    QStringList mFindings;
     int mStep = 0;
     int mDepth = 0;
     int mRetries = 0;
@@ -715,17 +697,8 @@ int Session::drive(Form *form, int budget)
 
 void Session::finding(const QString &text)
 {
-    if (mFindings.contains(text) || mKnown.contains(text))
+    if (mFindings.contains(text))
         return;
-    for (const auto &k : kKnownElsewhere) {
-        if (!*k.finding)
-            continue;
-        if ((qstrcmp(k.screen, "*") == 0 || mScreen == QLatin1String(k.screen)) &&
-            text.contains(QString::fromUtf8(k.finding))) {
-            mKnown << text;
-            return;
-        }
-    }
     mFindings << text;
 }
 
@@ -883,8 +856,6 @@ int Session::run()
 
     compare(before, cnn.read());
     checkMessages();
-    for (const QString &k : mKnown)
-        out(QStringLiteral("KNOWN (worked on elsewhere): ") + k);
     for (const QString &f : mFindings)
         out(QStringLiteral("FINDING: ") + f);
     QStringList opened = mOpened.values();
