@@ -39,6 +39,8 @@ const CtlSpec kControls[] = {
     {"lblCAP(1)", CtlKind::Label, "倍率", 9400, 460, 700, 400},
     {"Slider1", CtlKind::Slider, "", 10160, 460, 2100, 400},
 };
+// The zoom slider's size, which stays as designed.
+const QSize kSliderSize(2100 / Form::TwipsPerPixel, 400 / Form::TwipsPerPixel);
 const CtlSpec kMenuBar = {"mnuBAR", CtlKind::Canvas, "", 0, 0, 12400, 345};
 const CtlSpec kPicture = {"pctPreview", CtlKind::Canvas, "", 120, 960, 11900, 7860};
 const CtlSpec kHScroll = {"HScrl", CtlKind::HScroll, "", 120, 8820, 11900, 255};
@@ -118,10 +120,9 @@ fdlPreview::fdlPreview(QWidget *parent) : Form(QStringLiteral("fdlPreview"), 124
 {
     setWindowTitle(QStringLiteral("印刷プレビュー"));
     setSizable(true);
-    // The scroll bars follow the picture and the slider keeps its look: the
-    // screen lays them out itself.
-    scaleRules().skip << QStringLiteral("HSc") << QStringLiteral("VSc");
-    scaleRules().noFont << QStringLiteral("Sli");
+    // The scroll bars follow the picture and the slider keeps its size
+    // beside its caption: the screen lays them out itself.
+    scaleRules().skip << QStringLiteral("HSc") << QStringLiteral("VSc") << QStringLiteral("Sli");
 
     mnuBAR = new QMenuBar;
     mnuBAR->setNativeMenuBar(false);
@@ -236,6 +237,9 @@ void fdlPreview::SetSize()
 {
     Form::SetSize();
     mnuBAR->setGeometry(0, 0, width(), mnuBAR->sizeHint().height());
+    const QRect caption = ctl<QLabel>(QStringLiteral("lblCAP(1)"))->geometry();
+    Slider1->setGeometry(caption.right() + 1, caption.center().y() - kSliderSize.height() / 2, kSliderSize.width(),
+                         kSliderSize.height());
     // The scroll bars along the picture's right and bottom edges.
     const QRect pic = pctPreview->geometry();
     const int thick = HScrl->sizeHint().height();

@@ -237,6 +237,10 @@ private slots:
         Gui::settle();
         QCOMPARE(page->text(), QStringLiteral("1"));
         QCOMPARE(f.picture().size(), f.findChild<QWidget *>(QStringLiteral("pctPreview"))->size());
+        // the slider keeps its size beside its caption
+        auto *slider = f.findChild<QWidget *>(QStringLiteral("Slider1"));
+        QCOMPARE(slider->size(), QSize(140, 26));
+        QVERIFY(slider->x() > f.findChild<QWidget *>(QStringLiteral("lblCAP(1)"))->geometry().right());
 
         // a single page: the number is locked and no move is offered
         gREP_PAGES = 1;
