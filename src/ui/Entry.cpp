@@ -15,6 +15,7 @@
 #include <QComboBox>
 #include <QFocusEvent>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -404,6 +405,11 @@ void EntryConventions::attach(QWidget *control)
         // Enter in the open list picks the entry and moves on.
         combo->view()->installEventFilter(this);
         combo->view()->setProperty("ownerCombo", QVariant::fromValue<QObject *>(combo));
+        // A click beside the open list reaches what was clicked.
+        if (QWidget *popup = combo->view()->parentWidget()) {
+            popup->installEventFilter(this);
+            popup->setProperty("popupOfCombo", QVariant::fromValue<QObject *>(combo));
+        }
     }
     if (auto *cal = qobject_cast<QCalendarWidget *>(control)) {
         if (cal->objectName() == QLatin1String("MonthView1")) {
@@ -460,6 +466,35 @@ void EntryConventions::setNumberCheck(QLineEdit *field, const QString &message)
 
 bool EntryConventions::eventFilter(QObject *watched, QEvent *event)
 {
+    // A press beside the open list of a drop-down: the list closes, as it
+    // always does, and the click goes on to the control under the mouse
+    // (the desktop would swallow it), so that one click reaches a button.
+    if (event->type() == QEvent::MouseButtonPress) {
+        auto *popup = qobject_cast<QWidget *>(watched);
+        auto *combo = popup ? qobject_cast<QComboBox *>(popup->property("popupOfCombo").value<QObject *>()) : nullptr;
+        if (combo) {
+            auto *me = static_cast<QMouseEvent *>(event);
+            const QPoint global = me->globalPosition().toPoint();
+            if (popup->rect().contains(popup->mapFromGlobal(global)))
+                return false;
+            QWidget *target = mForm->childAt(mForm->mapFromGlobal(global));
+            if (!target || target == combo || combo->isAncestorOf(target))
+                return false;
+            combo->hidePopup();
+            // The release that ends this press is swallowed with the list, so
+            // the control gets the whole click now.
+            const QPointF at = target->mapFromGlobal(me->globalPosition());
+            QMouseEvent press(QEvent::MouseButtonPress, at, me->globalPosition(), me->button(), me->buttons(),
+                              me->modifiers());
+            QMouseEvent release(QEvent::MouseButtonRelease, at, me->globalPosition(), me->button(), Qt::NoButton,
+                                me->modifiers());
+            QPointer<QWidget> guard(target);
+            QApplication::sendEvent(target, &press);
+            if (guard)
+                QApplication::sendEvent(target, &release);
+            return true;
+        }
+    }
     // Enter in the open list of a drop-down: the pick is made, then the move.
     if (auto *view = qobject_cast<QAbstractItemView *>(watched)) {
         if (auto *combo = qobject_cast<QComboBox *>(view->property("ownerCombo").value<QObject *>())) {

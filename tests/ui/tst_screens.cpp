@@ -21,6 +21,7 @@
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QWindow>
 #include <QMenu>
 #include <QTableView>
 #include <QtTest/QTest>
@@ -209,6 +210,24 @@ private slots:
             QCOMPARE(f.combo->currentIndex(), m.row);
             QCOMPARE(QApplication::focusWidget(), m.next);
         }
+    }
+
+    // A click elsewhere while a list is dropped closes the list and reaches
+    // what was clicked.
+    void aClickBesideAnOpenListIsNotLost()
+    {
+        TestRoot root;
+        TestForm f;
+        addItem(f.combo, QStringLiteral("晴れ"), Value(1));
+        Gui::show(&f);
+        Gui::focus(f.combo);
+        QVERIFY(f.combo->view()->isVisible());
+        auto *save = f.ctl<QPushButton>("cmdMENU(1)");
+        QTest::mouseClick(save->window()->windowHandle(), Qt::LeftButton, Qt::NoModifier,
+                          save->mapTo(save->window(), save->rect().center()));
+        Gui::settle();
+        QVERIFY(!f.combo->view()->isVisible());
+        QCOMPARE(f.saves, 1);
     }
 
     void wholeTextSelectedOnFocus()
