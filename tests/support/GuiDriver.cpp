@@ -1,6 +1,8 @@
 #include "GuiDriver.h"
 
+#include "base/Globals.h"
 #include "screens/ScreenList.h"
+#include "ui/Screens.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -105,6 +107,15 @@ void enter(QWidget *w)
     QTest::keyClick(w, Qt::Key_Return);
     settle();
 }
+
+WithMenu::WithMenu()
+{
+    gUSE_TYPE = 1;
+    menu = createScreen(QStringLiteral("fmnMain"));
+    menu->load();
+}
+
+WithMenu::~WithMenu() { delete menu; }
 
 bool isLocked(QComboBox *combo)
 {

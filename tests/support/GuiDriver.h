@@ -58,6 +58,14 @@ void choose(QComboBox *combo, int index);
 // opens or changes it.
 bool isLocked(QComboBox *combo);
 
+// The main menu open (single use), so that closing a dialog only closes it
+// instead of ending the program.
+struct WithMenu {
+    WithMenu();
+    ~WithMenu();
+    Form *menu;
+};
+
 // Scripts for the modal screens that open while the test runs. A screen with
 // no script left runs the fallback script when one is set, else it is
 // recorded and closed at once.

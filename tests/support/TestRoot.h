@@ -16,6 +16,13 @@
 
 enum class TestEngine { Sqlite, Mysql };
 
+// A test of what reads no database: run on the first engine only.
+#define TILLORA_FIRST_ENGINE_ONLY()                                                                                    \
+    do {                                                                                                               \
+        if (TestEnv::engine() == TestEngine::Mysql)                                                                    \
+            QSKIP("reads no database: checked on the first engine");                                                   \
+    } while (0)
+
 namespace TestEnv {
 TestEngine engine();
 // Chooses the engine of the fixtures made from now on (a child process that

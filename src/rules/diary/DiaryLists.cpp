@@ -111,36 +111,4 @@ Planting planting(const Value &plantId)
     return p;
 }
 
-QVector<Choice> farmersInUse()
-{
-    return readChoices(gMST.get(), Stmt("SELECT  M_FMR.FMR_ID,  M_FMR.FMR_NM  FROM M_FMR  WHERE CHK_FLG<>0 ORDER BY FMR_ID"));
-}
-
-QVector<Choice> accounts()
-{
-    return readChoices(gWORK.get(), Stmt("SELECT  L_ACC.ACC_ID,  L_ACC.ACC_NM  FROM L_ACC  ORDER BY ACC_ID"));
-}
-
-int optionKindOf(const Value &accId)
-{
-    return int(Nz(gWORK->DLookup(QStringLiteral("OPT_KBN"), QStringLiteral("L_ACC"), Stmt("ACC_ID=?").num(accId)), Value(0))
-                   .toLong());
-}
-
-QVector<Choice> optionsOf(int optKbn, const Value &fmrId)
-{
-    switch (optKbn) {
-    case OptKbn::Planting:
-        return readChoices(gDB.get(),
-                    Stmt("SELECT  D_PLANT.PLANT_ID,  D_PLANT.PLANT_NM  FROM D_PLANT  WHERE FMR_ID=? ORDER BY PLANT_ID")
-                        .num(fmrId));
-    case OptKbn::PesticideLot:
-        return readChoices(gDB.get(), Stmt("SELECT  D_CHEMI.CHEMI_ID,  D_CHEMI.CHEMI_NM  FROM D_CHEMI  WHERE FMR_ID=? AND "
-                                    "CHK_FLG<>0 ORDER BY CHEMI_ID")
-                                   .num(fmrId));
-    default:
-        return {};
-    }
-}
-
 } // namespace DiaryLists

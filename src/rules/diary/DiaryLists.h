@@ -50,13 +50,4 @@ struct Planting {
 // The planting by its number alone (any farmer's).
 Planting planting(const Value &plantId);
 
-
-// The slip entry of a book page: the farmers in use, the accounts, the
-// option kind of an account (0 with none), and the options of a kind for
-// the farmer (plantings for 2, lots switched on for 3, none for others).
-QVector<Choice> farmersInUse();
-QVector<Choice> accounts();
-int optionKindOf(const Value &accId);
-QVector<Choice> optionsOf(int optKbn, const Value &fmrId);
-
 } // namespace DiaryLists

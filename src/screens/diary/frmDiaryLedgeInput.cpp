@@ -1,7 +1,7 @@
 #include "screens/diary/frmDiaryLedgeInput.h"
 
 #include "rules/diary/BookPage.h"
-#include "rules/diary/DiaryLists.h"
+#include "rules/books/Ledger.h"
 #include "screens/diary/frmDairyInput.h"
 #include "store/Lookup.h"
 #include "ui/Entry.h"
@@ -142,15 +142,15 @@ void frmDiaryLedgeInput::InitForm()
 void frmDiaryLedgeInput::SetCmb(int index)
 {
     if (index == 0)
-        fillChoices(cmbDATA[0], DiaryLists::farmersInUse(), true);
+        fillChoices(cmbDATA[0], Ledger::farmers(), true);
     else if (index == 1)
-        fillChoices(cmbDATA[1], DiaryLists::accounts(), true);
+        fillChoices(cmbDATA[1], Ledger::accounts(), true);
 }
 
 void frmDiaryLedgeInput::SetCmbOpt(int index)
 {
     if (index == 2)
-        fillChoices(cmbDATA[2], DiaryLists::optionsOf(mOptKbn, gFMR_ID), true);
+        fillChoices(cmbDATA[2], Ledger::subAccounts(mOptKbn, gFMR_ID), true);
 }
 
 void frmDiaryLedgeInput::accountChosen()
@@ -158,7 +158,7 @@ void frmDiaryLedgeInput::accountChosen()
     const Value acc = currentItemData(cmbDATA[1]);
     if (!hasValue(acc))
         return;
-    const int kind = DiaryLists::optionKindOf(acc);
+    const int kind = Ledger::subAccountKind(acc);
     if (kind == mOptKbn)
         return;
     mOptKbn = kind;

@@ -5,10 +5,14 @@
 // sale in April.
 
 #include "base/Value.h"
+#include "rules/books/Ledger.h"
 #include "rules/common/Ids.h"
+#include "store/Database.h"
+#include "store/Stmt.h"
 #include "support/Build.h"
 
 #include <QDate>
+#include <QStringList>
 
 inline void seedSlips()
 {
@@ -23,4 +27,21 @@ inline void seedSlips()
     Build::slip(6, QDate(), Cash, Capital, 10000).set("LEDGE_DATE", Value::null()).add();
     Build::slip(7, QDate(2024, 5, 25), Payable, Cash, 400).set("CTR_NM", "O'Neil 商店").add();
     Build::slip(1, QDate(2024, 4, 1), Cash, Sales, 9000).set("FMR_ID", 2).add();
+}
+
+inline Value slipField(int farmer, int id, const char *column)
+{
+    return gDB->DLookup(QString::fromLatin1(column), QStringLiteral("D_LEDGE"),
+                        Stmt("FMR_ID=? AND LEDGE_ID=?").num(farmer).num(id));
+}
+
+// Columns of a stored slip as one text: dates "yyyy/mm/dd", Null "-".
+inline QString slipText(int farmer, int id, const char *columns)
+{
+    QStringList out;
+    for (const QString &c : QString::fromLatin1(columns).split(QLatin1Char(' '))) {
+        const Value v = slipField(farmer, id, c.toLatin1().constData());
+        out << (v.isNull() ? QStringLiteral("-") : v.isDateType() ? Ledger::dateText(v) : v.toText());
+    }
+    return out.join(QLatin1Char('|'));
 }

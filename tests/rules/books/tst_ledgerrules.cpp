@@ -22,23 +22,6 @@
 
 namespace {
 
-Value slipField(int farmer, int id, const char *column)
-{
-    return gDB->DLookup(QString::fromLatin1(column), QStringLiteral("D_LEDGE"),
-                        Stmt("FMR_ID=? AND LEDGE_ID=?").num(farmer).num(id));
-}
-
-// Columns of a stored slip as one text: dates "yyyy/mm/dd", Null "-".
-QString slipText(int farmer, int id, const char *columns)
-{
-    QStringList out;
-    for (const QString &c : QString::fromLatin1(columns).split(QLatin1Char(' '))) {
-        const Value v = slipField(farmer, id, c.toLatin1().constData());
-        out << (v.isNull() ? QStringLiteral("-") : v.isDateType() ? Ledger::dateText(v) : v.toText());
-    }
-    return out.join(QLatin1Char('|'));
-}
-
 int slipCount() { return gDB->DCount(QStringLiteral("*"), QStringLiteral("D_LEDGE"), QString()).toLong(); }
 
 QString ids(const QVector<LedgeRow> &rows)

@@ -38,11 +38,6 @@ QString entries(const Choices &list)
 class TestPriceTagCsv : public QObject {
     Q_OBJECT
 
-    void pureOnce()
-    {
-        if (TestEnv::engine() == TestEngine::Mysql)
-            QSKIP("reads no database: checked on the first engine");
-    }
 
 private slots:
     void init()
@@ -54,7 +49,7 @@ private slots:
 
     void aLineFieldByField()
     {
-        pureOnce();
+        TILLORA_FIRST_ENGINE_ONLY();
         PriceTagRow r;
         r.FmrId = 12;
         r.PrdId = 5;
@@ -79,7 +74,7 @@ private slots:
 
     void theFileInTheSystemCodePage()
     {
-        pureOnce();
+        TILLORA_FIRST_ENGINE_ONLY();
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("260501-260510-1-1.csv"));
         QFile old(path);
@@ -120,7 +115,7 @@ private slots:
     }
     void period()
     {
-        pureOnce();
+        TILLORA_FIRST_ENGINE_ONLY();
         QFETCH(QDateTime, today);
         QFETCH(QDateTime, lastExport);
         QFETCH(QDateTime, latest);

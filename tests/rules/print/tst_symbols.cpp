@@ -104,11 +104,6 @@ class TestSymbols : public QObject {
 
     std::unique_ptr<QTemporaryDir> mDir;
 
-    void pureOnce()
-    {
-        if (TestEnv::engine() == TestEngine::Mysql)
-            QSKIP("reads no database: checked on the first engine");
-    }
     QString file(const QString &name) const { return mDir->filePath(name); }
 
 private slots:
@@ -192,7 +187,7 @@ private slots:
 
     void qrVersionTable_data()
     {
-        pureOnce();
+        TILLORA_FIRST_ENGINE_ONLY();
         QTest::addColumn<int>("chars");
         QTest::addColumn<int>("level");
         QTest::addColumn<int>("version");
@@ -219,7 +214,7 @@ private slots:
 
     void qrVersionLevelOutOfTable()
     {
-        pureOnce();
+        TILLORA_FIRST_ENGINE_ONLY();
         for (int level : {0, 5}) {
             try {
                 GetQrVersion(QStringLiteral("abc"), level);
@@ -233,7 +228,7 @@ private slots:
     // Codes in the system code page, and the matrix the right way round.
     void qrEncoderInterface()
     {
-        pureOnce();
+        TILLORA_FIRST_ENGINE_ONLY();
         QCOMPARE(Qr::charCodes(QStringLiteral("Aｱあ髙")), (QVector<qint32>{0x41, 0xB1, 0x82A0, 0xFBFC}));
 
         // the always-dark module stands at column 8, row side - 8; the
@@ -250,7 +245,7 @@ private slots:
 
     void ean13Drawing()
     {
-        pureOnce();
+        TILLORA_FIRST_ENGINE_ONLY();
         // refused codes draw nothing
         const QVector<std::pair<QString, int>> refused = {{QStringLiteral("490123456789"), -1},
                                                           {QStringLiteral("49012345678901"), -1},
@@ -359,7 +354,7 @@ private slots:
     // with no module; the over-long text never reaches the encoder.
     void qrMessages()
     {
-        pureOnce();
+        TILLORA_FIRST_ENGINE_ONLY();
         const QString twoRows = QString(14, QChar(0x7530)); // 田 x 14: version 2 by the table, too much for it
         struct Case {
             QString text;
@@ -401,7 +396,7 @@ private slots:
     // new text makes it again, and only the last is kept.
     void qrCacheForRunOfLabels()
     {
-        pureOnce();
+        TILLORA_FIRST_ENGINE_ONLY();
         EncoderCalls calls;
         QrPicture cache;
         Recorder page;

@@ -45,11 +45,6 @@ QVector<QPointF> framesOf(const Recorder &page)
 class TestTagSheet : public QObject {
     Q_OBJECT
 
-    void pureOnce()
-    {
-        if (TestEnv::engine() == TestEngine::Mysql)
-            QSKIP("reads no database: checked on the first engine");
-    }
 
 private slots:
     void init()
@@ -110,7 +105,7 @@ private slots:
     // sheet of a skip of 5 starts at the sixth row of the first column.
     void labelsStandAtTheirPlaces()
     {
-        pureOnce();
+        TILLORA_FIRST_ENGINE_ONLY();
         gPTAG_ROWS = QVector<PriceTagSet>(1);
         gPTAG_ROWS[0].Skip = 5;
         gPTAG_ROWS[0].Rows = {row("4901234567894", 20)};

@@ -35,16 +35,13 @@ namespace {
 struct Rig {
     TestRoot root;
     MsgRecorder rec;
-    Form *menu;
+    Gui::WithMenu withMenu;
+    Form *menu = withMenu.menu;
     Rig()
     {
-        gUSE_TYPE = 1;
         gFMR_ID = Value(1);
         gSHOP_ID = Value(1);
-        menu = createScreen(QStringLiteral("fmnMain"));
-        menu->load();
     }
-    ~Rig() { delete menu; }
 };
 
 QStringList items(QComboBox *c)

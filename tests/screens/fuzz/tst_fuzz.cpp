@@ -264,10 +264,10 @@ struct TableState {
 using DataState = QMap<QString, TableState>; // "database:TABLE"
 
 struct Connections {
-    QVector<QPair<DbKind, ConnectionSpec>> specs;
+    QVector<QPair<DbKind, ConnectionSpec>> connections;
     void take()
     {
-        specs = {{DbKind::Data, gDB->engine()->target()},
+        connections = {{DbKind::Data, gDB->engine()->target()},
                  {DbKind::Master, gMST->engine()->target()},
                  {DbKind::Ini, gINI->engine()->target()},
                  {DbKind::Work, gWORK->engine()->target()}};
@@ -275,11 +275,11 @@ struct Connections {
     DataState read() const
     {
         DataState s;
-        for (const auto &[kind, spec] : specs) {
+        for (const auto &[kind, connection] : connections) {
             std::unique_ptr<Engine> engine;
             QString openError;
             try {
-                engine = Engine::open(spec);
+                engine = Engine::open(connection);
             } catch (const std::exception &e) {
                 openError = QString::fromUtf8(e.what());
             }

@@ -23,16 +23,6 @@
 namespace {
 // A dialog shown as the menu would show it (the menu being open, so that
 // cancelling only closes).
-struct WithMenu {
-    Form *menu;
-    WithMenu()
-    {
-        gUSE_TYPE = 1;
-        menu = createScreen(QStringLiteral("fmnMain"));
-        menu->load();
-    }
-    ~WithMenu() { delete menu; }
-};
 }
 
 class TestDialogs : public QObject {
@@ -43,7 +33,7 @@ private slots:
     void farmerDialogEditsTheCurrentFarmer()
     {
         TestRoot root;
-        WithMenu menu;
+        Gui::WithMenu menu;
         MsgRecorder rec;
         fdlMstFmrEdit f;
         Gui::show(&f);
@@ -77,7 +67,7 @@ private slots:
     void farmerDialogAddsAFarmerUnderTheCurrentCode()
     {
         TestRoot root;
-        WithMenu menu;
+        Gui::WithMenu menu;
         gFMR_ID = Value(4);
         fdlMstFmrEdit f;
         Gui::show(&f);
@@ -97,7 +87,7 @@ private slots:
     void oddTextIsStoredAsTyped()
     {
         TestRoot root;
-        WithMenu menu;
+        Gui::WithMenu menu;
         MsgRecorder rec;
         fdlMstFmrEdit f;
         Gui::show(&f);
@@ -137,7 +127,7 @@ private slots:
     void localSettingsLoadAndSave()
     {
         TestRoot root;
-        WithMenu menu;
+        Gui::WithMenu menu;
         MsgRecorder rec;
         fdlSetLocalCtrl f;
         Gui::show(&f);
@@ -178,7 +168,7 @@ private slots:
     void localSettingsMakeTypedRows()
     {
         TestRoot root;
-        WithMenu menu;
+        Gui::WithMenu menu;
         gINI->EXEC("DELETE S_CTRL.* FROM S_CTRL WHERE CTRL_CD IN ('USE_TYPE','DEF_FMR_ID','DEF_SHOP_ID','BACK_DIR',"
                    "'WINDOW_STA')");
         fdlSetLocalCtrl f;
@@ -207,7 +197,7 @@ private slots:
     void connectionSettingsSaveAndReconnect()
     {
         TestRoot root;
-        WithMenu menu;
+        Gui::WithMenu menu;
         MsgRecorder rec;
         fdlSetConCtrl f;
         Gui::show(&f);

@@ -35,14 +35,8 @@ namespace {
 struct Rig {
     TestRoot root;
     MsgRecorder rec;
-    Form *menu;
-    Rig()
-    {
-        gUSE_TYPE = 1;
-        menu = createScreen(QStringLiteral("fmnMain"));
-        menu->load();
-    }
-    ~Rig() { delete menu; }
+    Gui::WithMenu withMenu;
+    Form *menu = withMenu.menu;
 };
 
 QLineEdit *field(Form &f, int i) { return f.ctl<QLineEdit>(QStringLiteral("txtDATA(%1)").arg(i)); }
