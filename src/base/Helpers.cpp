@@ -201,7 +201,17 @@ QString toWide(const QString &text)
         if (c == 0x20) {
             out += QChar(0x3000);
         } else if (c > 0x20 && c < 0x7F) {
-            out += QChar(char16_t(c + 0xFEE0));
+            // As a Japanese code page widens them: the backslash is the yen
+            // sign there, the tilde an overline, and quotes become the
+            // typographic ones.
+            switch (c) {
+            case u'\\': out += QChar(0xFFE5); break;
+            case u'~': out += QChar(0xFFE3); break;
+            case u'\'': out += QChar(0x2019); break;
+            case u'"': out += QChar(0x201D); break;
+            case u'`': out += QChar(0x2018); break;
+            default: out += QChar(char16_t(c + 0xFEE0)); break;
+            }
         } else if (c >= 0xFF66 && c <= 0xFF9D) {
             char16_t k = kKana[c - 0xFF66];
             const char16_t next = i + 1 < text.size() ? text.at(i + 1).unicode() : 0;

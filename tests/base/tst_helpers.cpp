@@ -17,6 +17,7 @@ private slots:
     {
         QCOMPARE(toWide(QStringLiteral("ミズカガミ1キロ粒剤")), QStringLiteral("ミズカガミ１キロ粒剤"));
         QCOMPARE(toWide(QStringLiteral("BT a-1")), QStringLiteral("ＢＴ　ａ－１"));
+        QCOMPARE(toWide(QStringLiteral("\\1'~\"`")), QStringLiteral("￥１’￣”‘"));
         QCOMPARE(toWide(QStringLiteral("ｶﾞｯﾂ ﾎﾟﾝｳﾞｧ｡")), QStringLiteral("ガッツ　ポンヴァ。"));
         QCOMPARE(toWide(QStringLiteral("ﾝﾞ")), QStringLiteral("ン゛"));
         QCOMPARE(toWide(QStringLiteral("全角（見本）")), QStringLiteral("全角（見本）"));

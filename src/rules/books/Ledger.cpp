@@ -295,7 +295,7 @@ bool slipSteps(Mode mode, LedgeRow &row, const Value &fmrId, const QString &comp
         return false;
     if (mode == Mode::Add) {
         row[FMR_ID] = fmrId;
-        row[LEDGE_ID] = Value(GetNewLedgeId(fmrId));
+        row[LEDGE_ID] = Value(nextLedgeId(fmrId));
     }
     RecordsetPtr rs = gDB->GetDynamicRst(Stmt("SELECT D_LEDGE.* FROM D_LEDGE WHERE D_LEDGE.LEDGE_ID=?").num(row[LEDGE_ID]));
     if (mode == Mode::Add) {
@@ -358,7 +358,7 @@ namespace {
 qint32 wholeId(const Value &v) { return v.isNull() ? 0 : v.toLong(); }
 } // namespace
 
-qint32 GetNewLedgeId(const Value &fmrId)
+qint32 nextLedgeId(const Value &fmrId)
 {
     const Value max = gDB->DMax(QStringLiteral("LEDGE_ID"), QStringLiteral("D_LEDGE"), Stmt("FMR_ID=?").num(fmrId));
     return Nz(max, Value(0)).toLong() + 1;

@@ -25,7 +25,7 @@ class Recordset;
 
 // Slip numbers and owners, shared by every module that posts slips.
 // The largest slip number of the farmer plus 1 (1 for none).
-qint32 GetNewLedgeId(const Value &fmrId);
+qint32 nextLedgeId(const Value &fmrId);
 
 // 0 free, 1 made by a diary line, 2 by a pesticide purchase, 3 by a shipment;
 // the first owner found answers.

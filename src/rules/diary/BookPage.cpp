@@ -66,12 +66,9 @@ Page compute(int acc, const QVector<LedgeRow> &rows, Currency forward,
     return page;
 }
 
-qint32 newSlipId(const Value &fmrId, const QVector<LedgeRow> &rows)
+qint32 GetNewLedgeID(const Value &fmrId, const QVector<LedgeRow> &rows)
 {
-    qint32 n = Nz(gDB->DMax(QStringLiteral("LEDGE_ID"), QStringLiteral("D_LEDGE"), Stmt("FMR_ID=?").num(fmrId)),
-                  Value(0))
-                   .toLong() +
-               1;
+    qint32 n = nextLedgeId(fmrId);
     for (const LedgeRow &r : rows) {
         const Value &id = r[LedgeCol::LEDGE_ID];
         if (hasValue(id) && IsNumeric(id) && n <= id.toLong())
@@ -156,7 +153,7 @@ LedgeRow slipToEdit(const QVector<LedgeRow> &rows, Mode mode, int row, const Val
     if (mode == Mode::Add) {
         using namespace LedgeCol;
         slip[FMR_ID] = fmrId;
-        slip[LEDGE_ID] = Value(newSlipId(fmrId, rows));
+        slip[LEDGE_ID] = Value(GetNewLedgeID(fmrId, rows));
         slip[LEDGE_DATE] = day;
         for (int c : {CTR_NM, C_ACC_ID, D_OPT_ID, C_OPT_ID, D_OPT_NM, C_OPT_NM, AMT, NOTES, UDATE})
             slip[c] = Value::null();

@@ -46,7 +46,7 @@ Page compute(int acc, const QVector<LedgeRow> &rows, Currency forward,
 
 // A slip number above every saved slip of the farmer and every slip of the
 // day not saved yet.
-qint32 newSlipId(const Value &fmrId, const QVector<LedgeRow> &rows);
+qint32 GetNewLedgeID(const Value &fmrId, const QVector<LedgeRow> &rows);
 
 // What a book page's slip entry holds: the other account and the option ids
 // and names of both sides, and the amounts on the book's left and right.

@@ -331,7 +331,7 @@ void DiaryDay::SaveUseChemi()
             continue;
         }
         if (ledge == 0)
-            r.LEDGE_ID = Value(GetNewLedgeId(r.FMR_ID));
+            r.LEDGE_ID = Value(nextLedgeId(r.FMR_ID));
         Currency amount = CalChemiAmt(day.FMR_ID, r.CHEMI_ID, qtyV, r.UNIT_ID);
         // The cost moves from the lots bought to the planting: account,
         // option kind, option id and option name of each side.

@@ -413,7 +413,7 @@ bool lotSteps(Mode mode, ChemiRow &r, const QString &computer)
             r.LEDGE_ID = Value(0);
         } else {
             if (numberOf(r.LEDGE_ID) == 0)
-                r.LEDGE_ID = Value(GetNewLedgeId(r.FMR_ID));
+                r.LEDGE_ID = Value(nextLedgeId(r.FMR_ID));
             // A copied lot keeps the number of its model's slip, which the
             // slip table takes only once per farmer.
             const QString slipKey = Stmt("FMR_ID=? AND LEDGE_ID=?").num(r.FMR_ID).num(r.LEDGE_ID);

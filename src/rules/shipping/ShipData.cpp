@@ -350,7 +350,7 @@ void postSlip(ShipRow &r, Mode mode, Value &ledgeId, Currency amount, bool sale)
         return;
     }
     if (!hasValue(ledgeId) || ledgeId.toDouble() == 0)
-        ledgeId = Value(GetNewLedgeId(r.FMR_ID));
+        ledgeId = Value(nextLedgeId(r.FMR_ID));
     const Stmt planting = plantSide(sale ? Acc::Sales : Acc::ShopFee, r);
     const bool moneyDebited = sale ? amount > Currency() : amount < Currency();
     const QDateTime now = DateUtil::now();

@@ -165,11 +165,17 @@ void frmDairyCal::showMonth(const QDateTime &first)
     QVector<CalMonth::Cell> cells = CalMonth::collect(geo, first.date(), QDate::currentDate(), gFMR_ID, o, Value(0));
 
     gBASE_DATE = first;
-    fillChoices(cmbCOND, plantings, true);
+    SetCmb(0, plantings);
     for (int i = 0; i < 5; ++i)
         chkCOND[i]->setChecked(o.on[i]);
     paintMonth(geo, std::move(cells), o);
     mReady = true;
+}
+
+void frmDairyCal::SetCmb(int index, const Choices &plantings)
+{
+    if (index == 0)
+        fillChoices(cmbCOND, plantings, true);
 }
 
 void frmDairyCal::DispCal()

@@ -4,6 +4,7 @@
 // temperature, the weather, the line of the day and the money, pesticide and
 // shipment marks; a click on a day opens that day's entry.
 
+#include "base/Choice.h"
 #include "ui/Form.h"
 #include "rules/diary/CalMonth.h"
 
@@ -53,6 +54,9 @@ protected:
 private:
     void stepMonths(int months);
     void showMonth(const QDateTime &first);
+    // Fills the planting filter (index 0) with the month's plantings, read
+    // beforehand, and the blank item first; no item is selected.
+    void SetCmb(int index, const Choices &plantings);
     CalMonth::Geometry geometryFor(const QDate &first) const;
     void paintMonth(const CalMonth::Geometry &geo, QVector<CalMonth::Cell> cells, const CalMonth::Options &o);
     void dayClicked(QPoint pos);

@@ -382,13 +382,13 @@ private slots:
     void slipNumbersGoOnFromTheFarmersLast()
     {
         TestRoot root;
-        QCOMPARE(GetNewLedgeId(Value(1)), 1);
+        QCOMPARE(nextLedgeId(Value(1)), 1);
         Build::slip(1, QDate(2024, 1, 5), Acc::Cash, Acc::Sales, 1200.5).add();
         Build::slip(2, QDate(2024, 1, 7), Acc::Cash, Acc::Sales, 0.25).add();
         Build::slip(9, QDate(2024, 1, 6), Acc::Cash, Acc::Sales, 1).set("FMR_ID", 3).add();
-        QCOMPARE(GetNewLedgeId(Value(1)), 3);
-        QCOMPARE(GetNewLedgeId(Value(3)), 10);
-        QCOMPARE(GetNewLedgeId(Value::null()), 1);
+        QCOMPARE(nextLedgeId(Value(1)), 3);
+        QCOMPARE(nextLedgeId(Value(3)), 10);
+        QCOMPARE(nextLedgeId(Value::null()), 1);
     }
 
     void saveFindsTheSlipByNumberAlone()
