@@ -20,6 +20,7 @@ void registerPesticideScreens();
 void registerShippingScreens();
 void registerPrintScreens();
 void registerMasterScreens();
+void registerExchangeScreens();
 
 void registerAllScreens()
 {
@@ -31,6 +32,7 @@ void registerAllScreens()
     registerShippingScreens();
     registerPrintScreens();
     registerMasterScreens();
+    registerExchangeScreens();
     // What the screens take from the program: the window state kept in the
     // settings, and the databases closed when the program ends.
     setWindowStateSource([] {

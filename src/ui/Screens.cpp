@@ -27,7 +27,7 @@ int openScreen(const QString &name)
 {
     Form *f = createScreen(name);
     if (!f) {
-        ShowMsg(QStringLiteral("この機能は準備中です。"), Msg::Information);
+        ShowMsg(QStringLiteral("画面「%1」がありません。").arg(name), Msg::Critical);
         return 0;
     }
     return openModal(f);

@@ -13,6 +13,7 @@ void registerScreen(const QString &name, std::function<Form *()> factory);
 Form *createScreen(const QString &name); // nullptr for an unknown name
 QStringList screenNames();
 
-// Opens the named screen modally; a screen not built yet answers with the
-// message "この機能は準備中です。".
+// Opens the named screen modally. Every screen a menu or another screen
+// names is registered; an unknown name (a fault of the program) is said in
+// a message and opens nothing.
 int openScreen(const QString &name);

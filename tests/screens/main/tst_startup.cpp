@@ -369,9 +369,16 @@ private slots:
         QCOMPARE(gFMR_ID.toLong(), 2);
         Gui::choose(list, 0);
         QCOMPARE(gFMR_ID.toLong(), 0);
-        // screens not built yet say so
-        Gui::click(menu->ctl<QPushButton>("cmdMENU(10)"));
-        QCOMPARE(rig.msgs.lastPrompt(), QStringLiteral("この機能は準備中です。"));
+        // every entry of the menu opens its own screen (closed at once here)
+        const QStringList targets{"fdlSetConCtrl",    "fdlSetLocalCtrl",  "fdlMstFmrEdit",  "fdlMstPrdEdit",
+                                  "fdlPrintAccRep",   "fdlPrintPriceTag", "fdlExpPriceTag", "fdlPrintTraceRep",
+                                  "fdlUploadTraceData", "fdlMstShopEdit"};
+        const int said = rig.msgs.count();
+        for (int i : {1, 2, 3, 4, 5, 7, 8, 9, 10, 11})
+            Gui::click(menu->ctl<QPushButton>(QStringLiteral("cmdMENU(%1)").arg(i)));
+        QCOMPARE(rig.modals.opened, targets);
+        QCOMPARE(rig.msgs.count(), said);
+        rig.modals.opened.clear();
         // the calendar opens from the menu and only closes there
         gFMR_ID = Value(1);
         rig.modals.on("frmDairyCal", [](Form &c) {
