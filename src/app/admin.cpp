@@ -21,6 +21,8 @@ int runOldCal(const QStringList &args);
 int runShoot(QStringList args);
 // admin_print.cpp: the price tag sheets of a day into a PDF file.
 int runPrintPtag(const QStringList &args);
+// admin_export.cpp: the price tag rows of a period into the CSV file.
+int runExportPtag(const QStringList &args);
 
 namespace {
 
@@ -45,6 +47,9 @@ int usage()
         "  tillora-admin print-ptag [--root DIR] --date yyyy-mm-dd [--skip N] [--frame] --pdf out.pdf\n"
         "      その日の出荷の値札を、値札印刷と同じ配置・余白で PDF に保存する（--skip: 先頭の空き枚数、\n"
         "      --frame: 枠線も印刷）。\n"
+        "  tillora-admin export-ptag [--root DIR] --from yyyy-mm-dd --to yyyy-mm-dd --dir OUT [--utf8] [--farmer N]\n"
+        "      期間の出荷の値札データを、値札データ書出と同じ CSV ファイルに書き出す（既定は Shift-JIS、\n"
+        "      --utf8: UTF-8 BOM 付き、--farmer: 既定生産者以外）。\n"
         "  tillora-admin init-server [--root DIR]\n"
         "      設定で MySQL/MariaDB を指すデータ・マスタに、データベース、表、初期データを作成する。\n"
         "DIR を省くと、このプログラムのフォルダの親を使う。"));
@@ -181,6 +186,8 @@ int main(int argc, char **argv)
             rc = runShoot(a.rest);
         } else if (a.command == QLatin1String("print-ptag")) {
             rc = runPrintPtag(a.rest);
+        } else if (a.command == QLatin1String("export-ptag")) {
+            rc = runExportPtag(a.rest);
         } else if (a.command == QLatin1String("oldcal")) {
             rc = runOldCal(a.rest);
         } else if (a.command == QLatin1String("init-server")) {

@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSaveFile>
 
 namespace PriceTagCsv {
 
@@ -56,6 +57,19 @@ void saveFolder(const QString &folder)
 {
     int type = 0;
     gINI->SaveCtrl(QStringLiteral("EXP_PTAG_DIR"), Value(folder), type);
+}
+
+Encoding encoding()
+{
+    const Value v = gINI->GetCtrl(QStringLiteral("EXP_PTAG_UTF8"));
+    return hasValue(v) && IsNumeric(v) && v.toLong() != 0 ? Encoding::Utf8Bom : Encoding::CodePage;
+}
+
+void saveEncoding(Encoding e)
+{
+    int type = 4;
+    gINI->SaveCtrl(QStringLiteral("EXP_PTAG_UTF8"), Value(e == Encoding::Utf8Bom ? QStringLiteral("1") : QStringLiteral("0")),
+                   type);
 }
 
 void saveLastExport(const QString &lastDay)
@@ -109,24 +123,37 @@ QString csvLine(const PriceTagRow &r)
     return fields.join(QLatin1Char(','));
 }
 
-bool writeCsv(const QString &path, const QVector<PriceTagRow> &rows, QString *error)
+QByteArray csvBytes(const QVector<PriceTagRow> &rows, Encoding encoding)
 {
-    QFile::remove(path); // an earlier file of the same period is replaced without a question
-    QFile f(path);
-    if (!f.open(QIODevice::WriteOnly)) {
-        if (error)
-            *error = f.errorString();
-        return false;
-    }
     QString text;
     for (const PriceTagRow &r : rows)
         text += csvLine(r) + QStringLiteral("\r\n");
-    const QByteArray bytes = toSystemCodePage(text);
-    if (f.write(bytes) != bytes.size() || !f.flush()) {
+    if (encoding == Encoding::Utf8Bom)
+        return QByteArrayLiteral("\xEF\xBB\xBF") + text.toUtf8();
+    return toSystemCodePage(text);
+}
+
+bool writeCsv(const QString &path, const QVector<PriceTagRow> &rows, Encoding encoding, QString *error)
+{
+    const QString shown = QDir::toNativeSeparators(path);
+    auto fail = [&](const QString &why) {
         if (error)
-            *error = f.errorString();
+            *error = why;
         return false;
+    };
+    if (QFileInfo(path).isDir())
+        return fail(QStringLiteral("同じ名前のフォルダがあるため、ファイルを書き出せません。\n") + shown);
+    QSaveFile f(path);
+    if (!f.open(QIODevice::WriteOnly))
+        return fail(QStringLiteral("出力先に書き込めません。書き込みできるフォルダを指定してください。\n") + shown);
+    const QByteArray bytes = csvBytes(rows, encoding);
+    if (f.write(bytes) != bytes.size()) {
+        f.cancelWriting();
+        return fail(QStringLiteral("ファイルを書き出せませんでした。ディスクの空きを確かめてください。\n") + shown);
     }
+    if (!f.commit())
+        return fail(QStringLiteral("ファイルを置き換えられませんでした。他のプログラムで開いていないか確かめてください。\n") +
+                    shown);
     return true;
 }
 
@@ -150,12 +177,9 @@ Outcome exportRows(const Request &q)
     const QString path = QDir(q.folder).filePath(fileName(first, last, q.farmer, q.shop));
     const QVector<PriceTagRow> &rows = gPTAG_ROWS[0].Rows;
     QString error;
-    if (!writeCsv(path, rows, &error))
-        return {0,
-                QStringLiteral("ファイルを書き出せませんでした。\n") + QDir::toNativeSeparators(path) +
-                    QLatin1Char('\n') + error,
-                2};
-    return {int(rows.size()), QString(), -1};
+    if (!writeCsv(path, rows, q.encoding, &error))
+        return {0, error, 2, path};
+    return {int(rows.size()), QString(), -1, path};
 }
 
 } // namespace PriceTagCsv

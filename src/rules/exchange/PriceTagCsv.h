@@ -27,6 +27,13 @@ Period openingPeriod(const QDateTime &today, const Value &farmer, const Value &s
 // The output folder kept on this computer ("" when none), and keeping it.
 QString folder();
 void saveFolder(const QString &folder);
+
+// How the file's text is encoded: the farms' code page (Shift-JIS, a
+// character it lacks written as "?"), or UTF-8 with a byte order mark for
+// programs that expect it. The choice is kept on this computer.
+enum class Encoding { CodePage, Utf8Bom };
+Encoding encoding();
+void saveEncoding(Encoding e);
 // Keeps the last day exported, as typed.
 void saveLastExport(const QString &lastDay);
 
@@ -42,14 +49,19 @@ QString fileName(const QDateTime &first, const QDateTime &last, const Value &far
 // quotes as it stands, numbers and amounts bare, booleans and dates between
 // # signs.
 QString csvLine(const PriceTagRow &row);
-// Writes the rows to the file in the system code page with CR LF line ends,
-// replacing a file that is there. False (with the reason) when it can't be written.
-bool writeCsv(const QString &path, const QVector<PriceTagRow> &rows, QString *error = nullptr);
+// The bytes of the file: every line with CR LF, in the encoding.
+QByteArray csvBytes(const QVector<PriceTagRow> &rows, Encoding encoding);
+// Writes the rows to the file, replacing a file that is there without a
+// question. The new file takes the old one's place only when it is complete:
+// a failure leaves an earlier file as it was. False, with the reason in
+// Japanese, when it can't be written.
+bool writeCsv(const QString &path, const QVector<PriceTagRow> &rows, Encoding encoding, QString *error = nullptr);
 
 // An export as the dialog asks for it: the two days and the folder as typed.
 struct Request {
     QString first, last, folder;
     Value farmer, shop;
+    Encoding encoding = Encoding::CodePage;
 };
 // What came of it: the rows written, or the refusal with the field it
 // concerns (0 first day, 1 last day, 2 folder, -1 none).
@@ -57,6 +69,7 @@ struct Outcome {
     int written = 0;
     QString refusal;
     int field = -1;
+    QString path; // the file written
 };
 // Checks the request in order (first day, last day, rows, folder), reads
 // the rows and writes the file named after the period into the folder.

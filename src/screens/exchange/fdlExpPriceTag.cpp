@@ -3,8 +3,10 @@
 #include "base/Globals.h"
 #include "base/Msg.h"
 #include "rules/exchange/PriceTagCsv.h"
+#include "rules/masters/MasterLists.h"
 #include "ui/Entry.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
 #include <QLabel>
@@ -25,6 +27,7 @@ const CtlSpec kControls[] = {
     {"lblCAP(3)", CtlKind::Label, "出力先", 200, 1850, 1200, 420, "fraCOND"},
     {"txtCOND(2)", CtlKind::Text, "", 1550, 1850, 5300, 420, "fraCOND"},
     {"Command1(2)", CtlKind::Button, "参照...", 6950, 1820, 1200, 480, "fraCOND"},
+    {"chkUTF8", CtlKind::Check, "UTF-8（BOM付き）で書き出す", 1550, 2400, 5300, 420, "fraCOND"},
     {"MonthView1", CtlKind::Calendar, "", 0, 0, 3900, 2700},
     {"Command1(1)", CtlKind::Button, "書出", 7200, 6100, 1800, 600},
     {"Command1(0)", CtlKind::Button, "ｷｬﾝｾﾙ", 600, 6100, 1800, 600},
@@ -39,6 +42,7 @@ fdlExpPriceTag::fdlExpPriceTag(QWidget *parent) : Form(QStringLiteral("fdlExpPri
     txtCOND = array<QLineEdit>(QStringLiteral("txtCOND"), 3);
     cmbCOND = ctl<QComboBox>(QStringLiteral("cmbCOND"));
     Command1 = array<QPushButton>(QStringLiteral("Command1"), 3);
+    chkUTF8 = ctl<QCheckBox>(QStringLiteral("chkUTF8"));
     ctl<QLabel>(QStringLiteral("lblCAP(1)"))->setAlignment(Qt::AlignCenter);
     for (int i = 0; i < 2; ++i) {
         setFieldLimit(txtCOND[i], 10, ImeMode::Disabled);
@@ -49,6 +53,11 @@ fdlExpPriceTag::fdlExpPriceTag(QWidget *parent) : Form(QStringLiteral("fdlExpPri
     entry().setLeaveCheck(txtCOND[2], [this] {
         saveFolder();
         return true;
+    });
+    // The encoding is kept as soon as it is chosen, like the folder.
+    connect(chkUTF8, &QCheckBox::toggled, this, [this](bool on) {
+        if (mReady)
+            trap([on] { PriceTagCsv::saveEncoding(on ? PriceTagCsv::Encoding::Utf8Bom : PriceTagCsv::Encoding::CodePage); });
     });
     onClick(Command1[0], [this] { closeOrEndProgram(this); }, false);
     onClick(Command1[1], [this] {
@@ -84,6 +93,13 @@ void fdlExpPriceTag::InitForm()
     txtCOND[0]->setText(p.first.toString(QStringLiteral("yyyy/MM/dd")));
     txtCOND[1]->setText(p.last.toString(QStringLiteral("yyyy/MM/dd")));
     txtCOND[2]->setText(PriceTagCsv::folder());
+    // Whose shipments are written: the farmer being worked on, shown only.
+    fillChoices(cmbCOND, MasterLists::farmers(), false);
+    selectItemData(cmbCOND, gFMR_ID);
+    setComboLocked(cmbCOND, true);
+    cmbCOND->setFocusPolicy(Qt::NoFocus);
+    chkUTF8->setChecked(PriceTagCsv::encoding() == PriceTagCsv::Encoding::Utf8Bom);
+    mReady = true;
 }
 
 void fdlExpPriceTag::saveFolder() { PriceTagCsv::saveFolder(txtCOND[2]->text()); }
@@ -95,8 +111,9 @@ int fdlExpPriceTag::GetData(const QDateTime &first, const QDateTime &last)
 
 int fdlExpPriceTag::ExpData()
 {
-    const PriceTagCsv::Outcome out =
-        PriceTagCsv::exportRows({txtCOND[0]->text(), txtCOND[1]->text(), txtCOND[2]->text(), gFMR_ID, gSHOP_ID});
+    const PriceTagCsv::Outcome out = PriceTagCsv::exportRows(
+        {txtCOND[0]->text(), txtCOND[1]->text(), txtCOND[2]->text(), gFMR_ID, gSHOP_ID,
+         chkUTF8->isChecked() ? PriceTagCsv::Encoding::Utf8Bom : PriceTagCsv::Encoding::CodePage});
     if (!out.refusal.isEmpty()) {
         ShowMsg(out.refusal, Msg::Exclamation);
         if (out.field >= 0)

@@ -6,6 +6,7 @@
 
 #include <QDateTime>
 
+class QCheckBox;
 class QComboBox;
 class QLineEdit;
 class QPushButton;
@@ -31,4 +32,6 @@ private:
     QVector<QLineEdit *> txtCOND;
     QComboBox *cmbCOND = nullptr;
     QVector<QPushButton *> Command1;
+    QCheckBox *chkUTF8 = nullptr;
+    bool mReady = false;
 };

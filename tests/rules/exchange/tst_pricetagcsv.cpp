@@ -1,5 +1,5 @@
 // The price tag export without its dialog: a line of the file field by
-// field, the file in the system code page with CR LF line ends replacing an
+// field, the file in each encoding with CR LF line ends replacing an
 // earlier one, the period it opens with, its refusals in their order, the
 // rows of a period of one farmer to one shop, and the plantings of a year
 // that the trace dialogs offer.
@@ -72,28 +72,48 @@ private slots:
         QVERIFY(csvLine(r).contains(QStringLiteral(",\"\"屋号\"\",")));
     }
 
-    void theFileInTheSystemCodePage()
+    // The bytes of a written file in each encoding: every line with CR LF,
+    // an earlier longer file replaced whole, a character the code page lacks
+    // written as "?" (UTF-8 keeps it); then the files that can't be written.
+    void theFileInEachEncoding()
     {
         TILLORA_FIRST_ENGINE_ONLY();
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("260501-260510-1-1.csv"));
-        QFile old(path);
-        QVERIFY(old.open(QIODevice::WriteOnly));
-        old.write(QByteArray(5000, 'x'));
-        old.close();
         PriceTagRow a, b;
         a.PrdNm = QStringLiteral("なす");
-        b.PrdNm = QStringLiteral("髙菜");
+        b.PrdNm = QStringLiteral("𠮷野菜");
+        const QString lineA = csvLine(a) + QStringLiteral("\r\n"), lineB = csvLine(b) + QStringLiteral("\r\n");
         QString error;
-        QVERIFY(writeCsv(path, {a, b}, &error));
-        QFile f(path);
-        QVERIFY(f.open(QIODevice::ReadOnly));
-        const QByteArray bytes = f.readAll();
-        QCOMPARE(bytes, toSystemCodePage(csvLine(a) + QStringLiteral("\r\n") + csvLine(b) + QStringLiteral("\r\n")));
-        QVERIFY(bytes.contains(QByteArray("\x82\xC8\x82\xB7"))); // なす in CP932
-        QCOMPARE(bytes.count('\n'), 2);
-        QVERIFY(!writeCsv(dir.filePath(QStringLiteral("no/such/x.csv")), {a}, &error));
-        QVERIFY(!error.isEmpty());
+        for (const Encoding e : {Encoding::CodePage, Encoding::Utf8Bom}) {
+            QFile old(path);
+            QVERIFY(old.open(QIODevice::WriteOnly));
+            old.write(QByteArray(5000, 'x'));
+            old.close();
+            QVERIFY(writeCsv(path, {a, b}, e, &error));
+            QFile f(path);
+            QVERIFY(f.open(QIODevice::ReadOnly));
+            const QByteArray bytes = f.readAll();
+            if (e == Encoding::CodePage) {
+                QVERIFY(bytes.startsWith("#FALSE#,1,0,\"\""));
+                QVERIFY(bytes.contains(QByteArray(",\"\x82\xC8\x82\xB7\","))); // なす in CP932
+                QVERIFY(bytes.contains(QByteArray(",\"?\x96\xEC\x8D\xD8\","))); // 𠮷 lacking, 野菜 kept
+                // the rest is ASCII: なす and 野菜 take two bytes a character, 𠮷 (two
+                // UTF-16 units) one "?"
+                QCOMPARE(bytes.size(), lineA.size() + 2 + lineB.size() - 1 + 2);
+            } else {
+                QCOMPARE(bytes, QByteArray("\xEF\xBB\xBF") + (lineA + lineB).toUtf8());
+            }
+            QCOMPARE(bytes.count("\r\n"), 2);
+            QCOMPARE(bytes.count('\n'), 2);
+        }
+        // a folder that is not there, a folder standing where the file goes
+        QVERIFY(!writeCsv(dir.filePath(QStringLiteral("no/such/x.csv")), {a}, Encoding::CodePage, &error));
+        QVERIFY2(error.startsWith(QStringLiteral("出力先に書き込めません。")), qPrintable(error));
+        QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("taken.csv")));
+        QVERIFY(!writeCsv(dir.filePath(QStringLiteral("taken.csv")), {a}, Encoding::CodePage, &error));
+        QVERIFY2(error.startsWith(QStringLiteral("同じ名前のフォルダがあるため")), qPrintable(error));
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList{"260501-260510-1-1.csv"}); // no scraps left
     }
 
     // The period the dialog offers, from the last export and the latest shipment.

@@ -1,8 +1,7 @@
 // The exchange dialogs as a user works them: the price tag export opens
 // with the period since the last export, asks for a folder, remembers it,
 // writes the file and the end of the period; the upload dialog offers the
-// plantings of the year typed and sends nothing. (The menu does not open
-// them yet: they are driven here as they are.)
+// plantings of the year typed and sends nothing.
 
 #include "base/Globals.h"
 #include "base/Msg.h"
@@ -19,11 +18,13 @@
 #include "ui/Screens.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDate>
 #include <QDir>
 #include <QFile>
 #include <QLineEdit>
+#include <QProcess>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QtTest/QTest>
@@ -43,6 +44,12 @@ struct Rig {
         gSHOP_ID = Value(1);
     }
 };
+
+QByteArray readAll(const QString &path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
 
 QStringList items(QComboBox *c)
 {
@@ -70,6 +77,10 @@ private slots:
         auto cmd = f->array<QPushButton>(QStringLiteral("Command1"), 3);
         QCOMPARE(cond[0]->text() + QLatin1Char('-') + cond[1]->text(), QStringLiteral("2026/05/02-2026/05/10"));
         QVERIFY(cond[2]->text().isEmpty());
+        // whose shipments: the farmer worked on, shown and not to be changed
+        auto *farmer = f->ctl<QComboBox>(QStringLiteral("cmbCOND"));
+        QCOMPARE(farmer->currentText(), gMST->DLookup("FMR_NM", "M_FMR", "FMR_ID=1").toText());
+        QVERIFY(Gui::isLocked(farmer));
 
         // no folder yet: said, and the folder field takes the focus
         Gui::click(cmd[1]);
@@ -90,6 +101,16 @@ private slots:
         QVERIFY(QFile::exists(out.filePath(QStringLiteral("260502-260510-1-1.csv"))));
         QCOMPARE(gINI->GetCtrl(QStringLiteral("LAST_EXP_PTAG_DATE")).toText(), QStringLiteral("2026/05/10"));
         delete f;
+        // the companion writes the same bytes without a window
+        QTemporaryDir script;
+        QProcess p;
+        p.start(QStringLiteral(TILLORA_ADMIN), {"export-ptag", "--root", rig.root.root(), "--from", "2026-05-02", "--to",
+                                                "2026/05/10", "--dir", script.path()});
+        QVERIFY(p.waitForFinished(60000));
+        QVERIFY2(p.exitCode() == 0, p.readAllStandardError().constData());
+        QVERIFY(QString::fromUtf8(p.readAllStandardOutput()).startsWith(QStringLiteral("3件のラベルデータを書き出しました。")));
+        QCOMPARE(readAll(script.filePath(QStringLiteral("260502-260510-1-1.csv"))),
+                 readAll(out.filePath(QStringLiteral("260502-260510-1-1.csv"))));
 
         // opened again: nothing shipped since, so today alone, in the same folder
         f = new fdlExpPriceTag;
@@ -98,8 +119,32 @@ private slots:
         const QString today = DateUtil::today().toString(QStringLiteral("yyyy/MM/dd"));
         QCOMPARE(cond[0]->text() + QLatin1Char('-') + cond[1]->text(), today + QLatin1Char('-') + today);
         QCOMPARE(QDir(cond[2]->text()), QDir(out.path()));
-        Gui::click(f->ctl<QPushButton>(QStringLiteral("Command1(1)")));
+        cmd = f->array<QPushButton>(QStringLiteral("Command1"), 3);
+        Gui::click(cmd[1]);
         QCOMPARE(rig.rec.lastPrompt(), QStringLiteral("出力対象データが登録されていません。"));
+        // the same period again, in UTF-8: the choice is kept at once; a
+        // folder standing where the file goes is said, and nothing is kept
+        auto *utf8 = f->ctl<QCheckBox>(QStringLiteral("chkUTF8"));
+        QVERIFY(!utf8->isChecked());
+        Gui::click(utf8);
+        QCOMPARE(PriceTagCsv::encoding(), PriceTagCsv::Encoding::Utf8Bom);
+        Gui::type(cond[0], QStringLiteral("2026/05/02"));
+        Gui::type(cond[1], QStringLiteral("2026/05/10"));
+        const QString file = out.filePath(QStringLiteral("260502-260510-1-1.csv"));
+        QVERIFY(QFile::remove(file) && QDir().mkdir(file));
+        Gui::click(cmd[1]);
+        QVERIFY(rig.rec.lastPrompt().startsWith(QStringLiteral("同じ名前のフォルダがあるため")));
+        QVERIFY(f->isVisible());
+        QCOMPARE(gINI->GetCtrl(QStringLiteral("LAST_EXP_PTAG_DATE")).toText(), QStringLiteral("2026/05/10"));
+        QVERIFY(QDir().rmdir(file));
+        Gui::click(cmd[1]);
+        QCOMPARE(rig.rec.lastPrompt(), QStringLiteral("3件のラベルデータを書き出しました。"));
+        QVERIFY(readAll(file).startsWith("\xEF\xBB\xBF#FALSE#,1,0,"));
+        delete f;
+        // the next opening offers UTF-8 again; キャンセル closes
+        f = new fdlExpPriceTag;
+        Gui::show(f);
+        QVERIFY(f->ctl<QCheckBox>(QStringLiteral("chkUTF8"))->isChecked());
         Gui::click(f->ctl<QPushButton>(QStringLiteral("Command1(0)")));
         QVERIFY(!f->isVisible());
         delete f;
