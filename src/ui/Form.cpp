@@ -10,7 +10,6 @@
 #include <QCalendarWidget>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDesktopServices>
 #include <QFileDialog>
 #include <QFrame>
 #include <QGroupBox>
@@ -25,7 +24,6 @@
 #include <QScrollBar>
 #include <QSlider>
 #include <QTreeWidget>
-#include <QUrl>
 
 #include <cmath>
 
@@ -39,7 +37,7 @@ std::function<bool()> gMaximised;
 std::function<void()> gShutdown;
 std::function<QString(const QString &)> gOpenDirHook;
 std::function<QString(const QString &, const QString &)> gSaveFileHook;
-std::function<bool(const QString &)> gOpenFolderHook;
+std::function<QString(const QString &, const QString &)> gOpenFileHook;
 bool gEnded = false;
 
 QWidget *makeControl(const CtlSpec &s, QWidget *parent)
@@ -470,17 +468,6 @@ QString OpenDir(QWidget *owner, const QString &title)
     }
 }
 
-void setOpenFolderHook(std::function<bool(const QString &)> hook) { gOpenFolderHook = std::move(hook); }
-
-bool OpenFolder(const QString &path)
-{
-    if (gOpenFolderHook)
-        return gOpenFolderHook(path);
-    if (QGuiApplication::platformName() == QLatin1String("offscreen"))
-        return false;
-    return QDesktopServices::openUrl(QUrl::fromLocalFile(path));
-}
-
 void setSaveFileHook(std::function<QString(const QString &, const QString &)> hook) { gSaveFileHook = std::move(hook); }
 
 QString SaveFileName(QWidget *owner, const QString &title, const QString &suggested, const QString &filter)
@@ -489,6 +476,19 @@ QString SaveFileName(QWidget *owner, const QString &title, const QString &sugges
         if (gSaveFileHook)
             return gSaveFileHook(title, suggested);
         return QFileDialog::getSaveFileName(owner, title, suggested, filter);
+    } catch (...) {
+        return QString();
+    }
+}
+
+void setOpenFileHook(std::function<QString(const QString &, const QString &)> hook) { gOpenFileHook = std::move(hook); }
+
+QString OpenFileName(QWidget *owner, const QString &title, const QString &folder, const QString &filter)
+{
+    try {
+        if (gOpenFileHook)
+            return gOpenFileHook(title, folder);
+        return QFileDialog::getOpenFileName(owner, title, folder, filter);
     } catch (...) {
         return QString();
     }

@@ -204,6 +204,10 @@ void setOpenDirHook(std::function<QString(const QString &)> hook);
 QString SaveFileName(QWidget *owner, const QString &title, const QString &suggested, const QString &filter);
 // Tests answer the save dialog here: (title, suggested) to the file name.
 void setSaveFileHook(std::function<QString(const QString &, const QString &)> hook);
+// The file chosen in an open dialog that starts in folder; "" when cancelled.
+QString OpenFileName(QWidget *owner, const QString &title, const QString &folder, const QString &filter);
+// Tests answer the open dialog here: (title, folder) to the file name.
+void setOpenFileHook(std::function<QString(const QString &, const QString &)> hook);
 
 // The wait cursor for as long as the object lives.
 class WaitCursor {
@@ -213,8 +217,3 @@ public:
     WaitCursor(const WaitCursor &) = delete;
     WaitCursor &operator=(const WaitCursor &) = delete;
 };
-// Opens a folder of the computer in the desktop's file manager, for the user
-// to take files from. False when it can't be opened. Without a display
-// (offscreen) nothing is opened; tests may hook it.
-bool OpenFolder(const QString &path);
-void setOpenFolderHook(std::function<bool(const QString &)> hook);

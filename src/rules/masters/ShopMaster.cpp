@@ -1,7 +1,14 @@
 #include "rules/masters/ShopMaster.h"
 
+#include "base/Globals.h"
 #include "rules/common/Ids.h"
 #include "rules/masters/CodeMaster.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QImageReader>
+#include <QSaveFile>
 
 const ColumnMap<ShopRecord> &ShopRecord::map()
 {
@@ -90,6 +97,65 @@ Entry entryOf(const QStringList &fieldTexts, int upload, int account)
         e.columns << QStringLiteral("ACC_ID");
     }
     return e;
+}
+
+ShopLayout::Layout layoutOf(const ShopRecord &r)
+{
+    using namespace ShopLayout;
+    Layout l;
+    l[Option] = placement(r.BCD_OPT_STA, r.BCD_OPT_LEN);
+    l[Product] = placement(r.BCD_PRD_ID_STA, r.BCD_PRD_ID_LEN);
+    l[PriceUnits] = placement(r.BCD_AMT_01_STA, r.BCD_AMT_01_LEN);
+    l[PriceTens] = placement(r.BCD_AMT_10_STA, r.BCD_AMT_10_LEN);
+    l[Farmer] = placement(r.BCD_FMR_ID_STA, r.BCD_FMR_ID_LEN);
+    return l;
+}
+
+int startField(int layoutField)
+{
+    static const int kStart[ShopLayout::FieldCount] = {15, 9, 11, 13, 7};
+    return kStart[layoutField];
+}
+
+QString imagesFolder()
+{
+    const QString dir = QDir::cleanPath(AppPaths::resolve(QStringLiteral("..\\images\\")));
+    QDir().mkpath(dir);
+    return dir;
+}
+
+namespace {
+QString storedPath(const QString &picture) { return QDir(imagesFolder()).filePath(QFileInfo(picture).fileName()); }
+
+bool sameFile(const QString &a, const QString &b)
+{
+    const QString ca = QFileInfo(a).canonicalFilePath(), cb = QFileInfo(b).canonicalFilePath();
+    return !ca.isEmpty() && ca == cb;
+}
+} // namespace
+
+bool logoNameTaken(const QString &picture)
+{
+    const QString target = storedPath(picture);
+    return QFileInfo::exists(target) && !sameFile(picture, target);
+}
+
+Logo adoptLogo(const QString &picture)
+{
+    const QString shown = QDir::toNativeSeparators(picture);
+    QImageReader reader(picture);
+    if (!QFileInfo(picture).isFile() || reader.read().isNull())
+        return {QString(), QStringLiteral("画像ファイルではありません。値札ロゴには画像（PNG、JPEG、BMP など）を選んでください。\n") +
+                               shown};
+    const QString target = storedPath(picture);
+    if (!sameFile(picture, target)) {
+        QFile from(picture);
+        QSaveFile to(target);
+        if (!from.open(QIODevice::ReadOnly) || !to.open(QIODevice::WriteOnly) || to.write(from.readAll()) < 0 ||
+            !to.commit())
+            return {QString(), QStringLiteral("画像を画像フォルダに写せませんでした。\n") + QDir::toNativeSeparators(target)};
+    }
+    return {QFileInfo(target).fileName(), QString()};
 }
 
 bool read(const Value &code, ShopRecord &record) { return CodeMaster::read(code, record); }

@@ -5,6 +5,7 @@
 // record's first 24 columns; the two option groups follow.
 #include "base/Value.h"
 #include "rules/common/Record.h"
+#include "rules/shipping/ShopBarcode.h"
 #include "store/Stmt.h"
 
 #include <QStringList>
@@ -44,6 +45,25 @@ struct Entry {
     QStringList columns;
 };
 Entry entryOf(const QStringList &fieldTexts, int uploadOption, int accountOption);
+
+// The barcode layout an entry stores, and the text field of each layout
+// field's start (the length follows it).
+ShopLayout::Layout layoutOf(const ShopRecord &record);
+int startField(int layoutField);
+
+// The price tag logo taken from a picture file: copied into the images
+// folder beside the program (unless it lies there already) under its own
+// name, which is what the shop stores. A file that is no picture, or that
+// can't be copied, is refused with a message and nothing is copied.
+struct Logo {
+    QString name;    // the name to store, "" when refused
+    QString refusal; // why, in Japanese
+};
+// The images folder, made when missing.
+QString imagesFolder();
+// True when the images folder holds another file of the picture's name.
+bool logoNameTaken(const QString &picture);
+Logo adoptLogo(const QString &picture);
 
 // A shop read by its code; false (the record as it was) when there is none.
 bool read(const Value &code, ShopRecord &record);

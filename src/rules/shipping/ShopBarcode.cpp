@@ -6,44 +6,75 @@
 #include "store/Database.h"
 #include "store/Stmt.h"
 
+namespace ShopLayout {
+
 namespace {
 
-// One field of the layout: the columns of M_SHOP that place it and the name
-// the shop master shows for it.
-struct LayoutField {
-    const char *column; // BCD_<column>_STA, BCD_<column>_LEN
+// The columns of M_SHOP that place each field (BCD_<stem>_STA, _LEN) and the
+// name the shop master shows for it.
+struct FieldName {
+    const char *stem;
     const char *caption;
 };
-
-// The order in which the fields are written: a later one wins where they overlap.
-enum { Option, Product, PriceUnits, PriceTens, Farmer, FieldCount };
-const LayoutField kFields[FieldCount] = {
+const FieldName kFields[FieldCount] = {
     {"OPT", "その他"}, {"PRD_ID", "商品ID"}, {"AMT_01", "金額（1円）"}, {"AMT_10", "金額（10円）"}, {"FMR_ID", "生産者ID"}};
 
-struct Placement {
-    int start = 0;  // 1-based digit position
-    int length = 0; // 0 leaves the field out
-};
+QString caption(int field) { return QStringLiteral("「%1」").arg(QString::fromUtf8(kFields[field].caption)); }
 
-Placement placementOf(Recordset *rs, int field)
+bool outside(const Placement &p) { return p.length > 0 && (p.start < 1 || p.start > 12 || p.length > 12 - p.start + 1); }
+
+} // namespace
+
+Placement placement(const Value &start, const Value &length)
 {
-    Placement p;
-    if (!rs)
-        return p;
-    const QString col = QString::fromLatin1(kFields[field].column);
-    p.start = Nz(rs->Fields(QStringLiteral("BCD_%1_STA").arg(col)), Value(0)).toLong();
-    p.length = Nz(rs->Fields(QStringLiteral("BCD_%1_LEN").arg(col)), Value(0)).toLong();
-    return p;
+    auto whole = [](const Value &v) { return hasValue(v) && IsNumeric(v) ? int(v.toDouble()) : 0; };
+    return {whole(start), whole(length)};
 }
 
-[[noreturn]] void layoutFault(int field, const Placement &p)
+QString fault(const Layout &layout, int *field)
 {
-    throw AppError(VbErr::Subscript,
-                   QStringLiteral("販売店のバーコード設定が正しくありません。「%1」の先頭 %2、長さ %3 では、"
-                                  "1～12 桁目に収まりません。販売店マスタで直してください。")
-                       .arg(QString::fromUtf8(kFields[field].caption))
-                       .arg(p.start)
-                       .arg(p.length));
+    for (int f = 0; f < FieldCount; ++f) {
+        const Placement &p = layout[f];
+        if (!outside(p))
+            continue;
+        if (field)
+            *field = f;
+        return QStringLiteral("販売店のバーコード設定が正しくありません。%1の先頭 %2、長さ %3 では、"
+                                  "1～12 桁目に収まりません。")
+                .arg(caption(f))
+                .arg(p.start)
+                .arg(p.length);
+    }
+    return QString();
+}
+
+QStringList overlaps(const Layout &layout)
+{
+    QStringList out;
+    for (int later = 0; later < FieldCount; ++later)
+        for (int earlier = 0; earlier < later; ++earlier) {
+            const Placement &a = layout[earlier], &b = layout[later];
+            if (a.length > 0 && b.length > 0 && a.start < b.start + b.length && b.start < a.start + a.length)
+                out << caption(later) + QStringLiteral("と") + caption(earlier);
+        }
+    return out;
+}
+
+} // namespace ShopLayout
+
+namespace {
+
+ShopLayout::Layout layoutOf(Recordset *rs)
+{
+    ShopLayout::Layout l;
+    if (!rs)
+        return l;
+    for (int f = 0; f < ShopLayout::FieldCount; ++f) {
+        const QString stem = QString::fromLatin1(ShopLayout::kFields[f].stem);
+        l[f] = ShopLayout::placement(rs->Fields(QStringLiteral("BCD_%1_STA").arg(stem)),
+                                     rs->Fields(QStringLiteral("BCD_%1_LEN").arg(stem)));
+    }
+    return l;
 }
 
 } // namespace
@@ -53,7 +84,7 @@ QString GetShopBarcode(qint32 product, qint32 farmer, Currency price, qint32 opt
     RecordsetPtr rs = gMST->GetFwdOnlyRst(Stmt("SELECT M_SHOP.* FROM M_SHOP WHERE SHOP_ID=?").num(gSHOP_ID));
     Recordset *shop = rs->eof() ? nullptr : rs.get();
 
-    const QString values[FieldCount] = {
+    const QString values[ShopLayout::FieldCount] = {
         QString::number(option),
         QString::number(product),
         Value(price).toText(),
@@ -62,20 +93,22 @@ QString GetShopBarcode(qint32 product, qint32 farmer, Currency price, qint32 opt
         QString::number(farmer),
     };
 
+    const ShopLayout::Layout layout = layoutOf(shop);
+    rs->Close();
+    const QString fault = ShopLayout::fault(layout);
+    if (!fault.isEmpty())
+        throw AppError(VbErr::Subscript, fault + QStringLiteral("販売店マスタで直してください。"));
     int digits[12] = {};
-    for (int f = 0; f < FieldCount; ++f) {
-        const Placement p = placementOf(shop, f);
+    for (int f = 0; f < ShopLayout::FieldCount; ++f) {
+        const ShopLayout::Placement &p = layout[f];
         if (p.length <= 0)
             continue;
-        if (p.start < 1 || p.start > 12 || p.length > 12 - p.start + 1)
-            layoutFault(f, p);
         const QString text = (QString(p.length, QLatin1Char('0')) + values[f]).right(p.length);
         for (int i = 0; i < p.length; ++i) {
             const QChar c = text.at(i);
             digits[p.start - 1 + i] = (c >= QLatin1Char('0') && c <= QLatin1Char('9')) ? c.digitValue() : 0;
         }
     }
-    rs->Close();
 
     QString code;
     for (int d : digits)

@@ -26,7 +26,8 @@ CodeMasterDialog::CodeMasterDialog(const QString &name, int designWidth, int des
     onClick(cmdClose, [this] { closeOrEndProgram(this); }, false);
     onClick(cmdSave, [this] {
         const Value id(txtDATA[0]->text());
-        ChkData();
+        if (!ChkData())
+            return;
         if (SaveData(id))
             close();
         else

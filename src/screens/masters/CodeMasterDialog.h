@@ -30,7 +30,9 @@ public:
     // Saves the fields under the code; false when the save failed (its error
     // shown).
     bool SaveData(const Value &id);
-    bool ChkData() { return true; }
+    // The fields fit to be saved; false (said) when not. The farmer's fields
+    // are always fit.
+    virtual bool ChkData() { return true; }
 
 protected:
     // fieldCount text fields txtDATA(0..); the code the dialog edits when

@@ -5,7 +5,7 @@
 #include "rules/masters/ShopMaster.h"
 #include "ui/Entry.h"
 
-#include <QDir>
+#include <QFileInfo>
 #include <QDropEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -156,7 +156,7 @@ fdlMstShopEdit::fdlMstShopEdit(QWidget *parent)
             entry().setNumberCheck(txtDATA[i], QStringLiteral("数値を指定してください。"));
     }
     txtDATA[22]->installEventFilter(this);
-    onClick(cmdRef, [this] { showImagesFolder(); });
+    onClick(cmdRef, [this] { chooseLogo(); });
 }
 
 void fdlMstShopEdit::setOthersEditable(bool on)
@@ -185,7 +185,7 @@ bool fdlMstShopEdit::eventFilter(QObject *watched, QEvent *event)
             if (path.isEmpty())
                 return false;
             drop->acceptProposedAction();
-            trap([&] { showFieldText(txtDATA[22], QDir::toNativeSeparators(path)); });
+            trap([&] { takeLogo(path); });
             return true;
         }
         default: break;
@@ -194,13 +194,52 @@ bool fdlMstShopEdit::eventFilter(QObject *watched, QEvent *event)
     return Form::eventFilter(watched, event);
 }
 
-void fdlMstShopEdit::showImagesFolder()
+void fdlMstShopEdit::chooseLogo()
 {
-    // The pictures lie beside the program's folder; the user takes the logo from there.
-    const QString dir = AppPaths::resolve(QStringLiteral("..\\images\\"));
-    QDir().mkpath(dir);
-    if (!OpenFolder(dir))
-        ShowMsg(QStringLiteral("画像フォルダを開けませんでした。\n") + dir, Msg::Exclamation);
+    const QString picture = OpenFileName(this, QStringLiteral("値札ロゴの画像を選択してください。"),
+                                         ShopMaster::imagesFolder(),
+                                         QStringLiteral("画像 (*.png *.jpg *.jpeg *.bmp *.gif);;すべてのファイル (*)"));
+    if (!picture.isEmpty())
+        takeLogo(picture);
+}
+
+void fdlMstShopEdit::takeLogo(const QString &picture)
+{
+    if (ShopMaster::logoNameTaken(picture) &&
+        ShowMsg(QStringLiteral("画像フォルダに同じ名前の別の画像があります。置き換えますか？\n") +
+                    QFileInfo(picture).fileName(),
+                Msg::YesNo | Msg::Question) != Msg::ResYes)
+        return;
+    const ShopMaster::Logo logo = ShopMaster::adoptLogo(picture);
+    if (!logo.refusal.isEmpty()) {
+        ShowMsg(logo.refusal, Msg::Exclamation);
+        return;
+    }
+    showFieldText(txtDATA[22], logo.name);
+    entry().setEdited(true);
+    txtDATA[22]->setFocus(Qt::OtherFocusReason);
+}
+
+bool fdlMstShopEdit::ChkData()
+{
+    QStringList texts;
+    for (QLineEdit *e : txtDATA)
+        texts << e->text();
+    const ShopLayout::Layout layout =
+        ShopMaster::layoutOf(ShopMaster::entryOf(texts, checkedOption(Option1), checkedOption(Option2)).record);
+    int field = -1;
+    const QString fault = ShopLayout::fault(layout, &field);
+    if (!fault.isEmpty()) {
+        ShowMsg(fault, Msg::Exclamation);
+        txtDATA[ShopMaster::startField(field)]->setFocus(Qt::OtherFocusReason);
+        return false;
+    }
+    // Fields may share digits (the later written wins): allowed, after a question.
+    const QStringList shared = ShopLayout::overlaps(layout);
+    return shared.isEmpty() ||
+           ShowMsg(QStringLiteral("バーコードの次の項目が同じ桁を使っています。後に書く項目が優先されます。\n") +
+                       shared.join(QLatin1Char('\n')) + QStringLiteral("\nこのまま登録しますか？"),
+                   Msg::YesNo | Msg::Question) == Msg::ResYes;
 }
 
 bool fdlMstShopEdit::GetData(const Value &id)

@@ -13,6 +13,9 @@ public:
     explicit fdlMstShopEdit(QWidget *parent = nullptr);
 
     bool GetData(const Value &id) override;
+    // The barcode layout within the twelve digits (said, with the focus on
+    // the field's start, when not); fields sharing digits after a question.
+    bool ChkData() override;
 
 protected:
     void save(const Value &id) override;
@@ -20,7 +23,10 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void showImagesFolder();
+    // The logo from a file chooser or a drop: copied into the images folder,
+    // its name into the field.
+    void chooseLogo();
+    void takeLogo(const QString &picture);
 
     QVector<QRadioButton *> Option1; // upload file kind
     QVector<QRadioButton *> Option2; // sales account

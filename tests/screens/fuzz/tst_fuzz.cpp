@@ -833,7 +833,9 @@ int Session::run()
     setSaveFileHook([this](const QString &, const QString &) {
         return mRng.bounded(2) ? mFiles.filePath(QStringLiteral("out.pdf")) : QString();
     });
-    setOpenFolderHook([](const QString &) { return true; });
+    setOpenFileHook([this](const QString &, const QString &) {
+        return mRng.bounded(2) ? mFiles.filePath(QStringLiteral("out.pdf")) : QString();
+    });
     Gui::Modals modals;
     modals.otherwise([this](Form &f) {
         mOpened << f.objectName();
@@ -875,7 +877,7 @@ int Session::run()
     setEndProgramHook(nullptr);
     setOpenDirHook(nullptr);
     setSaveFileHook(nullptr);
-    setOpenFolderHook(nullptr);
+    setOpenFileHook(nullptr);
     setLogHook(nullptr);
 
     compare(before, cnn.read());

@@ -9,6 +9,7 @@
 #include "screens/masters/fdlMstPrdEdit.h"
 #include "screens/masters/fdlMstShopEdit.h"
 #include "rules/masters/ShopMaster.h"
+#include "rules/print/PriceTagSheet.h"
 #include "store/Database.h"
 #include "support/GuiDriver.h"
 #include "support/MsgRecorder.h"
@@ -20,11 +21,14 @@
 #include <QDir>
 #include <QDragEnterEvent>
 #include <QDropEvent>
+#include <QFile>
+#include <QImage>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMimeData>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTemporaryDir>
 #include <QUrl>
 #include <QtTest/QTest>
 
@@ -110,8 +114,8 @@ private slots:
         typeAndLeave(f, 1, QStringLiteral("O'Hara 直売所; DROP TABLE M_SHOP"));
         typeAndLeave(f, 2, QString());
         typeAndLeave(f, 6, QStringLiteral("12.5"));
-        typeAndLeave(f, 7, QStringLiteral("５"));       // full-width digits are numbers
-        typeAndLeave(f, 8, QStringLiteral("123"));      // two digits at most
+        typeAndLeave(f, 7, QStringLiteral("３"));       // full-width digits are numbers
+        typeAndLeave(f, 8, QStringLiteral("045"));      // two digits at most
         typeAndLeave(f, 19, QStringLiteral("farmer"));
         typeAndLeave(f, 20, QStringLiteral("pa'ss"));
         typeAndLeave(f, 23, QString(70, QChar(0x3042)));
@@ -125,8 +129,8 @@ private slots:
         QCOMPARE(shop("SHOP_NM").toText(), QStringLiteral("O'Hara 直売所; DROP TABLE M_SHOP"));
         QVERIFY(shop("OWNER_NM").isNull());
         QCOMPARE(shop("FEE_RT").toDouble(), 12.5);
-        QCOMPARE(shop("BCD_FMR_ID_STA").toLong(), 5);
-        QCOMPARE(shop("BCD_FMR_ID_LEN").toLong(), 12);
+        QCOMPARE(shop("BCD_FMR_ID_STA").toLong(), 3);
+        QCOMPARE(shop("BCD_FMR_ID_LEN").toLong(), 4);
         QCOMPARE(shop("FTP_PWD").toText(), QStringLiteral("pa'ss")); // kept in clear
         QCOMPARE(shop("NOTES").toText(), QString(50, QChar(0x3042)));
         QCOMPARE(shop("UPLOAD_FILE_TYPE").toLong(), 3);
@@ -251,42 +255,130 @@ private slots:
         QCOMPARE(field(g, 1)->text().size(), 50);
     }
 
-    void logoComesFromTheImagesFolder()
+    // The logo is a picture copied into the images folder beside the program,
+    // by the chooser or by a drop; the shop stores its name, and the tag
+    // sheet finds it there. What is no picture is refused; another picture of
+    // the same name is replaced only when the user says so.
+    void logoIsCopiedIntoTheImagesFolder()
     {
         Rig rig;
-        QStringList opened;
-        setOpenFolderHook([&](const QString &dir) {
-            opened << dir;
-            return true;
+        QTemporaryDir elsewhere;
+        const QString images = QDir::cleanPath(rig.root.root() + QStringLiteral("/images"));
+        auto picture = [&](const QString &path, QColor colour, QSize size) {
+            QImage img(size, QImage::Format_RGB32);
+            img.fill(colour);
+            QVERIFY(img.save(path, "PNG"));
+        };
+        const QString name = QStringLiteral("直売所ひだまり_ロゴ_2024年度版_カラー.png");
+        const QString outside = elsewhere.filePath(name);
+        picture(outside, Qt::red, QSize(200, 20));
+        QString chosen;
+        QStringList asked;
+        setOpenFileHook([&](const QString &, const QString &folder) {
+            asked << QDir::cleanPath(folder);
+            return chosen;
         });
         fdlMstShopEdit f;
         Gui::show(&f);
-        Gui::click(button(f, "Command1(2)"));
-        const QString images = QDir::cleanPath(rig.root.root() + QStringLiteral("/images"));
-        QCOMPARE(opened, QStringList{images});
+        auto choose = [&](const QString &path) {
+            chosen = path;
+            Gui::click(button(f, "Command1(2)"));
+        };
+        choose(QString()); // cancelled: nothing
         QVERIFY(field(f, 22)->text().isEmpty());
-
-        // a file dragged from there onto the field gives its path, long as it may be
-        const QString logo = images + QStringLiteral("/直売所ひだまり_ロゴ_2024年度版_カラー_高解像度.png");
-        QMimeData mime;
-        mime.setUrls({QUrl::fromLocalFile(logo), QUrl::fromLocalFile(images + QStringLiteral("/other.png"))});
-        QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(field(f, 22), &enter);
-        QVERIFY(enter.isAccepted());
-        QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(field(f, 22), &drop);
-        QCOMPARE(field(f, 22)->text(), logo);
+        choose(outside);
+        QCOMPARE(asked.first(), images);
+        QCOMPARE(field(f, 22)->text(), name);
+        QVERIFY(QFile::exists(images + QLatin1Char('/') + name));
         Gui::click(button(f, "Command1(1)"));
-        QCOMPARE(shop("PTAG_LOGO").toText(), logo);
+        QCOMPARE(shop("PTAG_LOGO").toText(), name);
+        PriceTagSheet::loadShopLogo();
+        QCOMPARE(PriceTagSheet::logo().size(), QSize(200, 20));
 
-        // a folder that can't be opened is said so
-        setOpenFolderHook([](const QString &) { return false; });
         fdlMstShopEdit g;
         Gui::show(&g);
-        Gui::click(button(g, "Command1(2)"));
-        setOpenFolderHook(nullptr);
-        QVERIFY(rig.rec.lastPrompt().startsWith(QStringLiteral("画像フォルダを開けませんでした。")));
-        QVERIFY(g.isVisible());
+        auto chooseIn = [&](Form &d, const QString &path) {
+            chosen = path;
+            Gui::click(button(d, "Command1(2)"));
+        };
+        // no picture: said, nothing copied, the field as it was
+        const QString text = elsewhere.filePath(QStringLiteral("note.png"));
+        QFile t(text);
+        QVERIFY(t.open(QIODevice::WriteOnly) && t.write("not a picture") > 0);
+        t.close();
+        rig.rec.clear();
+        chooseIn(g, text);
+        QVERIFY(rig.rec.lastPrompt().startsWith(QStringLiteral("画像ファイルではありません。")));
+        QCOMPARE(field(g, 22)->text(), name);
+        QVERIFY(!QFile::exists(images + QStringLiteral("/note.png")));
+        // another picture of the same name: kept on いいえ, replaced on はい
+        picture(outside, Qt::blue, QSize(40, 30));
+        rig.rec.answer(Msg::ResNo);
+        chooseIn(g, outside);
+        QVERIFY(rig.rec.lastPrompt().startsWith(QStringLiteral("画像フォルダに同じ名前の別の画像があります。")));
+        QCOMPARE(QImage(images + QLatin1Char('/') + name).size(), QSize(200, 20));
+        rig.rec.answer(Msg::ResYes);
+        chooseIn(g, outside);
+        QCOMPARE(QImage(images + QLatin1Char('/') + name).size(), QSize(40, 30));
+        // a picture that lies there already is taken as it is, without a question
+        rig.rec.clear();
+        chooseIn(g, images + QLatin1Char('/') + name);
+        QVERIFY(rig.rec.messages.isEmpty());
+        setOpenFileHook(nullptr);
+
+        // a drop does the same with the first file dropped
+        const QString dropped = elsewhere.filePath(QStringLiteral("drop.png"));
+        picture(dropped, Qt::green, QSize(10, 10));
+        QMimeData mime;
+        mime.setUrls({QUrl::fromLocalFile(dropped), QUrl::fromLocalFile(text)});
+        QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(field(g, 22), &enter);
+        QVERIFY(enter.isAccepted());
+        QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(field(g, 22), &drop);
+        QCOMPARE(field(g, 22)->text(), QStringLiteral("drop.png"));
+        QVERIFY(QFile::exists(images + QStringLiteral("/drop.png")));
+    }
+
+    // A layout that leaves the twelve digits is refused naming its field,
+    // with the focus on its start; fields sharing digits are saved only
+    // after a question.
+    void barcodeLayoutIsCheckedBeforeTheSave()
+    {
+        Rig rig;
+        struct Case {
+            QVector<QPair<int, const char *>> typed; // field, text
+            const char *said;                         // the start of the message, "" for none
+            int answer;                               // to a question
+            bool saved;
+            int focus; // the field focused after a refusal, -1 none
+        };
+        const Case cases[] = {
+            {{{9, "3"}, {10, "11"}}, "販売店のバーコード設定が正しくありません。「商品ID」の先頭 3、長さ 11", 0, false, 9},
+            {{{15, ""}, {16, "2"}}, "販売店のバーコード設定が正しくありません。「その他」の先頭 0、長さ 2", 0, false, 15},
+            {{{7, "1"}, {8, "5"}, {9, "5"}, {10, "3"}}, "バーコードの次の項目が同じ桁を使っています。", Msg::ResNo, false, -1},
+            {{{7, "1"}, {8, "5"}, {9, "5"}, {10, "3"}}, "バーコードの次の項目が同じ桁を使っています。", Msg::ResYes, true, -1},
+            {{{7, "1"}, {8, "5"}, {9, "6"}, {10, "3"}}, "", 0, true, -1},
+        };
+        for (const Case &c : cases) {
+            gMST->EXEC("UPDATE M_SHOP SET SHOP_NM='前の名前', BCD_OPT_STA=NULL, BCD_OPT_LEN=NULL, BCD_AMT_01_LEN=0, "
+                       "BCD_AMT_10_LEN=0, BCD_FMR_ID_LEN=0, BCD_PRD_ID_LEN=0 WHERE SHOP_ID=1");
+            fdlMstShopEdit f;
+            Gui::show(&f);
+            typeAndLeave(f, 1, QStringLiteral("新しい名前"));
+            for (const auto &[i, text] : c.typed)
+                typeAndLeave(f, i, QString::fromUtf8(text));
+            rig.rec.clear();
+            if (c.answer)
+                rig.rec.answer(c.answer);
+            Gui::click(button(f, "Command1(1)"));
+            const QString said = QString::fromUtf8(c.said);
+            QCOMPARE(rig.rec.lastPrompt().left(said.size()), said);
+            QCOMPARE(shop("SHOP_NM").toText(), c.saved ? QStringLiteral("新しい名前") : QStringLiteral("前の名前"));
+            QCOMPARE(f.isVisible(), !c.saved);
+            if (c.focus >= 0)
+                QCOMPARE(QApplication::focusWidget(), field(f, c.focus));
+        }
     }
 
     void failedShopSaveSaysSoAndKeepsTheRow()
