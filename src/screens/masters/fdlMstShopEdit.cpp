@@ -5,8 +5,8 @@
 #include "rules/masters/ShopMaster.h"
 #include "ui/Entry.h"
 
-#include <QFileInfo>
 #include <QDropEvent>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
@@ -220,13 +220,18 @@ void fdlMstShopEdit::takeLogo(const QString &picture)
     txtDATA[22]->setFocus(Qt::OtherFocusReason);
 }
 
-bool fdlMstShopEdit::ChkData()
+ShopMaster::Entry fdlMstShopEdit::entryNow() const
 {
     QStringList texts;
     for (QLineEdit *e : txtDATA)
         texts << e->text();
-    const ShopLayout::Layout layout =
-        ShopMaster::layoutOf(ShopMaster::entryOf(texts, checkedOption(Option1), checkedOption(Option2)).record);
+    return ShopMaster::entryOf(texts, checkedOption(Option1), checkedOption(Option2));
+}
+
+bool fdlMstShopEdit::ChkData()
+{
+    // The layout as it will be stored.
+    const ShopLayout::Layout layout = ShopMaster::layoutOf(entryNow().record);
     int field = -1;
     const QString fault = ShopLayout::fault(layout, &field);
     if (!fault.isEmpty()) {
@@ -254,10 +259,4 @@ bool fdlMstShopEdit::GetData(const Value &id)
     return true;
 }
 
-void fdlMstShopEdit::save(const Value &id)
-{
-    QStringList texts;
-    for (QLineEdit *e : txtDATA)
-        texts << e->text();
-    ShopMaster::save(id, ShopMaster::entryOf(texts, checkedOption(Option1), checkedOption(Option2)));
-}
+void fdlMstShopEdit::save(const Value &id) { ShopMaster::save(id, entryNow()); }

@@ -3,6 +3,7 @@
 // rate, the layout of its barcode, the upload settings and the price tag
 // logo. It always edits the current shop, and makes it when it is missing.
 
+#include "rules/masters/ShopMaster.h"
 #include "screens/masters/CodeMasterDialog.h"
 
 class QRadioButton;
@@ -27,6 +28,8 @@ private:
     // its name into the field.
     void chooseLogo();
     void takeLogo(const QString &picture);
+    // What a save would write, from the fields and options as they stand.
+    ShopMaster::Entry entryNow() const;
 
     QVector<QRadioButton *> Option1; // upload file kind
     QVector<QRadioButton *> Option2; // sales account
