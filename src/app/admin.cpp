@@ -21,6 +21,9 @@ int runOldCal(const QStringList &args);
 int runShoot(QStringList args);
 // admin_print.cpp: the price tag sheets of a day into a PDF file.
 int runPrintPtag(const QStringList &args);
+// admin_books.cpp: the trial balance and the journal of the books.
+int runTrialBalance(const QStringList &args);
+int runJournal(const QStringList &args);
 
 namespace {
 
@@ -45,6 +48,11 @@ int usage()
         "  tillora-admin print-ptag [--root DIR] --date yyyy-mm-dd [--skip N] [--frame] --pdf out.pdf\n"
         "      その日の出荷の値札を、値札印刷と同じ配置・余白で PDF に保存する（--skip: 先頭の空き枚数、\n"
         "      --frame: 枠線も印刷）。\n"
+        "  tillora-admin trial-balance [--root DIR] --from yyyy-mm --to yyyy-mm\n"
+        "      既定の生産者の試算表（区分、科目、科目名、前期繰越、借方、貸方、残高）をタブ区切りで表示する。\n"
+        "  tillora-admin journal [--root DIR] [--from yyyy-mm-dd] [--to yyyy-mm-dd] > farm.journal\n"
+        "      既定の生産者の伝票を、テキスト会計（hledger, ledger）の仕訳帳として書き出す。\n"
+        "      --from より前の残高は開始残高の取引 1 件にまとめる。\n"
         "  tillora-admin init-server [--root DIR]\n"
         "      設定で MySQL/MariaDB を指すデータ・マスタに、データベース、表、初期データを作成する。\n"
         "DIR を省くと、このプログラムのフォルダの親を使う。"));
@@ -181,6 +189,10 @@ int main(int argc, char **argv)
             rc = runShoot(a.rest);
         } else if (a.command == QLatin1String("print-ptag")) {
             rc = runPrintPtag(a.rest);
+        } else if (a.command == QLatin1String("trial-balance")) {
+            rc = runTrialBalance(a.rest);
+        } else if (a.command == QLatin1String("journal")) {
+            rc = runJournal(a.rest);
         } else if (a.command == QLatin1String("oldcal")) {
             rc = runOldCal(a.rest);
         } else if (a.command == QLatin1String("init-server")) {
