@@ -2,12 +2,13 @@
 
 #include "rules/books/Ledger.h"
 #include "store/Database.h"
+#include "store/Lookup.h"
 #include "store/Recordset.h"
 #include "store/Stmt.h"
 
 #include <QHash>
 #include <QIODevice>
-#include <QRegularExpression>
+#include <QSaveFile>
 
 namespace Journal {
 
@@ -203,6 +204,27 @@ Written write(QIODevice &out, const Value &fmrId, const QDate &from, const QDate
         ++done.transactions;
     });
     return done;
+}
+
+QString writeFile(const QString &path, const Value &fmrId, const QDate &from, const QDate &to, Written &written)
+{
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return QStringLiteral("ファイルを作成できません。\n%1").arg(path);
+    written = write(file, fmrId, from, to);
+    if (!file.commit())
+        return QStringLiteral("ファイルを書き込めません。\n%1").arg(path);
+    return QString();
+}
+
+QString fileName(const Value &fmrId, const QDate &from, const QDate &to)
+{
+    QString farmer = GetFmrNm(fmrId).simplified();
+    for (const QChar bad : QStringLiteral("/\\:*?\"<>| "))
+        farmer.replace(bad, QLatin1Char('_'));
+    return QStringLiteral("仕訳帳_%1_%2-%3.journal")
+        .arg(farmer.isEmpty() ? textOf(fmrId) : farmer, from.toString(QStringLiteral("yyyyMM")),
+             to.toString(QStringLiteral("yyyyMM")));
 }
 
 } // namespace Journal

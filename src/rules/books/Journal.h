@@ -46,6 +46,12 @@ struct Written {
 // the caller's to see.
 Written write(QIODevice &out, const Value &fmrId, const QDate &from, const QDate &to);
 
+// write() into a file, which stands under its name only when complete;
+// returns the message that says why it could not be written, "" when it is.
+QString writeFile(const QString &path, const Value &fmrId, const QDate &from, const QDate &to, Written &written);
+// The name offered for the file: "仕訳帳_<farmer>_yyyymm-yyyymm.journal".
+QString fileName(const Value &fmrId, const QDate &from, const QDate &to);
+
 // An amount as the journal writes it: "¥12,345", "¥-1,000", "¥0.5".
 QString yen(Currency amount);
 // The journal's name of an account: its kind and its chart name.

@@ -307,4 +307,14 @@ Income incomeStatement(const Value &fmrId, int year)
     return out;
 }
 
+int incomeYear(const QDate &today) { return today.month() <= 3 ? today.year() - 1 : today.year(); }
+
+int yearOf(const QString &typed)
+{
+    const QString t = narrowAscii(typed).trimmed();
+    bool ok = false;
+    const int year = t.size() == 4 ? t.toInt(&ok) : 0;
+    return ok && year >= 1000 ? year : 0;
+}
+
 } // namespace TrialBalance

@@ -116,5 +116,10 @@ struct Income {
     int slips = 0;
 };
 Income incomeStatement(const Value &fmrId, int year);
+// The year the dialog offers for the income statement: the last one until
+// the returns are in (January to March), then this one.
+int incomeYear(const QDate &today);
+// A year as typed ("2024", "２０２４"); 0 when it is none (1000 to 9999).
+int yearOf(const QString &typed);
 
 } // namespace TrialBalance
