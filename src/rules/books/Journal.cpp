@@ -160,10 +160,24 @@ Written write(QIODevice &out, const Value &fmrId, const QDate &from, const QDate
     if (to.isValid())
         f.to = to.toString(QStringLiteral("yyyy/MM/dd"));
     const Stmt farmer = Stmt(" D_LEDGE.FMR_ID=?").num(fmrId);
+    // Only the columns the journal writes, in the list's order.
     auto rows = [](const Stmt &criteria, const std::function<void(const LedgeRow &)> &each) {
-        RecordsetPtr rs = gDB->GetFwdOnlyRst(Ledger::listSql(criteria));
-        for (; !rs->eof(); rs->MoveNext())
-            each(Ledger::rowOf(*rs));
+        static const int columns[] = {LedgeCol::LEDGE_ID, LedgeCol::LEDGE_DATE, LedgeCol::D_ACC_ID,
+                                      LedgeCol::C_ACC_ID, LedgeCol::AMT,        LedgeCol::CTR_NM,
+                                      LedgeCol::NOTES};
+        QStringList names;
+        for (int c : columns)
+            names << QStringLiteral("D_LEDGE.") + QString::fromLatin1(LedgeCol::Names[c]);
+        RecordsetPtr rs = gDB->GetFwdOnlyRst(
+            Stmt("SELECT ? FROM D_LEDGE WHERE ? ORDER BY D_LEDGE.LEDGE_DATE, D_LEDGE.LEDGE_ID")
+                .part(Stmt(names.join(QStringLiteral(", "))))
+                .part(criteria));
+        LedgeRow r = blankLedgeRow();
+        for (; !rs->eof(); rs->MoveNext()) {
+            for (int i = 0; i < int(std::size(columns)); ++i)
+                r[columns[i]] = rs->Fields(i);
+            each(r);
+        }
         rs->Close();
     };
     // No date: no transaction, but the slip is not lost from sight.
