@@ -207,7 +207,8 @@ void fdlPrintAccRep::writeJournal()
     }
     QString text = QStringLiteral("%1件の取引を書き出しました。\n%2").arg(written.transactions).arg(QDir::toNativeSeparators(path));
     if (!written.faults.isEmpty())
-        text += QStringLiteral("\n\n不備のある伝票が%1件あります（科目のない側は 未確定:科目なし に記録しました）。")
+        text += QStringLiteral("\n\n不備のある伝票が%1件あります（科目のない側は 未確定:科目なし に、日付のない伝票は注記として"
+                               "書き出しました）。")
                     .arg(written.faults.size());
     ShowMsg(text, written.faults.isEmpty() ? Msg::Information : Msg::Exclamation);
 }

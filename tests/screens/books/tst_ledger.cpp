@@ -702,7 +702,7 @@ private slots:
             QVERIFY(text.contains(QStringLiteral("2024-05-25 (7) O'Neil 商店\n")));
             // four slips of May and the balances brought in; the undated slip is named
             QCOMPARE(msgs.lastPrompt(), QStringLiteral("5件の取引を書き出しました。\n%1\n\n不備のある伝票が1件あります（科目のない側は "
-                                                       "未確定:科目なし に記録しました）。")
+                                                       "未確定:科目なし に、日付のない伝票は注記として書き出しました）。")
                                             .arg(QDir::toNativeSeparators(file)));
             // without the menu, cancel ends the program
             Gui::click(dlg.ctl<QPushButton>("Command1(0)"));
