@@ -72,6 +72,7 @@ QString adminProgram();
 void registerStoreBenchmarks(Kind kind);
 void registerDiaryBenchmarks(Kind kind);
 void registerPrintBenchmarks(Kind kind);
+void registerBooksBenchmarks(Kind kind);
 // Those that use no data database.
 void registerEngineFreeBenchmarks();
 

@@ -30,10 +30,12 @@ int main(int argc, char **argv)
     Bench::registerStoreBenchmarks(Bench::Kind::Sqlite);
     Bench::registerDiaryBenchmarks(Bench::Kind::Sqlite);
     Bench::registerPrintBenchmarks(Bench::Kind::Sqlite);
+    Bench::registerBooksBenchmarks(Bench::Kind::Sqlite);
     if (Bench::serverNamed()) {
         Bench::registerStoreBenchmarks(Bench::Kind::Mysql);
         Bench::registerDiaryBenchmarks(Bench::Kind::Mysql);
         Bench::registerPrintBenchmarks(Bench::Kind::Mysql);
+        Bench::registerBooksBenchmarks(Bench::Kind::Mysql);
     } else {
         std::fprintf(stderr, "TILLORA_TEST_MYSQL is not set: the MariaDB benchmarks are left out.\n");
     }

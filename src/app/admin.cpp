@@ -23,6 +23,9 @@ int runShoot(QStringList args);
 int runPrintPtag(const QStringList &args);
 // admin_export.cpp: the price tag rows of a period into the CSV file.
 int runExportPtag(const QStringList &args);
+// admin_books.cpp: the trial balance and the journal of the books.
+int runTrialBalance(const QStringList &args);
+int runJournal(const QStringList &args);
 
 namespace {
 
@@ -50,6 +53,11 @@ int usage()
         "  tillora-admin export-ptag [--root DIR] --from yyyy-mm-dd --to yyyy-mm-dd --dir OUT [--utf8] [--farmer N]\n"
         "      期間の出荷の値札データを、値札データ書出と同じ CSV ファイルに書き出す（既定は Shift-JIS、\n"
         "      --utf8: UTF-8 BOM 付き、--farmer: 既定生産者以外）。\n"
+        "  tillora-admin trial-balance [--root DIR] --from yyyy-mm --to yyyy-mm\n"
+        "      既定の生産者の試算表（区分、科目、科目名、前期繰越、借方、貸方、残高）をタブ区切りで表示する。\n"
+        "  tillora-admin journal [--root DIR] [--from yyyy-mm-dd] [--to yyyy-mm-dd] > farm.journal\n"
+        "      既定の生産者の伝票を、テキスト会計（hledger, ledger）の仕訳帳として書き出す。\n"
+        "      --from より前の残高は開始残高の取引 1 件にまとめる。\n"
         "  tillora-admin init-server [--root DIR]\n"
         "      設定で MySQL/MariaDB を指すデータ・マスタに、データベース、表、初期データを作成する。\n"
         "DIR を省くと、このプログラムのフォルダの親を使う。"));
@@ -188,6 +196,10 @@ int main(int argc, char **argv)
             rc = runPrintPtag(a.rest);
         } else if (a.command == QLatin1String("export-ptag")) {
             rc = runExportPtag(a.rest);
+        } else if (a.command == QLatin1String("trial-balance")) {
+            rc = runTrialBalance(a.rest);
+        } else if (a.command == QLatin1String("journal")) {
+            rc = runJournal(a.rest);
         } else if (a.command == QLatin1String("oldcal")) {
             rc = runOldCal(a.rest);
         } else if (a.command == QLatin1String("init-server")) {

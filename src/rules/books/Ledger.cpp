@@ -15,8 +15,6 @@ namespace {
 
 // L_ACC.DC_KBN of an account whose balance is on the credit side.
 constexpr int kCreditSide = 2;
-// L_ACC.PG_KBN of an account whose balance runs on over the years.
-constexpr int kCarriedOver = 1;
 // The largest amount the currency column holds.
 constexpr double kMaxAmount = 922337203685477.0;
 
@@ -64,7 +62,7 @@ Stmt openingCriteria(const Filter &f, const Value &pgKbn)
     else
         terms << Stmt(" D_LEDGE.LEDGE_DATE IS NULL");
     // Income and expenses start again each year.
-    if (!isNumber(pgKbn, kCarriedOver))
+    if (!carriedOver(pgKbn))
         terms << newYearTerm(f.year);
     return Stmt::joined(terms, QStringLiteral(" AND "));
 }
@@ -88,6 +86,13 @@ AccountKinds accountKinds(const Value &accId)
 
 bool creditNormal(const Value &dcKbn) { return isNumber(dcKbn, kCreditSide); }
 
+bool carriedOver(const Value &pgKbn) { return isNumber(pgKbn, kCarriedOver); }
+
+Currency sideBalance(const Value &dcKbn, Currency debit, Currency credit)
+{
+    return creditNormal(dcKbn) ? credit - debit : debit - credit;
+}
+
 Currency openingBalance(const Value &accId, const Value &dcKbn, const Stmt &criteria)
 {
     auto total = [](const Stmt &where) {
@@ -95,7 +100,7 @@ Currency openingBalance(const Value &accId, const Value &dcKbn, const Stmt &crit
     };
     const Currency debit = total(Stmt("? AND D_ACC_ID=?").part(criteria).num(accId));
     const Currency credit = total(Stmt("? AND C_ACC_ID=?").part(criteria).num(accId));
-    return creditNormal(dcKbn) ? credit - debit : debit - credit;
+    return sideBalance(dcKbn, debit, credit);
 }
 
 bool raises(const Value &dcKbn, const Value &accId, const LedgeRow &row)

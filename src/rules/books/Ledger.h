@@ -67,9 +67,14 @@ struct AccountKinds {
 };
 AccountKinds accountKinds(const Value &accId);
 bool creditNormal(const Value &dcKbn);
+// PG_KBN of an account whose balance runs on over the years.
+constexpr int kCarriedOver = 1;
+bool carriedOver(const Value &pgKbn);
 
-// Debits less credits of the account under the criteria, or credits less
-// debits for a credit account.
+// Debits less credits, or credits less debits for a credit account: the
+// balance on the account's own side.
+Currency sideBalance(const Value &dcKbn, Currency debit, Currency credit);
+// The side balance of the account's slips under the criteria.
 Currency openingBalance(const Value &accId, const Value &dcKbn, const Stmt &criteria);
 
 // Whether a slip raises the account's balance: for a credit account when the

@@ -6,4 +6,5 @@ list(APPEND TILLORA_RULES_SOURCES
   rules/print/PriceTagSheet.cpp
   rules/print/PrintTarget.cpp
   rules/print/Symbols.cpp
+  rules/print/TablePages.cpp
   rules/print/modPrinter.cpp)

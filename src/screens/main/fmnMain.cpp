@@ -27,6 +27,7 @@ const CtlSpec kControls[] = {
     {"cmdMENU(8)", CtlKind::Button, "ﾃﾞｰﾀ書出", 2800, 480, 2300, 720, "fraShip"},
     {"fraAcc", CtlKind::Frame, "会計帳票", 600, 6300, 5400, 1500},
     {"cmdMENU(5)", CtlKind::Button, "試算表", 300, 480, 2300, 720, "fraAcc"},
+    {"cmdMENU(6)", CtlKind::Button, "損益計算書", 2800, 480, 2300, 720, "fraAcc"},
     {"fraSetting", CtlKind::Frame, "環境設定", 6400, 1200, 5400, 1500},
     {"cmdMENU(1)", CtlKind::Button, "接続設定", 300, 480, 2300, 720, "fraSetting"},
     {"cmdMENU(2)", CtlKind::Button, "基本設定", 2800, 480, 2300, 720, "fraSetting"},
@@ -34,14 +35,16 @@ const CtlSpec kControls[] = {
     {"cmdMENU(3)", CtlKind::Button, "生産者", 300, 480, 2300, 720, "fraMst"},
     {"cmdMENU(4)", CtlKind::Button, "商品", 2800, 480, 2300, 720, "fraMst"},
     {"cmdMENU(11)", CtlKind::Button, "販売店", 300, 1380, 2300, 720, "fraMst"},
+    {"fraAccData", CtlKind::Frame, "会計データ", 6400, 5500, 5400, 1500},
+    {"cmdMENU(13)", CtlKind::Button, "仕訳帳書出", 300, 480, 2300, 720, "fraAccData"},
     {"cmdMENU(0)", CtlKind::Button, "閉じる", 600, 8250, 2000, 650},
 };
 
-// What each button opens (index 6 exists in the numbering only).
-const char *const kOpens[13] = {nullptr,          "fdlSetConCtrl",  "fdlSetLocalCtrl",    "fdlMstFmrEdit",
-                                "fdlMstPrdEdit",  "fdlPrintAccRep", nullptr,              "fdlPrintPriceTag",
+// What each button opens.
+const char *const kOpens[14] = {nullptr,          "fdlSetConCtrl",  "fdlSetLocalCtrl",    "fdlMstFmrEdit",
+                                "fdlMstPrdEdit",  "fdlPrintAccRep", "fdlPrintPlRep",      "fdlPrintPriceTag",
                                 "fdlExpPriceTag", "fdlPrintTraceRep", "fdlUploadTraceData", "fdlMstShopEdit",
-                                "frmDairyCal"};
+                                "frmDairyCal",    "fdlExpJournal"};
 
 } // namespace
 
@@ -50,9 +53,9 @@ fmnMain::fmnMain(QWidget *parent) : Form(QStringLiteral("fmnMain"), 12400, 9200,
     setWindowTitle(QStringLiteral("メインメニュー"));
     setSizable(true);
     buildControls(kControls, int(std::size(kControls)));
-    cmdMENU = array<QPushButton>(QStringLiteral("cmdMENU"), 13);
+    cmdMENU = array<QPushButton>(QStringLiteral("cmdMENU"), 14);
     cmbData0 = ctl<QComboBox>(QStringLiteral("cmbDATA(0)"));
-    for (int i = 1; i < 13; ++i) {
+    for (int i = 1; i < 14; ++i) {
         if (!cmdMENU[i])
             continue;
         const QString target = QString::fromLatin1(kOpens[i]);

@@ -3,6 +3,7 @@
 // each save; and the trial balance dialog. The rules they show stand in
 // tests/rules/books.
 
+#include "rules/books/BookReports.h"
 #include "rules/books/Ledger.h"
 #include "rules/books/TrialBalance.h"
 #include "screens/books/fdlPrintAccRep.h"
@@ -15,6 +16,7 @@
 #include "ui/Screens.h"
 #include "screens/diary/frmDairyCal.h"
 #include "store/Database.h"
+#include "store/Lookup.h"
 #include "support/Build.h"
 #include "support/GuiDriver.h"
 #include "support/MsgRecorder.h"
@@ -25,12 +27,17 @@
 #include <QApplication>
 #include <QCalendarWidget>
 #include <QComboBox>
+#include <QDir>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTemporaryDir>
 #include <QTreeWidget>
 #include <QtTest/QTest>
+
+#include <memory>
 
 namespace {
 
@@ -338,15 +345,6 @@ private slots:
         QCOMPARE(rig.modals.opened.size(), 7);
     }
 
-    void theMenuOpensTheTrialBalance()
-    {
-        TestRoot root;
-        MsgRecorder msgs;
-        Gui::Modals modals;
-        QVERIFY(createScreen(QStringLiteral("fdlPrintAccRep")));
-        QVERIFY(msgs.messages.isEmpty());
-    }
-
     // ---------------------------------------------------------------- entry
 
     void anEmptyNewSlipIsSaved()
@@ -634,32 +632,83 @@ private slots:
 
     // ---------------------------------------------------------------- trial balance
 
+    // The books' print dialog: the months of the trial balance, the year of
+    // the income statement and the journal's file, each chosen in the
+    // dialog or opened so from the menu.
     void trialBalanceDialog()
     {
         TestRoot root;
+        seedSlips();
+        gFMR_ID = Value(1);
         MsgRecorder msgs;
         Gui::Modals modals;
         int ends = 0;
         setEndProgramHook([&] { ++ends; });
+        QTemporaryDir dir;
+        const QString file = dir.filePath(QStringLiteral("farm.journal"));
+        setSaveFileHook([&](const QString &, const QString &) { return file; });
+        // the menu's buttons open the dialog with their report chosen
+        for (const auto &[screen, title] : {std::pair{"fdlPrintPlRep", "損益計算書印刷"}, {"fdlExpJournal", "仕訳帳書出"}}) {
+            std::unique_ptr<Form> f(createScreen(QString::fromLatin1(screen)));
+            Gui::show(f.get());
+            QCOMPARE(f->windowTitle(), QString::fromUtf8(title));
+        }
         {
             fdlPrintAccRep dlg;
             Gui::show(&dlg);
             QCOMPARE(dlg.windowTitle(), QStringLiteral("試算表印刷"));
             const QStringList months = accRepMonths(QDate::currentDate());
             auto *from = dlg.ctl<QLineEdit>("txtCOND(0)");
+            auto *to = dlg.ctl<QLineEdit>("txtCOND(1)");
             QCOMPARE(from->text(), months[0]);
-            QCOMPARE(dlg.ctl<QLineEdit>("txtCOND(1)")->text(), months[1]);
-            QCOMPARE(dlg.ctl<QComboBox>("cmbCOND")->count(), 0);
-            // the preview of the price tag sheet
-            gREP_ID = 0;
-            Gui::click(dlg.ctl<QPushButton>("Command1(1)"));
+            QCOMPARE(to->text(), months[1]);
+            QCOMPARE(dlg.ctl<QComboBox>("cmbCOND")->currentText(), GetFmrNm(Value(1)));
+            auto *print = dlg.ctl<QPushButton>("Command1(1)");
+            // months typed as the fields complete them
+            Gui::type(from, QStringLiteral("2024/13"));
+            Gui::click(print);
+            QCOMPARE(msgs.lastPrompt(), QStringLiteral("年月を正しく入力してください。"));
+            QVERIFY(modals.opened.isEmpty());
+            from->clear();
+            Gui::typeKeys(from, QStringLiteral("202405"));
+            to->clear();
+            Gui::typeKeys(to, QStringLiteral("202405"));
+            QCOMPARE(to->text(), QStringLiteral("2024/05"));
+            Gui::click(print);
             QCOMPARE(modals.opened, QStringList{QStringLiteral("fdlPreview")});
-            QCOMPARE(gREP_ID, qint16(10));
+            QCOMPARE(gREP_ID, qint16(kTrialBalanceReport));
             QCOMPARE(gREP_PAGES, qint16(1));
+            QCOMPARE(BookReports::current(kTrialBalanceReport).period, QStringLiteral("2024年5月"));
+
+            Gui::click(dlg.ctl<QRadioButton>("Option1(1)"));
+            QCOMPARE(dlg.windowTitle(), QStringLiteral("損益計算書印刷"));
+            QVERIFY(!from->isEnabled());
+            auto *year = dlg.ctl<QLineEdit>("txtCOND(2)");
+            QVERIFY(year->isEnabled());
+            Gui::type(year, QStringLiteral("2024"));
+            Gui::click(print);
+            QCOMPARE(gREP_ID, qint16(kIncomeReport));
+            QCOMPARE(BookReports::current(kIncomeReport).title, QStringLiteral("損益計算書（2024年分）"));
+
+            Gui::click(dlg.ctl<QRadioButton>("Option1(2)"));
+            QCOMPARE(print->text(), QStringLiteral("書出"));
+            QVERIFY(from->isEnabled());
+            Gui::click(print);
+            QCOMPARE(modals.opened.size(), 2);
+            QFile written(file);
+            QVERIFY(written.open(QIODevice::ReadOnly));
+            const QString text = QString::fromUtf8(written.readAll());
+            QVERIFY(text.contains(QStringLiteral("commodity ¥1,000.\n")));
+            QVERIFY(text.contains(QStringLiteral("2024-05-25 (7) O'Neil 商店\n")));
+            // four slips of May and the balances brought in; the undated slip is named
+            QCOMPARE(msgs.lastPrompt(), QStringLiteral("5件の取引を書き出しました。\n%1\n\n不備のある伝票が1件あります（科目のない側は "
+                                                       "未確定:科目なし に、日付のない伝票は注記として書き出しました）。")
+                                            .arg(QDir::toNativeSeparators(file)));
             // without the menu, cancel ends the program
             Gui::click(dlg.ctl<QPushButton>("Command1(0)"));
             QCOMPARE(ends, 1);
         }
+        setSaveFileHook(nullptr);
         setEndProgramHook(nullptr);
     }
 };
