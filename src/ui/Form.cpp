@@ -351,17 +351,22 @@ void Form::unloadOnce()
         gLastActive = nullptr;
 }
 
+bool Form::mayClose()
+{
+    if (!mCloseCheck || mAskingClose || mUnloaded || !isVisible())
+        return true;
+    mAskingClose = true;
+    bool go = true;
+    trap([&] { go = mCloseCheck(); });
+    mAskingClose = false;
+    return go;
+}
+
 void Form::closeEvent(QCloseEvent *e)
 {
-    if (mCloseCheck && !mAskingClose && isVisible()) {
-        mAskingClose = true;
-        bool go = true;
-        trap([&] { go = mCloseCheck(); });
-        mAskingClose = false;
-        if (!go) {
-            e->ignore();
-            return;
-        }
+    if (!mayClose()) {
+        e->ignore();
+        return;
     }
     unloadOnce();
     QDialog::closeEvent(e);
@@ -425,10 +430,15 @@ bool IsFormLoaded(const QString &name) { return Form::find(name) != nullptr; }
 
 void closeOrEndProgram(Form *dialog)
 {
-    if (IsFormLoaded(QStringLiteral("fmnMain")))
+    if (IsFormLoaded(QStringLiteral("fmnMain"))) {
         dialog->close();
-    else
-        EndProgram();
+        return;
+    }
+    // Kept open by its question, or saved and closed by the answer: the
+    // program goes on.
+    if (!dialog->mayClose() || dialog->unloaded())
+        return;
+    EndProgram();
 }
 
 void setEndProgramHook(std::function<void()> hook)

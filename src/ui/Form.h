@@ -117,6 +117,11 @@ public:
     // own); false keeps it open. A close made while it is asking (its
     // answer saved the record and closed the screen) passes straight through.
     void setCloseCheck(std::function<bool()> check) { mCloseCheck = std::move(check); }
+    // Runs the close check as closing would (a screen not on show closes
+    // without it); false keeps the screen open.
+    bool mayClose();
+    // Closed for good (done, or closed): its unload has run.
+    bool unloaded() const { return mUnloaded; }
 
     // Registered open screens, by name.
     static Form *find(const QString &name);
@@ -188,7 +193,9 @@ void setProgramShutdown(std::function<void()> shutdown);
 
 bool IsFormLoaded(const QString &name);
 // The cancel of the settings and master dialogs: closes the dialog when the
-// menu is open, else ends the program (at start-up, before any menu).
+// menu is open, else ends the program (at start-up, before any menu). The
+// dialog's close check is asked first either way: it may keep the dialog
+// open, or save and close it, and then the program goes on.
 void closeOrEndProgram(Form *dialog);
 // Unloads every open screen, empties the database objects and ends the
 // process. Under a test hook it returns after closing the screens; callers

@@ -96,15 +96,19 @@ bool saveOrReload(const std::function<void()> &save, const std::function<void()>
 void askBeforeClose(Form *screen, QPushButton *confirmButton, std::function<Mode()> mode)
 {
     screen->setCloseCheck([screen, confirmButton, mode] {
-        const Mode m = mode();
+        const Mode m = mode ? mode() : Mode::Change;
         if ((m != Mode::Add && m != Mode::Change) || !screen->entry().edited())
             return true;
         switch (ShowMsg(QStringLiteral("変更内容を登録しますか？"), Msg::YesNoCancel + Msg::Question)) {
         case Msg::ResYes:
+            // The field typed in is left first, so that the save takes what it holds.
+            confirmButton->setFocus(Qt::OtherFocusReason);
             confirmButton->click();
-            return !screen->isVisible(); // saved and closed, or kept open by its message
+            return screen->unloaded(); // saved and closed, or kept open by its message
         case Msg::ResNo: return true;
-        default: return false;
+        default:
+            screen->entry().backToField();
+            return false;
         }
     });
 }
