@@ -8,7 +8,6 @@
 #include <QFont>
 #include <QLibraryInfo>
 #include <QLocale>
-#include <QStyleFactory>
 #include <QTranslator>
 
 // Each module registers its own screens.
@@ -51,7 +50,7 @@ void setupLook(QApplication &app)
                         QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         app.installTranslator(&qtJapanese);
     QLocale::setDefault(QLocale(QLocale::Japanese, QLocale::Japan));
-    app.setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    app.setStyle(makeScreenStyle(QStringLiteral("Fusion")));
     QFont f(QStringLiteral("Noto Sans CJK JP"));
     f.setPointSize(9);
     app.setFont(f);

@@ -19,11 +19,15 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPointer>
+#include <QProxyStyle>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
 #include <QSlider>
+#include <QStyleFactory>
 #include <QTreeWidget>
 #include <QUrl>
 
@@ -245,9 +249,12 @@ void Form::SetSize()
     mRateY = double(height()) / d.height();
     for (int i = 0; i < mControls.size(); ++i) {
         const Design &g = mDesign[i];
-        if (g.skipped)
-            continue;
         QWidget *w = mControls[i];
+        if (g.skipped) {
+            if (auto *bar = qobject_cast<QMenuBar *>(w))
+                scaleMenuLine(bar, g);
+            continue;
+        }
         const QString &name = w->objectName();
         const bool late = startsWithAny(name, mRules.heightAfterFont);
         const int left = int(std::lround(g.left * mRateX));
@@ -266,6 +273,48 @@ void Form::SetSize()
             w->setGeometry(left, top, wid, hgt);
     }
 }
+
+void Form::scaleMenuLine(QMenuBar *bar, const Design &design)
+{
+    // The menu line is no control of the table: it spans the window, and its
+    // font, with its menus', follows the screen's as every control's does.
+    QFont f = bar->font();
+    f.setPointSizeF(std::max(1.0, roundHalfEven(design.fontSize * mRateX)));
+    bar->setFont(f);
+    for (QMenu *menu : bar->findChildren<QMenu *>())
+        menu->setFont(f);
+    const int height = int(std::lround(design.height * mRateY));
+    bar->setGeometry(0, 0, width(), std::max(height, bar->sizeHint().height()));
+}
+
+namespace {
+
+class ScreenStyle : public QProxyStyle {
+public:
+    using QProxyStyle::QProxyStyle;
+    int pixelMetric(PixelMetric metric, const QStyleOption *option, const QWidget *widget) const override
+    {
+        const int size = QProxyStyle::pixelMetric(metric, option, widget);
+        switch (metric) {
+        case PM_IndicatorWidth:
+        case PM_IndicatorHeight:
+        case PM_ExclusiveIndicatorWidth:
+        case PM_ExclusiveIndicatorHeight:
+        case PM_CheckBoxLabelSpacing:
+        case PM_RadioButtonLabelSpacing: {
+            const double base = QApplication::font().pointSizeF();
+            if (!widget || base <= 0 || widget->font().pointSizeF() <= 0)
+                return size;
+            return std::max(1, int(std::lround(size * widget->font().pointSizeF() / base)));
+        }
+        default: return size;
+        }
+    }
+};
+
+} // namespace
+
+QStyle *makeScreenStyle(const QString &base) { return new ScreenStyle(QStyleFactory::create(base)); }
 
 void setWindowStateSource(std::function<bool()> maximised) { gMaximised = std::move(maximised); }
 

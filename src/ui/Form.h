@@ -21,6 +21,8 @@
 
 class QAbstractButton;
 class QLineEdit;
+class QMenuBar;
+class QStyle;
 class QComboBox;
 class QPushButton;
 class QLabel;
@@ -153,6 +155,7 @@ private:
         bool skipped;
     };
     bool startsWithAny(const QString &name, const QStringList &prefixes) const;
+    void scaleMenuLine(QMenuBar *bar, const Design &design);
     void unloadOnce();
     std::function<bool()> mCloseCheck;
     bool mAskingClose = false;
@@ -170,6 +173,12 @@ private:
     TrapStyle mTrapStyle = TrapStyle::Number;
     EntryConventions *mEntry;
 };
+
+// The style of every screen: the named one (the program's "Fusion"), whose
+// check boxes and option buttons draw their square and circle in proportion
+// to their font, so that they grow and shrink with the screen as the text
+// does. Owned by the caller (the application, once set).
+QStyle *makeScreenStyle(const QString &base);
 
 // Opens a screen modally through the one road that tests can watch: loads
 // it, hands it to the modal hook if one is set, runs it, and deletes it.
