@@ -289,6 +289,15 @@ void Form::scaleMenuLine(QMenuBar *bar, const Design &design)
 
 namespace {
 
+// How much larger than the program's font a control's font is drawn.
+double fontRate(const QWidget *widget)
+{
+    const double base = QApplication::font().pointSizeF();
+    if (!widget || base <= 0 || widget->font().pointSizeF() <= 0)
+        return 1;
+    return widget->font().pointSizeF() / base;
+}
+
 class ScreenStyle : public QProxyStyle {
 public:
     using QProxyStyle::QProxyStyle;
@@ -301,14 +310,20 @@ public:
         case PM_ExclusiveIndicatorWidth:
         case PM_ExclusiveIndicatorHeight:
         case PM_CheckBoxLabelSpacing:
-        case PM_RadioButtonLabelSpacing: {
-            const double base = QApplication::font().pointSizeF();
-            if (!widget || base <= 0 || widget->font().pointSizeF() <= 0)
-                return size;
-            return std::max(1, int(std::lround(size * widget->font().pointSizeF() / base)));
-        }
+        case PM_RadioButtonLabelSpacing: return std::max(1, int(std::lround(size * fontRate(widget))));
         default: return size;
         }
+    }
+    QSize sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &contents,
+                           const QWidget *widget) const override
+    {
+        QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+        // A menu row draws its check column wider as the row grows taller,
+        // but is measured with the narrow one: a menu in a larger font
+        // would cut its texts short. The row gets room as wide as it is tall.
+        if (type == CT_MenuItem && fontRate(widget) > 1)
+            size.rwidth() += size.height();
+        return size;
     }
 };
 

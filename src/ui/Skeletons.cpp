@@ -8,6 +8,7 @@
 #include "base/Msg.h"
 #include "base/Value.h"
 
+#include <QApplication>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTreeWidget>
@@ -101,7 +102,10 @@ void askBeforeClose(Form *screen, QPushButton *confirmButton, std::function<Mode
             return true;
         switch (ShowMsg(QStringLiteral("変更内容を登録しますか？"), Msg::YesNoCancel + Msg::Question)) {
         case Msg::ResYes:
-            // The field typed in is left first, so that the save takes what it holds.
+            // The field typed in is left first, so that the save takes what
+            // it holds: the screen is made the active one again for that (the
+            // question's box has just closed, the desktop gives it back later).
+            QApplication::setActiveWindow(screen);
             confirmButton->setFocus(Qt::OtherFocusReason);
             confirmButton->click();
             return screen->unloaded(); // saved and closed, or kept open by its message

@@ -16,7 +16,10 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QAbstractFileIconProvider>
+#include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QAbstractItemView>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
@@ -418,8 +421,8 @@ private slots:
         QVERIFY(!f.txt[0]->testAttribute(Qt::WA_InputMethodEnabled));
     }
 
-    // Qt's own dialogs speak Japanese, from the system's translations: the
-    // folder chooser and a text box's menu.
+    // Qt's own dialogs speak Japanese, from the system's translations (and
+    // the words they lack): the folder chooser and a text box's menu.
     void qtsOwnTextsAreJapanese()
     {
         TILLORA_FIRST_ENGINE_ONLY();
@@ -433,6 +436,7 @@ private slots:
             texts << b->text();
         for (const char *caption : {"アドレス:", "ディレクトリ:", "選択(&C)", "キャンセル"})
             QVERIFY2(texts.contains(QString::fromUtf8(caption)), qPrintable(texts.join(QLatin1Char(' '))));
+        QCOMPARE(QAbstractFileIconProvider().type(QFileInfo(QDir::tempPath())), QStringLiteral("フォルダ"));
         QLineEdit box;
         std::unique_ptr<QMenu> menu(box.createStandardContextMenu());
         QStringList captions;
