@@ -8,7 +8,6 @@
 #include <QFont>
 #include <QLibraryInfo>
 #include <QLocale>
-#include <QStyleFactory>
 #include <QTranslator>
 
 // Each module registers its own screens.
@@ -44,6 +43,27 @@ void registerAllScreens()
     setProgramShutdown([] { CloseAllDatabases(); });
 }
 
+namespace {
+
+// The few words of Qt's file choosers that its Japanese translation lacks
+// (their context was renamed): the kind of an entry in the list.
+class QtJapaneseGaps : public QTranslator {
+public:
+    bool isEmpty() const override { return false; }
+    QString translate(const char *context, const char *source, const char *, int) const override
+    {
+        if (qstrcmp(context, "QAbstractFileIconProvider") != 0)
+            return QString();
+        if (qstrcmp(source, "Folder") == 0)
+            return QStringLiteral("フォルダ");
+        if (qstrcmp(source, "Drive") == 0)
+            return QStringLiteral("ドライブ");
+        return QString();
+    }
+};
+
+} // namespace
+
 void setupLook(QApplication &app)
 {
     // Qt's own dialogs and menus (file and folder choosers, a text box's
@@ -52,8 +72,10 @@ void setupLook(QApplication &app)
     if (qtJapanese.load(QLocale(QLocale::Japanese, QLocale::Japan), QStringLiteral("qtbase"), QStringLiteral("_"),
                         QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         app.installTranslator(&qtJapanese);
+    static QtJapaneseGaps gaps;
+    app.installTranslator(&gaps);
     QLocale::setDefault(QLocale(QLocale::Japanese, QLocale::Japan));
-    app.setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    app.setStyle(makeScreenStyle(QStringLiteral("Fusion")));
     QFont f(QStringLiteral("Noto Sans CJK JP"));
     f.setPointSize(9);
     app.setFont(f);

@@ -386,7 +386,16 @@ void EntryConventions::attach(QWidget *control)
     if (auto *edit = qobject_cast<QLineEdit *>(control))
         connect(edit, &QLineEdit::textEdited, this, touched);
     if (auto *combo = qobject_cast<QComboBox *>(control)) {
-        connect(combo, qOverload<int>(&QComboBox::activated), this, touched);
+        // A pick that leaves the choice as it was (Enter in the open list to
+        // move on) is none: the choice changes in the same call as the pick.
+        connect(combo, qOverload<int>(&QComboBox::currentIndexChanged), this, [combo] {
+            combo->setProperty("pickChanged", true);
+            QTimer::singleShot(0, combo, [combo] { combo->setProperty("pickChanged", false); });
+        });
+        connect(combo, qOverload<int>(&QComboBox::activated), this, [this, combo] {
+            if (combo->property("pickChanged").toBool())
+                mEdited = true;
+        });
         if (combo->lineEdit())
             connect(combo->lineEdit(), &QLineEdit::textEdited, this, touched);
     }
@@ -433,9 +442,23 @@ void EntryConventions::attach(QWidget *control)
 
 QCalendarWidget *EntryConventions::monthView() const { return mForm->ctl<QCalendarWidget>(QStringLiteral("MonthView1")); }
 
-void EntryConventions::notAnEdit(QAbstractButton *button)
+void EntryConventions::notAnEdit(QWidget *control)
 {
-    disconnect(button, &QAbstractButton::clicked, this, nullptr);
+    if (auto *button = qobject_cast<QAbstractButton *>(control))
+        disconnect(button, &QAbstractButton::clicked, this, nullptr);
+    if (auto *edit = qobject_cast<QLineEdit *>(control))
+        disconnect(edit, &QLineEdit::textEdited, this, nullptr);
+    if (auto *combo = qobject_cast<QComboBox *>(control)) {
+        disconnect(combo, qOverload<int>(&QComboBox::activated), this, nullptr);
+        if (combo->lineEdit())
+            disconnect(combo->lineEdit(), &QLineEdit::textEdited, this, nullptr);
+    }
+}
+
+void EntryConventions::backToField()
+{
+    if (mLastField && mLastField->isVisible() && mLastField->isEnabled())
+        restoreFocus(mLastField);
 }
 
 void EntryConventions::registerDateField(QLineEdit *field, int index)
@@ -553,6 +576,8 @@ bool EntryConventions::eventFilter(QObject *watched, QEvent *event)
             break;
         if ((realFocusChange(event) || first) && !mRestoring) {
             mEntered = w;
+            if (!qobject_cast<QPushButton *>(w))
+                mLastField = w;
             onFocusIn(w);
         }
         break;
@@ -657,13 +682,20 @@ bool EntryConventions::runLeaveCheck(QWidget *w)
         return true;
     }
     mFailed = w;
-    mEntered = w;
-    mRestoring = true;
-    w->setFocus(Qt::OtherFocusReason);
+    restoreFocus(w);
     if (auto *e = qobject_cast<QLineEdit *>(w))
         e->selectAll();
-    mRestoring = false;
     return false;
+}
+
+void EntryConventions::restoreFocus(QWidget *w)
+{
+    // Coming back is no entering: the drop-down stays closed, the text as it was.
+    mEntered = w;
+    mLastField = w;
+    mRestoring = true;
+    w->setFocus(Qt::OtherFocusReason);
+    mRestoring = false;
 }
 
 bool EntryConventions::settleLeaveChecks()

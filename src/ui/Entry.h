@@ -59,8 +59,12 @@ public:
     // since it was shown (or since setEdited(false)).
     bool edited() const { return mEdited; }
     void setEdited(bool edited) { mEdited = edited; }
-    // A check or option button of the screen that only moves about (a tab).
-    void notAnEdit(QAbstractButton *button);
+    // A control of the screen that only moves about or looks for something
+    // (a tab, a search field): what is done in it is no edit.
+    void notAnEdit(QWidget *control);
+    // Gives the focus back to the field entered last, as it was, after a
+    // question answered "stay" (a button clicked meanwhile took it).
+    void backToField();
 
     QCalendarWidget *monthView() const;
 
@@ -76,6 +80,7 @@ private:
     void onFocusOut(QWidget *w);
     bool runLeaveCheck(QWidget *w);
     void runPendingChecks();
+    void restoreFocus(QWidget *w);
     // Enter: the field's check first, then the move.
     void moveOn(QWidget *w);
     void showMonthView(QLineEdit *field, int index);
@@ -93,6 +98,7 @@ private:
     bool mEdited = false;
     bool mSeenFocus = false;
     QPointer<QWidget> mEntered; // the control the focus last entered
+    QPointer<QWidget> mLastField; // the same, leaving out the push buttons
 };
 
 // Completes a date as it is typed: four digits get "/", seven characters

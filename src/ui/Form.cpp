@@ -18,11 +18,15 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPointer>
+#include <QProxyStyle>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
 #include <QSlider>
+#include <QStyleFactory>
 #include <QTreeWidget>
 
 #include <cmath>
@@ -243,9 +247,12 @@ void Form::SetSize()
     mRateY = double(height()) / d.height();
     for (int i = 0; i < mControls.size(); ++i) {
         const Design &g = mDesign[i];
-        if (g.skipped)
-            continue;
         QWidget *w = mControls[i];
+        if (g.skipped) {
+            if (auto *bar = qobject_cast<QMenuBar *>(w))
+                scaleMenuLine(bar, g);
+            continue;
+        }
         const QString &name = w->objectName();
         const bool late = startsWithAny(name, mRules.heightAfterFont);
         const int left = int(std::lround(g.left * mRateX));
@@ -264,6 +271,63 @@ void Form::SetSize()
             w->setGeometry(left, top, wid, hgt);
     }
 }
+
+void Form::scaleMenuLine(QMenuBar *bar, const Design &design)
+{
+    // The menu line is no control of the table: it spans the window, and its
+    // font, with its menus', follows the screen's as every control's does.
+    QFont f = bar->font();
+    f.setPointSizeF(std::max(1.0, roundHalfEven(design.fontSize * mRateX)));
+    bar->setFont(f);
+    for (QMenu *menu : bar->findChildren<QMenu *>())
+        menu->setFont(f);
+    const int height = int(std::lround(design.height * mRateY));
+    bar->setGeometry(0, 0, width(), std::max(height, bar->sizeHint().height()));
+}
+
+namespace {
+
+// How much larger than the program's font a control's font is drawn.
+double fontRate(const QWidget *widget)
+{
+    const double base = QApplication::font().pointSizeF();
+    if (!widget || base <= 0 || widget->font().pointSizeF() <= 0)
+        return 1;
+    return widget->font().pointSizeF() / base;
+}
+
+class ScreenStyle : public QProxyStyle {
+public:
+    using QProxyStyle::QProxyStyle;
+    int pixelMetric(PixelMetric metric, const QStyleOption *option, const QWidget *widget) const override
+    {
+        const int size = QProxyStyle::pixelMetric(metric, option, widget);
+        switch (metric) {
+        case PM_IndicatorWidth:
+        case PM_IndicatorHeight:
+        case PM_ExclusiveIndicatorWidth:
+        case PM_ExclusiveIndicatorHeight:
+        case PM_CheckBoxLabelSpacing:
+        case PM_RadioButtonLabelSpacing: return std::max(1, int(std::lround(size * fontRate(widget))));
+        default: return size;
+        }
+    }
+    QSize sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &contents,
+                           const QWidget *widget) const override
+    {
+        QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+        // A menu row draws its check column wider as the row grows taller,
+        // but is measured with the narrow one: a menu in a larger font
+        // would cut its texts short. The row gets room as wide as it is tall.
+        if (type == CT_MenuItem && fontRate(widget) > 1)
+            size.rwidth() += size.height();
+        return size;
+    }
+};
+
+} // namespace
+
+QStyle *makeScreenStyle(const QString &base) { return new ScreenStyle(QStyleFactory::create(base)); }
 
 void setWindowStateSource(std::function<bool()> maximised) { gMaximised = std::move(maximised); }
 
@@ -349,17 +413,22 @@ void Form::unloadOnce()
         gLastActive = nullptr;
 }
 
+bool Form::mayClose()
+{
+    if (!mCloseCheck || mAskingClose || mUnloaded || !isVisible())
+        return true;
+    mAskingClose = true;
+    bool go = true;
+    trap([&] { go = mCloseCheck(); });
+    mAskingClose = false;
+    return go;
+}
+
 void Form::closeEvent(QCloseEvent *e)
 {
-    if (mCloseCheck && !mAskingClose && isVisible()) {
-        mAskingClose = true;
-        bool go = true;
-        trap([&] { go = mCloseCheck(); });
-        mAskingClose = false;
-        if (!go) {
-            e->ignore();
-            return;
-        }
+    if (!mayClose()) {
+        e->ignore();
+        return;
     }
     unloadOnce();
     QDialog::closeEvent(e);
@@ -423,10 +492,15 @@ bool IsFormLoaded(const QString &name) { return Form::find(name) != nullptr; }
 
 void closeOrEndProgram(Form *dialog)
 {
-    if (IsFormLoaded(QStringLiteral("fmnMain")))
+    if (IsFormLoaded(QStringLiteral("fmnMain"))) {
         dialog->close();
-    else
-        EndProgram();
+        return;
+    }
+    // Kept open by its question, or saved and closed by the answer: the
+    // program goes on.
+    if (!dialog->mayClose() || dialog->unloaded())
+        return;
+    EndProgram();
 }
 
 void setEndProgramHook(std::function<void()> hook)

@@ -21,6 +21,8 @@
 
 class QAbstractButton;
 class QLineEdit;
+class QMenuBar;
+class QStyle;
 class QComboBox;
 class QPushButton;
 class QLabel;
@@ -117,6 +119,11 @@ public:
     // own); false keeps it open. A close made while it is asking (its
     // answer saved the record and closed the screen) passes straight through.
     void setCloseCheck(std::function<bool()> check) { mCloseCheck = std::move(check); }
+    // Runs the close check as closing would (a screen not on show closes
+    // without it); false keeps the screen open.
+    bool mayClose();
+    // Closed for good (done, or closed): its unload has run.
+    bool unloaded() const { return mUnloaded; }
 
     // Registered open screens, by name.
     static Form *find(const QString &name);
@@ -148,6 +155,7 @@ private:
         bool skipped;
     };
     bool startsWithAny(const QString &name, const QStringList &prefixes) const;
+    void scaleMenuLine(QMenuBar *bar, const Design &design);
     void unloadOnce();
     std::function<bool()> mCloseCheck;
     bool mAskingClose = false;
@@ -165,6 +173,12 @@ private:
     TrapStyle mTrapStyle = TrapStyle::Number;
     EntryConventions *mEntry;
 };
+
+// The style of every screen: the named one (the program's "Fusion"), whose
+// check boxes and option buttons draw their square and circle in proportion
+// to their font, so that they grow and shrink with the screen as the text
+// does. Owned by the caller (the application, once set).
+QStyle *makeScreenStyle(const QString &base);
 
 // Opens a screen modally through the one road that tests can watch: loads
 // it, hands it to the modal hook if one is set, runs it, and deletes it.
@@ -188,7 +202,9 @@ void setProgramShutdown(std::function<void()> shutdown);
 
 bool IsFormLoaded(const QString &name);
 // The cancel of the settings and master dialogs: closes the dialog when the
-// menu is open, else ends the program (at start-up, before any menu).
+// menu is open, else ends the program (at start-up, before any menu). The
+// dialog's close check is asked first either way: it may keep the dialog
+// open, or save and close it, and then the program goes on.
 void closeOrEndProgram(Form *dialog);
 // Unloads every open screen, empties the database objects and ends the
 // process. Under a test hook it returns after closing the screens; callers

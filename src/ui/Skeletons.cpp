@@ -8,6 +8,7 @@
 #include "base/Msg.h"
 #include "base/Value.h"
 
+#include <QApplication>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTreeWidget>
@@ -96,15 +97,22 @@ bool saveOrReload(const std::function<void()> &save, const std::function<void()>
 void askBeforeClose(Form *screen, QPushButton *confirmButton, std::function<Mode()> mode)
 {
     screen->setCloseCheck([screen, confirmButton, mode] {
-        const Mode m = mode();
+        const Mode m = mode ? mode() : Mode::Change;
         if ((m != Mode::Add && m != Mode::Change) || !screen->entry().edited())
             return true;
         switch (ShowMsg(QStringLiteral("変更内容を登録しますか？"), Msg::YesNoCancel + Msg::Question)) {
         case Msg::ResYes:
+            // The field typed in is left first, so that the save takes what
+            // it holds: the screen is made the active one again for that (the
+            // question's box has just closed, the desktop gives it back later).
+            QApplication::setActiveWindow(screen);
+            confirmButton->setFocus(Qt::OtherFocusReason);
             confirmButton->click();
-            return !screen->isVisible(); // saved and closed, or kept open by its message
+            return screen->unloaded(); // saved and closed, or kept open by its message
         case Msg::ResNo: return true;
-        default: return false;
+        default:
+            screen->entry().backToField();
+            return false;
         }
     });
 }

@@ -51,6 +51,9 @@ bool saveOrReload(const std::function<void()> &save, const std::function<void()>
 // Closing a screen with unsaved changes (typed or chosen while adding or
 // correcting) asks 変更内容を登録しますか？: Yes presses the confirming button
 // (the screen closes when the save succeeds, stays when it fails), No closes,
-// Cancel stays. mode tells what the screen is open for.
-void askBeforeClose(Form *screen, QPushButton *confirmButton, std::function<Mode()> mode);
+// Cancel stays with the focus back in the field. mode tells what the screen
+// is open for; without it the screen always corrects (a settings dialog).
+// A save that succeeds closes with done(), which asks nothing; showing a
+// record is no change, and a screen that shows one anew clears edited().
+void askBeforeClose(Form *screen, QPushButton *confirmButton, std::function<Mode()> mode = nullptr);
 }

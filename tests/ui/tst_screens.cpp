@@ -16,13 +16,18 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QAbstractFileIconProvider>
+#include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QAbstractItemView>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QWindow>
 #include <QMenu>
+#include <QMenuBar>
+#include <QStyle>
 #include <QTableView>
 #include <QtTest/QTest>
 
@@ -48,6 +53,9 @@ public:
     TestForm() : Form(QStringLiteral("frmTest"), 9600, 7200)
     {
         setSizable(true);
+        auto *bar = new QMenuBar;
+        bar->addMenu(QStringLiteral("ﾌｧｲﾙ(&F)"));
+        adoptControl(bar, {"mnuBAR", CtlKind::Canvas, "", 0, 0, 9600, 450});
         buildControls(kControls, int(std::size(kControls)));
         scaleRules().noFont << QStringLiteral("Sha");
         txt = array<QLineEdit>(QStringLiteral("txtDATA"), 2);
@@ -114,6 +122,8 @@ private slots:
         TestRoot root;
         TestForm f;
         Gui::show(&f);
+        auto *check = f.ctl<QCheckBox>("Check1");
+        const int box = check->style()->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, check);
         const int before = f.resizes;
         f.resize(320, 480); // half the width
         Gui::settle();
@@ -134,6 +144,13 @@ private slots:
         // shapes keep their font; names on the skip list are not moved
         QCOMPARE(f.ctl<QFrame>("Shape1")->font().pointSizeF(), 12.0);
         QCOMPARE(f.control("imgLOGO")->geometry(), designRect("imgLOGO"));
+        // the menu line spans the window with the font of the rest; a check
+        // box's square grows with its text
+        auto *bar = f.ctl<QMenuBar>("mnuBAR");
+        QCOMPARE(bar->font().pointSizeF(), 24.0);
+        QCOMPARE(bar->actions().first()->menu()->font().pointSizeF(), 24.0);
+        QCOMPARE(bar->width(), 1280);
+        QVERIFY(std::abs(check->style()->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, check) - 2 * box) <= 1);
     }
 
     void windowStateFromTheSetting()
@@ -404,22 +421,30 @@ private slots:
         QVERIFY(!f.txt[0]->testAttribute(Qt::WA_InputMethodEnabled));
     }
 
-    // Qt's own dialogs speak Japanese: the file chooser and a text box's menu.
+    // Qt's own dialogs speak Japanese, from the system's translations (and
+    // the words they lack): the folder chooser and a text box's menu.
     void qtsOwnTextsAreJapanese()
     {
+        TILLORA_FIRST_ENGINE_ONLY();
         QFileDialog chooser;
         chooser.setOption(QFileDialog::DontUseNativeDialog);
-        auto *lookIn = chooser.findChild<QLabel *>(QStringLiteral("lookInLabel"));
-        QVERIFY(lookIn);
-        QVERIFY2(!lookIn->text().contains(QStringLiteral("Look")), qPrintable(lookIn->text()));
+        chooser.setFileMode(QFileDialog::Directory);
+        QStringList texts;
+        for (QLabel *l : chooser.findChildren<QLabel *>())
+            texts << l->text();
+        for (QAbstractButton *b : chooser.findChildren<QAbstractButton *>())
+            texts << b->text();
+        for (const char *caption : {"アドレス:", "ディレクトリ:", "選択(&C)", "キャンセル"})
+            QVERIFY2(texts.contains(QString::fromUtf8(caption)), qPrintable(texts.join(QLatin1Char(' '))));
+        QCOMPARE(QAbstractFileIconProvider().type(QFileInfo(QDir::tempPath())), QStringLiteral("フォルダ"));
         QLineEdit box;
         std::unique_ptr<QMenu> menu(box.createStandardContextMenu());
         QStringList captions;
         for (QAction *a : menu->actions())
             if (!a->isSeparator())
-                captions << a->text();
-        QVERIFY(!captions.isEmpty());
-        QVERIFY2(!captions.join(QLatin1Char(' ')).contains(QStringLiteral("Paste")), qPrintable(captions.join(' ')));
+                captions << a->text().section(QLatin1Char('\t'), 0, 0);
+        QCOMPARE(captions, (QStringList{"元に戻す(&U)", "やり直す(&R)", "切り取り(&T)", "コピー(&C)", "貼り付け(&P)", "削除",
+                                        "すべてを選択"}));
     }
 };
 

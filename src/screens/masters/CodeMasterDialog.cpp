@@ -1,7 +1,9 @@
 #include "screens/masters/CodeMasterDialog.h"
 
 #include "base/Msg.h"
+#include "ui/Entry.h"
 #include "ui/MasterEdit.h"
+#include "ui/Skeletons.h"
 
 #include <QLineEdit>
 #include <QPushButton>
@@ -24,12 +26,13 @@ CodeMasterDialog::CodeMasterDialog(const QString &name, int designWidth, int des
         return true;
     });
     onClick(cmdClose, [this] { closeOrEndProgram(this); }, false);
+    EntryScreen::askBeforeClose(this, cmdSave, [this] { return editing() ? ::Mode::Change : ::Mode::None; });
     onClick(cmdSave, [this] {
         const Value id(txtDATA[0]->text());
         if (!ChkData())
             return;
         if (SaveData(id))
-            close();
+            done(QDialog::Accepted);
         else
             ShowMsg(QStringLiteral("データの登録に失敗しました。"), Msg::Exclamation);
     });
@@ -43,6 +46,9 @@ void CodeMasterDialog::setMode(::Mode mode)
     for (int i = 1; i < txtDATA.size(); ++i)
         MasterEdit::setEditable(txtDATA[i], on);
     setOthersEditable(on);
+    // The record now shown is as stored: what was typed before (the code
+    // looked up) changes nothing.
+    entry().setEdited(false);
     cmdSave->setEnabled(on);
     cmdClose->setText(on ? QStringLiteral("ｷｬﾝｾﾙ") : QStringLiteral("閉じる"));
 }

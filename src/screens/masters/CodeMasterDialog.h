@@ -2,8 +2,8 @@
 // What the farmer and shop dialogs share: one record found by its code in
 // txtDATA(0), the other fields txtDATA(1..) open to entry only while a
 // record is edited, Enter in the code field looking a record up, "閉じる" or
-// "ｷｬﾝｾﾙ" that ends the program at start-up, and "登録" that saves and
-// closes or says the save failed. On becoming active the dialog always
+// "ｷｬﾝｾﾙ" that ends the program at start-up (asking first about a record
+// changed), and "登録" that saves and closes or says the save failed. On becoming active the dialog always
 // edits the current record (made by the save when it is missing).
 
 #include "base/Mode.h"

@@ -5,6 +5,7 @@
 #include "base/Msg.h"
 #include "rules/masters/MasterLists.h"
 #include "ui/Entry.h"
+#include "ui/Skeletons.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -92,10 +93,12 @@ fdlMstPrdEdit::fdlMstPrdEdit(QWidget *parent) : Form(QStringLiteral("fdlMstPrdEd
     onClick(cmdSUB[0], [this] { removeClicked(); });
     onClick(cmdMENU[1], [this] {
         if (SaveData())
-            close();
+            done(QDialog::Accepted);
     });
-    // Unsaved changes go without a question.
     onClick(cmdMENU[0], [this] { closeOrEndProgram(this); }, false);
+    // The filter only looks for products; the rows added or removed are changes.
+    entry().notAnEdit(txtCOND0);
+    EntryScreen::askBeforeClose(this, cmdMENU[1]);
 }
 
 void fdlMstPrdEdit::onLoad()
@@ -223,6 +226,7 @@ void fdlMstPrdEdit::textLeft(int index)
 void fdlMstPrdEdit::addClicked()
 {
     mIdx = Prd::addRow(mRows, gSHOP_ID);
+    entry().setEdited(true);
     SetList();
     DispData();
     txtDATA[0]->setFocus();
@@ -233,6 +237,7 @@ void fdlMstPrdEdit::removeClicked()
     if (mIdx < 0 || mIdx >= mRows.size())
         return;
     mIdx = Prd::removeRow(mRows, mIdx);
+    entry().setEdited(true);
     SetList();
     DispData();
 }

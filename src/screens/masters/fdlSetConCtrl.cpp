@@ -4,6 +4,7 @@
 #include "rules/masters/Settings.h"
 #include "store/Database.h"
 #include "ui/Entry.h"
+#include "ui/Skeletons.h"
 
 #include <QComboBox>
 #include <QLineEdit>
@@ -76,6 +77,7 @@ fdlSetConCtrl::fdlSetConCtrl(QWidget *parent) : Form(QStringLiteral("fdlSetConCt
         [this] { closeOrEndProgram(this); },
         false);
     onClick(ctl<QPushButton>(QStringLiteral("Command1(1)")), [this] { register_(); });
+    EntryScreen::askBeforeClose(this, ctl<QPushButton>(QStringLiteral("Command1(1)")));
 }
 
 void fdlSetConCtrl::onLoad()
@@ -137,5 +139,5 @@ void fdlSetConCtrl::register_()
     // Both connections are made anew with the new settings.
     OpenDb();
     OpenMst();
-    close();
+    done(QDialog::Accepted);
 }

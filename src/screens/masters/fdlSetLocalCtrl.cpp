@@ -3,6 +3,7 @@
 #include "base/Msg.h"
 #include "rules/masters/Settings.h"
 #include "ui/Entry.h"
+#include "ui/Skeletons.h"
 
 #include <QCheckBox>
 #include <QLineEdit>
@@ -77,12 +78,14 @@ fdlSetLocalCtrl::fdlSetLocalCtrl(QWidget *parent) : Form(QStringLiteral("fdlSetL
         false);
     onClick(ctl<QPushButton>(QStringLiteral("Command1(1)")), [this] {
         if (SaveData())
-            close();
+            done(QDialog::Accepted);
     });
+    EntryScreen::askBeforeClose(this, ctl<QPushButton>(QStringLiteral("Command1(1)")));
     onClick(ctl<QPushButton>(QStringLiteral("Command1(2)")), [this] {
         const QString dir = OpenDir(this, QStringLiteral("ﾊﾞｯｸｱｯﾌﾟﾌｫﾙﾀﾞを指定してください。"));
         if (!dir.isEmpty()) {
             showFieldText(txtDATA[2], dir);
+            entry().setEdited(true);
             txtDATA[2]->setFocus();
         }
     });

@@ -236,7 +236,6 @@ void fdlPreview::InitForm()
 void fdlPreview::SetSize()
 {
     Form::SetSize();
-    mnuBAR->setGeometry(0, 0, width(), mnuBAR->sizeHint().height());
     const QRect caption = ctl<QLabel>(QStringLiteral("lblCAP(1)"))->geometry();
     Slider1->setGeometry(caption.right() + 1, caption.center().y() - kSliderSize.height() / 2, kSliderSize.width(),
                          kSliderSize.height());

@@ -5,6 +5,8 @@
 #include "base/Globals.h"
 #include "ui/Screens.h"
 #include "screens/masters/fdlMstFmrEdit.h"
+#include "screens/masters/fdlMstPrdEdit.h"
+#include "screens/masters/fdlMstShopEdit.h"
 #include "screens/masters/fdlSetConCtrl.h"
 #include "screens/masters/fdlSetLocalCtrl.h"
 #include "store/Database.h"
@@ -219,20 +221,101 @@ private slots:
         QVERIFY(rec.messages.isEmpty());
     }
 
+    // Cancel at start-up ends the program; with a change it asks first, and
+    // staying keeps the program too.
     void cancelAtStartUpEndsTheProgram()
     {
         TestRoot root;
         int ends = 0;
         setEndProgramHook([&] { ++ends; });
+        MsgRecorder rec;
         for (const char *name : {"fdlSetConCtrl", "fdlSetLocalCtrl", "fdlMstFmrEdit"}) {
             TestRoot fresh;
             Form *f = createScreen(QString::fromLatin1(name));
             Gui::show(f);
-            Gui::click(f->ctl<QPushButton>("Command1(0)"));
+            auto *cancel = f->ctl<QPushButton>("Command1(0)");
+            Gui::click(cancel);
+            QCOMPARE(ends, 1);
             delete f;
+            fresh.openAll(); // the end closed the databases
+            f = createScreen(QString::fromLatin1(name));
+            Gui::show(f);
+            Gui::type(f->findChildren<QLineEdit *>().last(), QStringLiteral("9"));
+            rec.answer(Msg::ResCancel);
+            rec.answer(Msg::ResNo);
+            Gui::click(f->ctl<QPushButton>("Command1(0)"));
+            QVERIFY(f->isVisible());
+            QCOMPARE(ends, 1);
+            Gui::click(f->ctl<QPushButton>("Command1(0)"));
+            QCOMPARE(rec.lastPrompt(), QStringLiteral("変更内容を登録しますか？"));
+            QCOMPARE(ends, 2);
+            delete f;
+            ends = 0;
         }
         setEndProgramHook(nullptr);
-        QCOMPARE(ends, 3);
+    }
+
+    // Closing a dialog with a change asks first: Cancel stays with the focus
+    // back in the field, No closes without saving, Yes saves what the field
+    // holds and closes (by the window's own close, the field still in
+    // focus). A record only shown closes without a word.
+    void closingAsksAboutAChange()
+    {
+        TestRoot root;
+        Gui::WithMenu menu;
+        gSHOP_ID = Value(1);
+        const auto mst = [](const char *table, const char *column, const QString &text) {
+            return gMST->DCount("*", table, QStringLiteral("%1='%2'").arg(column, text)).toLong() > 0;
+        };
+        const struct {
+            const char *screen, *field;
+            std::function<bool(const QString &)> stored;
+        } dialogs[] = {
+            {"fdlMstFmrEdit", "txtDATA(1)", [&](const QString &t) { return mst("M_FMR", "FMR_NM", t); }},
+            {"fdlMstShopEdit", "txtDATA(1)", [&](const QString &t) { return mst("M_SHOP", "SHOP_NM", t); }},
+            {"fdlMstPrdEdit", "txtDATA(1)", [&](const QString &t) { return mst("M_PRD", "PRD_NM", t); }},
+            {"fdlSetLocalCtrl", "txtDATA(2)", [](const QString &t) { return textOf(gINI->GetCtrl("BACK_DIR")) == t; }},
+            {"fdlSetConCtrl", "Text1(11)", [](const QString &t) { return textOf(gINI->GetCtrl("MST_DBPW")) == t; }},
+        };
+        const struct {
+            int answer;
+            bool byWindow, open, saved;
+        } answers[] = {{Msg::ResCancel, false, true, false}, {Msg::ResNo, false, false, false}, {Msg::ResYes, true, false, true}};
+        MsgRecorder rec;
+        for (const auto &d : dialogs) {
+            const QString name = QString::fromLatin1(d.screen);
+            rec.clear();
+            {
+                Form *f = createScreen(name);
+                Gui::show(f);
+                Gui::click(f->findChild<QPushButton *>(name == "fdlMstPrdEdit" ? "cmdMENU(0)" : "Command1(0)"));
+                QVERIFY2(!f->isVisible() && rec.messages.isEmpty(), qPrintable(name + rec.lastPrompt()));
+                delete f;
+            }
+            for (const auto &a : answers) {
+                rec.clear();
+                const QString text = QStringLiteral("変更%1").arg(a.answer);
+                Form *f = createScreen(name);
+                Gui::show(f);
+                auto *field = f->ctl<QLineEdit>(QString::fromLatin1(d.field));
+                Gui::type(field, text);
+                rec.answer(a.answer);
+                if (a.byWindow)
+                    f->close();
+                else
+                    Gui::click(f->findChild<QPushButton *>(name == "fdlMstPrdEdit" ? "cmdMENU(0)" : "Command1(0)"));
+                Gui::settle();
+                QVERIFY2(rec.count() == 1, d.screen);
+                QCOMPARE(rec.messages[0].prompt, QStringLiteral("変更内容を登録しますか？"));
+                QCOMPARE(rec.messages[0].buttons, Msg::YesNoCancel + Msg::Question);
+                QVERIFY2(f->isVisible() == a.open, d.screen);
+                QVERIFY2(d.stored(text) == a.saved, d.screen);
+                if (a.open)
+                    QVERIFY2(QApplication::focusWidget() == field, d.screen);
+                f->done(QDialog::Rejected);
+                delete f;
+            }
+        }
     }
 };
 
