@@ -242,7 +242,7 @@ bool fdlMstShopEdit::ChkData()
     // Fields may share digits (the later written wins): allowed, after a question.
     const QStringList shared = ShopLayout::overlaps(layout);
     return shared.isEmpty() ||
-           ShowMsg(QStringLiteral("バーコードの次の項目が同じ桁を使っています。後に書く項目が優先されます。\n") +
+           ShowMsg(QStringLiteral("バーコードの次の項目が同じ桁を使っています。\n後に書く項目が優先されます。\n") +
                        shared.join(QLatin1Char('\n')) + QStringLiteral("\nこのまま登録しますか？"),
                    Msg::YesNo | Msg::Question) == Msg::ResYes;
 }
