@@ -406,6 +406,33 @@ private slots:
         QCOMPARE(lotField(1, "REST_QTY"), 2.0);
     }
 
+    // A use counted in the lot's purchase unit by the unit table, either way round.
+    void recountConvertsToThePurchaseUnit_data()
+    {
+        QTest::addColumn<int>("bought"); // the lot's unit: 1 g, 2 kg, 4 mL, 5 L
+        QTest::addColumn<double>("qty");
+        QTest::addColumn<int>("unit");
+        QTest::addColumn<double>("used");
+        QTest::newRow("grams of a kg lot") << 2 << 250.0 << 1 << 0.25;
+        QTest::newRow("kg of a g lot") << 1 << 3.0 << 2 << 3000.0;
+        QTest::newRow("the same unit") << 2 << 2.0 << 2 << 2.0;
+        QTest::newRow("mL of a L lot") << 5 << 100.0 << 4 << 0.1;
+        QTest::newRow("g and mL don't convert") << 1 << 5.0 << 4 << 0.0;
+    }
+    void recountConvertsToThePurchaseUnit()
+    {
+        QFETCH(int, bought);
+        QFETCH(double, qty);
+        QFETCH(int, unit);
+        QFETCH(double, used);
+        TestRoot root;
+        Build::lot(1, QStringLiteral("試験剤")).set("PUR_QTY", 10).set("PUR_UNIT", bought).add();
+        Build::diaryLine(QDate(2024, 6, 9), 1, WorkKbn::Spraying).set("CHEMI_ID", 1).set("QTY", qty).set("UNIT_ID", unit).add();
+        RecountChemiUse(Value(1), DateUtil::make(2024, 6, 9));
+        QCOMPARE(lotField(1, "USED_QTY"), used);
+        QCOMPARE(lotField(1, "REST_QTY"), 10 - used);
+    }
+
     void aPurchaseBeyondTheBooksWritesNothing_data()
     {
         QTest::addColumn<int>("mode");
