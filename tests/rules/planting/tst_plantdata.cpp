@@ -387,8 +387,6 @@ private slots:
         // a new one, and a row that is none
         QVERIFY(Plant::openRecord(Mode::Add, -1, Value(1)).PLANT_NM.isEmpty());
         QVERIFY(Plant::openRecord(Mode::View, 5, Value(1)).PLANT_ID.isEmpty());
-        Plant::finish(gPLANT_ROWS[1], DateUtil::make(2024, 7, 31));
-        QCOMPARE(shownValue(gPLANT_ROWS[1].END_DATE), QStringLiteral("2024/07/31"));
     }
 
     void checkBeforeSaving()
