@@ -60,9 +60,6 @@ private slots:
         QCOMPARE(r.out, QStringLiteral("1\n"));
         QCOMPARE(admin({"ctrl", "--root", root, "USE_TYPE", "2"}).code, 0);
         QCOMPARE(admin({"ctrl", "--root", root, "USE_TYPE"}).out, QStringLiteral("2\n"));
-        // a key with a quote is a key like any other
-        QCOMPARE(admin({"ctrl", "--root", root, "O'KEY", "1"}).code, 0);
-        QCOMPARE(admin({"ctrl", "--root", root, "O'KEY"}).out, QStringLiteral("1\n"));
 
         // a second init keeps the data
         r = admin({"init", "--root", root});
@@ -88,17 +85,6 @@ private slots:
                              "SELECT LEDGE_ID, AMT FROM D_LEDGE ORDER BY LEDGE_ID"});
         QCOMPARE(r.code, 0);
         QCOMPARE(r.out, QStringLiteral("1\t1800\n2\t#範囲外#\n"));
-    }
-
-    void missingDataFileIsAnError()
-    {
-        QTemporaryDir dir;
-        QCOMPARE(admin({"init", "--root", dir.path()}).code, 0);
-        QVERIFY(QFile::remove(dir.path() + QStringLiteral("/data/DATA.MDB")));
-        const Run r = admin({"sql", "--root", dir.path(), "--db", "data", "SELECT COUNT(*) FROM D_DIARY"});
-        QVERIFY(r.code != 0);
-        QVERIFY(r.err.contains(QStringLiteral("ﾃﾞｰﾀﾍﾞｰｽが不正ですので設定してください。")));
-        QVERIFY(!QFile::exists(dir.path() + QStringLiteral("/data/DATA.MDB")));
     }
 
     void wrongUsage()

@@ -26,16 +26,6 @@
 
 namespace {
 
-AppError failureOf(const std::function<void()> &f)
-{
-    try {
-        f();
-    } catch (const AppError &e) {
-        return e;
-    }
-    return AppError(0, QString());
-}
-
 // What the farmer reads of an engine error: the part before the engine's own
 // words in brackets.
 QString farmerPart(const AppError &e) { return e.description().section(QStringLiteral("（"), 0, 0); }

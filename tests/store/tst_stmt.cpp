@@ -14,13 +14,6 @@
 
 class TestStmt : public QObject {
     Q_OBJECT
-
-    void pureOnce()
-    {
-        if (TestEnv::engine() == TestEngine::Mysql)
-            QSKIP("reads no database: checked on the first engine");
-    }
-
 private slots:
     void valuesByWhatTheyAre_data()
     {
@@ -55,7 +48,7 @@ private slots:
     }
     void valuesByWhatTheyAre()
     {
-        pureOnce();
+        TILLORA_FIRST_ENGINE_ONLY();
         QFETCH(QString, made);
         QFETCH(QString, expected);
         QCOMPARE(made, expected);
@@ -63,7 +56,7 @@ private slots:
 
     void mistakesOfTheProgramRaise()
     {
-        pureOnce();
+        TILLORA_FIRST_ENGINE_ONLY();
         auto raises = [](const std::function<QString()> &make, long number) {
             try {
                 make();

@@ -21,16 +21,6 @@
 
 namespace {
 
-long errorOf(const std::function<void()> &f)
-{
-    try {
-        f();
-    } catch (const AppError &e) {
-        return e.number();
-    }
-    return 0;
-}
-
 QString q(const QString &s) { return s; }
 
 // A day of diary lines, slips and plantings for farmer 1 (and a line of farmer 2).
@@ -61,9 +51,6 @@ private slots:
     void deliveredDataIsThere()
     {
         TestRoot root;
-        QCOMPARE(gWORK->DLookup("ETO_YM", "L_ETO", "ID=1").toText(), QStringLiteral("甲子"));
-        QCOMPARE(gWORK->DLookup("ETO_YM", "L_ETO", "ID=60").toText(), QStringLiteral("癸亥"));
-        QCOMPARE(gWORK->DCount("*", "L_ETO").toLong(), 60);
         QCOMPARE(GetAccNm(Value(1000)), QStringLiteral("現金"));
         QCOMPARE(GetAccNm(Value(1130)), QStringLiteral("農薬"));
         QCOMPARE(gWORK->DLookup("OPT_KBN", "L_ACC", "ACC_ID=1130").toLong(), 3);
@@ -167,42 +154,12 @@ private slots:
     {
         TestRoot root;
         seedDiary();
-        // DELETE t.* FROM t
+        // DELETE t.* FROM t (the stock count's joined and qualified updates run in tst_chemi)
         gDB->EXEC("DELETE D_DIARY_DTL.* FROM D_DIARY_DTL WHERE FMR_ID=2 AND WORK_DATE=#2024-05-02 00:00:00#");
         QCOMPARE(gDB->DCount("*", "D_DIARY_DTL", "FMR_ID=2").toLong(), 0);
         QCOMPARE(gDB->DCount("*", "D_DIARY_DTL", "FMR_ID=1").toLong(), 4);
-        // qualified columns on the left of SET
-        gDB->EXEC("INSERT INTO D_CHEMI (FMR_ID, CHEMI_ID, CHEMI_NM, PUR_QTY, USED_QTY, REST_QTY) VALUES "
-                  "(1, 5, 'テスト乳剤', 500, 120, 380)");
-        gDB->EXEC("UPDATE D_CHEMI SET  D_CHEMI.USED_QTY=0,  D_CHEMI.REST_QTY=D_CHEMI.PUR_QTY  WHERE "
-                  "D_CHEMI.FMR_ID=1 AND D_CHEMI.CHEMI_ID=5");
-        QCOMPARE(gDB->DLookup("REST_QTY", "D_CHEMI", "CHEMI_ID=5").toDouble(), 500.0);
-        QCOMPARE(gDB->DLookup("USED_QTY", "D_CHEMI", "CHEMI_ID=5").toDouble(), 0.0);
-        // UPDATE ... INNER JOIN ... SET, as the stock count runs it
-        gWORK->EXEC("DELETE W_CHEMI_USE.* FROM W_CHEMI_USE");
-        const char *uses[] = {"(1, 250, 2, 1)", "(1, 2, 2, 2)", "(2, 3, 1, 2)", "(3, 5, 1, 4)", "(4, 100, 5, 4)"};
-        for (const char *u : uses)
-            gWORK->EXEC(q("INSERT INTO W_CHEMI_USE (CHEMI_ID, QTY, PUR_UNIT_ID, DTL_UNIT_ID) VALUES ") +
-                        QString::fromLatin1(u));
-        gWORK->EXEC("UPDATE W_CHEMI_USE INNER JOIN L_CHEMI_UNIT ON (W_CHEMI_USE.PUR_UNIT_ID = L_CHEMI_UNIT.ID) AND "
-                    "(W_CHEMI_USE.DTL_UNIT_ID = L_CHEMI_UNIT.CHG_ID)  SET W_CHEMI_USE.RT = 1/ L_CHEMI_UNIT.RT");
-        gWORK->EXEC("UPDATE W_CHEMI_USE INNER JOIN L_CHEMI_UNIT ON (W_CHEMI_USE.PUR_UNIT_ID = L_CHEMI_UNIT.CHG_ID) "
-                    "AND (W_CHEMI_USE.DTL_UNIT_ID = L_CHEMI_UNIT.ID) SET W_CHEMI_USE.RT = L_CHEMI_UNIT.RT");
-        gWORK->EXEC("UPDATE W_CHEMI_USE  SET W_CHEMI_USE.RT=1 WHERE W_CHEMI_USE.PUR_UNIT_ID=W_CHEMI_USE.DTL_UNIT_ID");
-        gWORK->EXEC("UPDATE W_CHEMI_USE  SET W_CHEMI_USE.USE_QTY=W_CHEMI_USE.QTY * W_CHEMI_USE.RT");
-        RecordsetPtr rs = gWORK->GetFwdOnlyRst(
-            "SELECT  W_CHEMI_USE.CHEMI_ID,  SUM(W_CHEMI_USE.USE_QTY) AS USE_QTY FROM W_CHEMI_USE GROUP BY "
-            "W_CHEMI_USE.CHEMI_ID ORDER BY W_CHEMI_USE.CHEMI_ID");
-        QVector<QPair<int, Value>> sums;
-        for (; !rs->eof(); rs->MoveNext())
-            sums.append({rs->Fields("CHEMI_ID").toLong(), rs->Fields("USE_QTY")});
-        QCOMPARE(sums.size(), 4);
-        QCOMPARE(sums[0].second.toDouble(), 0.25 + 2.0); // 250 g of a kg lot, 2 kg
-        QCOMPARE(sums[1].second.toDouble(), 3000.0);     // 3 kg of a g lot
-        QVERIFY(sums[2].second.isNull());                // g and mL don't convert
-        QCOMPARE(sums[3].second.toDouble(), 0.1);        // 100 mL of a L lot
         // a comparison selected and sorted on: the same crop first
-        rs = gDB->GetFwdOnlyRst(
+        RecordsetPtr rs = gDB->GetFwdOnlyRst(
             "SELECT DISTINCT  D_PLANT.CROP_NM='なす' AS CROP_MATCH, D_DIARY_DTL.WORK_NM  FROM D_DIARY_DTL  INNER "
             "JOIN D_PLANT  ON (D_DIARY_DTL.PLANT_ID = D_PLANT.PLANT_ID)  AND (D_DIARY_DTL.FMR_ID = D_PLANT.FMR_ID) "
             "WHERE WORK_KBN=3 ORDER BY D_PLANT.CROP_NM='なす', D_DIARY_DTL.WORK_NM");
@@ -236,19 +193,14 @@ private slots:
         TestRoot root;
         const QString notes = q("it's; DELETE FROM D_LEDGE; --");
         gDB->EXEC("INSERT INTO D_LEDGE (FMR_ID, LEDGE_ID, AMT) VALUES (1, 1, 100)");
-        const long n = errorOf([&] {
+        const long n = failureOf([&] {
             gDB->EXEC(q("INSERT INTO D_LEDGE (FMR_ID, LEDGE_ID, NOTES, AMT) VALUES (1, 2, '") + notes + q("', 5)"));
-        });
+        }).number();
         QVERIFY(n != 0);
         QCOMPARE(gDB->DCount("*", "D_LEDGE").toLong(), 1);
-        // the engine's own error reaches the caller as number and text
-        try {
-            gDB->EXEC("SELEC * FROM D_LEDGE");
-            QFAIL("a broken statement must fail");
-        } catch (const AppError &e) {
-            QVERIFY(e.number() != 0);
-            QVERIFY(!e.description().isEmpty());
-        }
+        // a ';' inside quotes is data
+        gDB->EXEC("UPDATE D_LEDGE SET NOTES='a;b' WHERE LEDGE_ID=1");
+        QCOMPARE(gDB->DLookup("NOTES", "D_LEDGE", "LEDGE_ID=1"), Value("a;b"));
     }
 
     void typedWritesFailLikeTheEngine()
@@ -260,15 +212,13 @@ private slots:
         rs->SetField("FMR_ID", Value(1));
         rs->SetField("LEDGE_ID", Value("7"));            // numeric text is taken
         rs->SetField("LEDGE_DATE", Value("2024/1/5"));   // a date as typed
-        QCOMPARE(errorOf([&] { rs->SetField("AMT", Value("abc")); }), VbErr::TypeMismatch);
-        QCOMPARE(errorOf([&] { rs->SetField("AMT", Value("")); }), VbErr::TypeMismatch);
-        QCOMPARE(errorOf([&] { rs->SetField("D_ACC_ID", Value(3e10)); }), VbErr::Overflow);
-        QCOMPARE(errorOf([&] { rs->SetField("LEDGE_DATE", Value("2024/2/30")); }), VbErr::TypeMismatch);
-        QCOMPARE(errorOf([&] { rs->SetField("CTR_NM", Value(QString(101, QChar(0x3042)))); }), VbErr::FieldTooSmall);
-        QCOMPARE(errorOf([&] { rs->SetField("NO_SUCH", Value(1)); }), VbErr::ItemNotFound);
+        QCOMPARE(failureOf([&] { rs->SetField("AMT", Value("abc")); }).number(), VbErr::TypeMismatch);
+        QCOMPARE(failureOf([&] { rs->SetField("AMT", Value("")); }).number(), VbErr::TypeMismatch);
+        QCOMPARE(failureOf([&] { rs->SetField("D_ACC_ID", Value(3e10)); }).number(), VbErr::Overflow);
+        QCOMPARE(failureOf([&] { rs->SetField("LEDGE_DATE", Value("2024/2/30")); }).number(), VbErr::TypeMismatch);
+        QCOMPARE(failureOf([&] { rs->SetField("NO_SUCH", Value(1)); }).number(), VbErr::ItemNotFound);
         rs->SetField("AMT", Value("1,234.5"));
         rs->SetField("NOTES", Value::null());
-        rs->SetField("CTR_NM", Value(QString(100, QChar(0x3042))));
         QCOMPARE(rs->Fields("LEDGE_ID"), Value(7));
         rs->Update();
         rs->Close();
@@ -276,7 +226,7 @@ private slots:
         QCOMPARE(gDB->DLookup("LEDGE_DATE", "D_LEDGE", "LEDGE_ID=7"), Value(DateUtil::make(2024, 1, 5)));
         QCOMPARE(gDB->DLookup("NOTES", "D_LEDGE", "LEDGE_ID=7"), Value::null());
         // the SQL path refuses text in number columns too
-        QVERIFY(errorOf([] { gDB->EXEC("UPDATE D_LEDGE SET AMT='abc' WHERE LEDGE_ID=7"); }) != 0);
+        QVERIFY(failureOf([] { gDB->EXEC("UPDATE D_LEDGE SET AMT='abc' WHERE LEDGE_ID=7"); }).number() != 0);
         QCOMPARE(gDB->DLookup("AMT", "D_LEDGE", "LEDGE_ID=7"), Value(Currency::fromDouble(1234.5)));
     }
 
@@ -314,11 +264,11 @@ private slots:
         // a set over a join is read-only
         rs = gDB->GetDynamicRst("SELECT D_DIARY_DTL.WORK_NM FROM D_DIARY_DTL INNER JOIN D_PLANT ON "
                                 "D_DIARY_DTL.PLANT_ID = D_PLANT.PLANT_ID");
-        QCOMPARE(errorOf([&] { rs->SetField("WORK_NM", Value("x")); }), VbErr::NotUpdatable);
+        QCOMPARE(failureOf([&] { rs->SetField("WORK_NM", Value("x")); }).number(), VbErr::NotUpdatable);
         // readers refuse writes, and a row past the end is no row
         rs = gDB->GetFwdOnlyRst("SELECT D_PLANT.* FROM D_PLANT WHERE 0=1");
-        QCOMPARE(errorOf([&] { rs->AddNew(); }), VbErr::NotUpdatable);
-        QCOMPARE(errorOf([&] { rs->Fields("PLANT_ID"); }), VbErr::NoCurrentRecord);
+        QCOMPARE(failureOf([&] { rs->AddNew(); }).number(), VbErr::NotUpdatable);
+        QCOMPARE(failureOf([&] { rs->Fields("PLANT_ID"); }).number(), VbErr::NoCurrentRecord);
     }
 
     void findWalksForward()
@@ -402,19 +352,6 @@ private slots:
         setCompNameForTests(QString());
     }
 
-    void transactionsRollBack()
-    {
-        TestRoot root;
-        gMST->Begintrans();
-        gMST->EXEC("UPDATE M_FMR SET FMR_NM='変更' WHERE FMR_ID=1");
-        gMST->RollbackTrans();
-        QVERIFY(gMST->DLookup("FMR_NM", "M_FMR", "FMR_ID=1").toText() != QStringLiteral("変更"));
-        gMST->Begintrans();
-        gMST->EXEC("UPDATE M_FMR SET FMR_NM='変更' WHERE FMR_ID=1");
-        gMST->CommitTrans();
-        QCOMPARE(gMST->DLookup("FMR_NM", "M_FMR", "FMR_ID=1").toText(), QStringLiteral("変更"));
-    }
-
     void transactionsNest_data()
     {
         QTest::addColumn<bool>("innerFails");
@@ -441,17 +378,17 @@ private slots:
                     raiseError(VbErr::InvalidCall);
             });
         };
-        const long error = errorOf([&] {
+        const long error = failureOf([&] {
             inTransaction(gMST.get(), [&] {
                 gMST->EXEC("UPDATE M_FMR SET FMR_NM='外' WHERE FMR_ID=1");
                 if (innerCaught)
-                    QVERIFY(errorOf(inner) != 0);
+                    QVERIFY(failureOf(inner).number() != 0);
                 else
                     inner();
                 if (outerFails)
                     raiseError(VbErr::Overflow);
             });
-        });
+        }).number();
         QCOMPARE(error == 0, written);
         QCOMPARE(gMST->DLookup("FMR_NM", "M_FMR", "FMR_ID=1"), written ? Value("外") : name);
         QCOMPARE(gMST->DLookup("NOTES", "M_FMR", "FMR_ID=1") == Value("内"), written);
@@ -488,7 +425,7 @@ private slots:
     {
         TestRoot root;
         gMST->CloseCnn();
-        QCOMPARE(errorOf([] { gMST->GetFwdOnlyRst("SELECT * FROM M_FMR"); }), VbErr::NotConnected);
+        QCOMPARE(failureOf([] { gMST->GetFwdOnlyRst("SELECT * FROM M_FMR"); }).number(), VbErr::NotConnected);
         QCOMPARE(gMST->DCount("*", "M_FMR").toLong(), 1);
         QVERIFY(gMST->isOpen());
     }

@@ -7,6 +7,7 @@
 // A test binary built with TILLORA_TEST_MAIN runs all its tests once per
 // engine: on SQLite, and on MariaDB when the server is named.
 
+#include "base/AppError.h"
 #include "base/Globals.h"
 #include "base/Value.h"
 
@@ -14,7 +15,20 @@
 #include <QString>
 #include <QTemporaryDir>
 
+#include <functional>
+
 enum class TestEngine { Sqlite, Mysql };
+
+// The error the work raises; number 0 when it raises none.
+inline AppError failureOf(const std::function<void()> &work)
+{
+    try {
+        work();
+    } catch (const AppError &e) {
+        return e;
+    }
+    return AppError(0, QString());
+}
 
 // A test of what reads no database: run on the first engine only.
 #define TILLORA_FIRST_ENGINE_ONLY()                                                                                    \

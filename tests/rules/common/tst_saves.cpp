@@ -28,17 +28,6 @@ namespace {
 
 const QString kChangedOnB = QStringLiteral("この記録は他のコンピュータ（PC-B）で変更されています。");
 
-// The error a save raises; number 0 when it raises none.
-AppError errorOf(const std::function<void()> &save)
-{
-    try {
-        save();
-    } catch (const AppError &e) {
-        return e;
-    }
-    return AppError(0, QString());
-}
-
 // Saves of forms 0 .. n-1 of the kind: the records form n works on.
 void before(int kind, int n)
 {
@@ -92,7 +81,7 @@ private slots:
         const std::function<void()> save = open(kind, form);
         for (int n = 1; n <= statements; ++n) {
             SaveProbe::FailAt failure(n);
-            QVERIFY2(errorOf(save).number() != 0, qPrintable(QStringLiteral("statement %1").arg(n)));
+            QVERIFY2(failureOf(save).number() != 0, qPrintable(QStringLiteral("statement %1").arg(n)));
             COMPARE_RECORDS(records(), unsaved);
         }
         save();
@@ -112,7 +101,7 @@ private slots:
         const std::function<void()> mine = open(kind, form);
         b.act([&] { open(kind, form)(); });
         const QStringList theirs = records();
-        const AppError e = errorOf(mine);
+        const AppError e = failureOf(mine);
         QCOMPARE(e.number(), VbErr::RecordChanged);
         QCOMPARE(e.description(), kChangedOnB);
         COMPARE_RECORDS(records(), theirs);
@@ -167,7 +156,7 @@ private slots:
         const std::function<void()> day = open(Day, 2);
         b.act([&] { open(kind, form)(); });
         const QStringList theirs = records();
-        QCOMPARE(errorOf(day).description(), message);
+        QCOMPARE(failureOf(day).description(), message);
         COMPARE_RECORDS(records(), theirs);
     }
 };

@@ -191,14 +191,6 @@ private slots:
         QCOMPARE(int(d[OldLeap]), leap);
     }
 
-    void oldDateArray()
-    {
-        // year, leap flag, month, day
-        QCOMPARE(OldDateOf(DateUtil::make(2000, 1, 1)), (OldDate{1999, 0, 11, 25}));
-        QCOMPARE(OldDateOf(DateUtil::make(2017, 6, 24)), (OldDate{2017, 1, 5, 1}));
-        QCOMPARE(QString::fromUtf8(SixDayNames[5]), QStringLiteral("仏滅"));
-    }
-
     void errorPeriodsAndLeapMonths()
     {
         // every day of 1990 to 2035: the days raising the subscript error

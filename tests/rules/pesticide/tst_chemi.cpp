@@ -14,30 +14,13 @@
 #include "rules/pesticide/LotFixture.h"
 #include "store/Database.h"
 #include "support/Build.h"
+#include "support/RowText.h"
 #include "support/RulesTest.h"
 #include "support/SaveProbe.h"
 
 #include <QtTest/QTest>
 
 namespace {
-
-// A field as the tests write it: Null "-", dates "yyyy/mm/dd", else its text.
-QString shown(const Value &v)
-{
-    if (!hasValue(v))
-        return QStringLiteral("-");
-    if (v.isDateType())
-        return DateUtil::format(v.toDate(), QStringLiteral("yyyy/MM/dd"));
-    return v.toText();
-}
-
-QString fields(const ChemiRow &r, const char *columns)
-{
-    QStringList out;
-    for (const QString &c : QString::fromLatin1(columns).split(QLatin1Char(' ')))
-        out << shown(ChemiRow::map().of(r, c));
-    return out.join(QLatin1Char('|'));
-}
 
 double lotField(int id, const char *column)
 {
@@ -118,25 +101,12 @@ private slots:
     {
         TestRoot root;
         ChemiRow r;
-        r.REG_NO = Value("90013");
-        r.CHEMI_NM = Value("手で打った名前");
-        Chemi::setChemiData(r);
-        QCOMPARE(r.CHEMI_NM.toText(), QStringLiteral("ミズカガミ１キロ粒剤（見本）"));
-        QCOMPARE(r.CHEMI_KIND.toText(), QStringLiteral("水田用除草剤（見本）"));
-        QCOMPARE(r.MAKER_NM.toText(), QStringLiteral("ひなた化成工業株式会社（見本）"));
-        // the codes of the register are ids of the lists
-        QCOMPARE(r.USES.toLong(), 4);
-        QCOMPARE(r.CHEMI_TYPE.toLong(), 8);
-        r.REG_NO = Value("ＢＴ");
-        Chemi::setChemiData(r);
-        QVERIFY(r.CHEMI_NM.isNull() && r.CHEMI_KIND.isNull() && r.MAKER_NM.isNull() && r.USES.isNull() &&
-                r.CHEMI_TYPE.isNull());
         // leaving the number's box asks the register; no number or 第123号 finds nothing
         Chemi::leaveBox(r, Chemi::RegNoBox, QStringLiteral("９００１３"));
-        QCOMPARE(fields(r, "REG_NO CHEMI_NM USES"), QStringLiteral("９００１３|ミズカガミ１キロ粒剤（見本）|4"));
+        QCOMPARE(recordText(r, "REG_NO CHEMI_NM USES"), QStringLiteral("９００１３|ミズカガミ１キロ粒剤（見本）|4"));
         for (const QString &odd : {QStringLiteral("第123号"), QString()}) {
             Chemi::leaveBox(r, Chemi::RegNoBox, odd);
-            QCOMPARE(fields(r, "REG_NO CHEMI_NM CHEMI_KIND MAKER_NM CHEMI_TYPE USES"),
+            QCOMPARE(recordText(r, "REG_NO CHEMI_NM CHEMI_KIND MAKER_NM CHEMI_TYPE USES"),
                      (odd.isEmpty() ? QStringLiteral("-") : odd) + QStringLiteral("|-|-|-|-|-"));
         }
     }
@@ -171,40 +141,14 @@ private slots:
             QCOMPARE(textOf(r.REG_NO), QStringLiteral("第123号"));
         QCOMPARE(Chemi::rowOfChemi(rows, Value("第123号")), -1);
         QCOMPARE(Chemi::rowOfChemi(rows, Value()), -1);
-    }
-
-    void listStatement()
-    {
-        Chemi::ListFilter f;
-        f.farmer = Value(1);
-        const QString order = QStringLiteral(" ORDER BY D_CHEMI.PUR_DATE, D_CHEMI.CHEMI_NM");
-        QCOMPARE(Chemi::listSql(f), QStringLiteral("SELECT D_CHEMI.*  FROM D_CHEMI  WHERE D_CHEMI.FMR_ID=1 AND "
-                                                   " D_CHEMI.REST_QTY>0") + order);
-        f.uses = Value(2);
-        f.name = QStringLiteral("O'フロア");
-        f.dateFrom = QStringLiteral("2024/4/1");
-        f.dateTo = QStringLiteral("2024/05/31");
-        f.regNo = QStringLiteral("９０００３");
-        f.stock = Chemi::Stock::UsedUp;
-        QCOMPARE(Chemi::listSql(f),
-                 QStringLiteral("SELECT D_CHEMI.*  FROM D_CHEMI  WHERE D_CHEMI.FMR_ID=1 AND  D_CHEMI.USES=2 AND  "
-                                "D_CHEMI.CHEMI_NM LIKE '%O''フロア%' AND  D_CHEMI.PUR_DATE>=#2024/04/01# AND  "
-                                "D_CHEMI.PUR_DATE<=#2024/05/31# AND  D_CHEMI.REG_NO=90003 AND  "
-                                "((D_CHEMI.REST_QTY<=0) OR (D_CHEMI.REST_QTY IS NULL))") + order);
-        // the empty use (0) is no criterion; 全て has none for the stock
-        f = Chemi::ListFilter();
-        f.farmer = Value(2);
-        f.uses = Value(0);
-        f.stock = Chemi::Stock::All;
-        QCOMPARE(Chemi::listSql(f), QStringLiteral("SELECT D_CHEMI.*  FROM D_CHEMI  WHERE D_CHEMI.FMR_ID=2") + order);
-        // a date the tables can't hold never reaches the engine
-        f.dateTo = QStringLiteral("0999/12/31");
-        try {
-            Chemi::listSql(f);
-            QFAIL("a date the tables can't hold went into the statement");
-        } catch (const AppError &e) {
-            QCOMPARE(e.number(), VbErr::DateSyntax);
-        }
+        // the other filters are values too: a quote finds nothing, a full-width
+        // number its lot, and a date the tables can't hold never reaches the engine
+        all.regNo = QStringLiteral("９０００３");
+        QCOMPARE(Chemi::readLots(all).size(), 1);
+        all.name = QStringLiteral("O'フロア");
+        QVERIFY(Chemi::readLots(all).isEmpty());
+        all.dateTo = QStringLiteral("0999/12/31");
+        QCOMPARE(failureOf([&] { Chemi::readLots(all); }).number(), VbErr::DateSyntax);
     }
 
     // ---------------------------------------------------------------- entry
@@ -239,7 +183,7 @@ private slots:
         ChemiRow r;
         r.USED_QTY = Value(1);
         Chemi::leaveBox(r, box, text);
-        QCOMPARE(fields(r, columns.toLatin1().constData()), expected);
+        QCOMPARE(recordText(r, columns.toLatin1().constData()), expected);
     }
 
     void recordOfTheEntry()
@@ -250,16 +194,16 @@ private slots:
         lot.CHK_FLG = Value(false);
         // changing, viewing and deleting take the row as it is
         for (Mode m : {Mode::Change, Mode::View, Mode::Delete})
-            QCOMPARE(fields(Chemi::openRecord(m, lot, Value(7)), "FMR_ID CHEMI_ID PUR_DATE CHK_FLG"),
+            QCOMPARE(recordText(Chemi::openRecord(m, lot, Value(7)), "FMR_ID CHEMI_ID PUR_DATE CHK_FLG"),
                      QStringLiteral("fmr_id|chemi_id|pur_date|False"));
         // a copy: a new lot of the same pesticide, bought again, all in hand
         const ChemiRow copy = Chemi::openRecord(Mode::Add, lot, Value(7));
-        QCOMPARE(fields(copy, "FMR_ID CHEMI_ID PUR_DATE USED_QTY REST_QTY UDATE CHK_FLG"),
+        QCOMPARE(recordText(copy, "FMR_ID CHEMI_ID PUR_DATE USED_QTY REST_QTY UDATE CHK_FLG"),
                  QStringLiteral("7|-|-|-|-|-|1"));
-        QCOMPARE(fields(copy, "CHEMI_NM REG_NO PUR_SHOP PUR_QTY PUR_AMT ACC_ID NOTES LEDGE_ID IDATE"),
+        QCOMPARE(recordText(copy, "CHEMI_NM REG_NO PUR_SHOP PUR_QTY PUR_AMT ACC_ID NOTES LEDGE_ID IDATE"),
                  QStringLiteral("chemi_nm|reg_no|pur_shop|pur_qty|pur_amt|acc_id|notes|ledge_id|idate"));
         // a new one
-        QCOMPARE(fields(Chemi::openRecord(Mode::Add, ChemiRow(), Value(1)), "FMR_ID CHEMI_ID CHEMI_NM CHK_FLG"),
+        QCOMPARE(recordText(Chemi::openRecord(Mode::Add, ChemiRow(), Value(1)), "FMR_ID CHEMI_ID CHEMI_NM CHK_FLG"),
                  QStringLiteral("1|-|-|1"));
         // the lists: the id chosen, or none
         ChemiRow r;
@@ -267,7 +211,7 @@ private slots:
         Chemi::leaveList(r, Chemi::TypeList, Value(8));
         Chemi::leaveList(r, Chemi::UnitList, Value(1));
         Chemi::leaveList(r, Chemi::UnitList, Value::null());
-        QCOMPARE(fields(r, "USES CHEMI_TYPE PUR_UNIT"), QStringLiteral("2|8|-"));
+        QCOMPARE(recordText(r, "USES CHEMI_TYPE PUR_UNIT"), QStringLiteral("2|8|-"));
     }
 
     void checkBeforeASave()
@@ -282,11 +226,11 @@ private slots:
         QCOMPARE(no.message, QStringLiteral("名称は必須入力です。"));
         QCOMPARE(no.box, int(Chemi::NameBox));
         // what is left is counted first
-        QCOMPARE(fields(r, "REST_QTY"), QStringLiteral("2.5"));
+        QCOMPARE(recordText(r, "REST_QTY"), QStringLiteral("2.5"));
         r.CHEMI_NM = Value("石灰硫黄合剤");
         r.PUR_QTY = Value::null();
         QVERIFY(Chemi::check(r, Mode::Change).ok());
-        QCOMPARE(fields(r, "REST_QTY"), QStringLiteral("-"));
+        QCOMPARE(recordText(r, "REST_QTY"), QStringLiteral("-"));
         // a purchase that makes a slip names the account it is paid from
         r.PUR_DATE = Value(DateUtil::make(2024, 4, 3));
         r.PUR_AMT = Value(Currency::fromInt(1200));
@@ -327,55 +271,6 @@ private slots:
         QCOMPARE(no.box, -1);
     }
 
-    // The slip's statement as the engine receives it (the time of the save
-    // read as NOW).
-    void purchaseSlipStatement_data()
-    {
-        QTest::addColumn<int>("mode");
-        QTest::addColumn<double>("amount");
-        QTest::addColumn<QString>("shop");
-        QTest::addColumn<QString>("notes");
-        QTest::addColumn<QString>("values");
-        QTest::newRow("purchase, changed") << int(Mode::Change) << 4500.0 << "O'Neil農園" << ""
-                                           << "1,5,#2024-04-03 00:00:00#,1130,3,6,'3.0kg',2000,0,0,NULL,'O''Neil農園','',"
-                                              "4500,#2024-04-03 10:00:00#,#NOW#,'PC-PEST',NULL)";
-        QTest::newRow("a return, added") << int(Mode::Add) << -500.5 << "" << "it's"
-                                         << "1,5,#2024-04-03 00:00:00#,2000,0,0,NULL,1130,3,6,'3.0kg',NULL,'it''s',"
-                                            "500.5,#NOW#,NULL,'PC-PEST',NULL)";
-    }
-    void purchaseSlipStatement()
-    {
-        QFETCH(int, mode);
-        QFETCH(double, amount);
-        QFETCH(QString, shop);
-        QFETCH(QString, notes);
-        QFETCH(QString, values);
-        TestRoot root;
-        ChemiRow r;
-        r.FMR_ID = Value(1);
-        r.CHEMI_ID = Value(6);
-        r.LEDGE_ID = Value(5);
-        r.PUR_DATE = Value(DateUtil::make(2024, 4, 3));
-        r.PUR_QTY = Value(3);
-        r.PUR_UNIT = Value(2);
-        r.ACC_ID = Value(Acc::Payable);
-        r.PUR_AMT = Value(amount);
-        r.PUR_SHOP = textOrNull(shop);
-        r.NOTES = textOrNull(notes);
-        r.IDATE = Value(DateUtil::make(2024, 4, 3, 10));
-        const QDateTime before = DateUtil::now();
-        QString sql = Chemi::purchaseSlipSql(Mode(mode), r, GetCompName());
-        for (QDateTime t = before; t <= DateUtil::now(); t = t.addSecs(1))
-            sql.replace(QLatin1Char('#') + DateUtil::sqlText(t) + QLatin1Char('#'), QStringLiteral("#NOW#"));
-        QCOMPARE(sql, QStringLiteral("INSERT INTO D_LEDGE (FMR_ID, LEDGE_ID, LEDGE_DATE, D_ACC_ID, D_OPT_KBN, D_OPT_ID, "
-                                     "D_OPT_NM, C_ACC_ID, C_OPT_KBN, C_OPT_ID, C_OPT_NM, CTR_NM, NOTES, AMT, IDATE, "
-                                     "UDATE, LAST_TM, HOLD_TM) VALUES (") +
-                          values);
-        // no amount, no slip
-        r.PUR_AMT = Value(0);
-        QVERIFY(Chemi::purchaseSlipSql(Mode(mode), r, GetCompName()).isEmpty());
-    }
-
     // ---------------------------------------------------------------- stock
 
     void stockOfTheLotsOfADay()
@@ -406,35 +301,31 @@ private slots:
         QCOMPARE(lotField(1, "REST_QTY"), 2.0);
     }
 
-    void aPurchaseBeyondTheBooksWritesNothing_data()
+    // A use counted in the lot's purchase unit by the unit table, either way round.
+    void recountConvertsToThePurchaseUnit_data()
     {
-        QTest::addColumn<int>("mode");
-        QTest::newRow("a lot bought") << int(Mode::Add);
-        QTest::newRow("a lot with its slip changed") << int(Mode::Change);
+        QTest::addColumn<int>("bought"); // the lot's unit: 1 g, 2 kg, 4 mL, 5 L
+        QTest::addColumn<double>("qty");
+        QTest::addColumn<int>("unit");
+        QTest::addColumn<double>("used");
+        QTest::newRow("grams of a kg lot") << 2 << 250.0 << 1 << 0.25;
+        QTest::newRow("kg of a g lot") << 1 << 3.0 << 2 << 3000.0;
+        QTest::newRow("the same unit") << 2 << 2.0 << 2 << 2.0;
+        QTest::newRow("mL of a L lot") << 5 << 100.0 << 4 << 0.1;
+        QTest::newRow("g and mL don't convert") << 1 << 5.0 << 4 << 0.0;
     }
-    void aPurchaseBeyondTheBooksWritesNothing()
+    void recountConvertsToThePurchaseUnit()
     {
-        QFETCH(int, mode);
+        QFETCH(int, bought);
+        QFETCH(double, qty);
+        QFETCH(int, unit);
+        QFETCH(double, used);
         TestRoot root;
-        seedLots();
-        ChemiRow r;
-        r.CHEMI_ID = Value(1);
-        if (Mode(mode) == Mode::Change)
-            QVERIFY(Chemi::rereadLot(r));
-        else
-            r = Chemi::openRecord(Mode::Add, r, Value(1));
-        Chemi::leaveBox(r, Chemi::DateBox, QStringLiteral("2024/06/01"));
-        Chemi::leaveBox(r, Chemi::AmountBox, QStringLiteral("1e300"));
-        const ChemiRow typed = r;
-        const QStringList before = SaveProbe::records();
-        try {
-            Chemi::saveLot(Mode(mode), r, GetCompName());
-            QFAIL("an amount beyond the books must be refused");
-        } catch (const AppError &e) {
-            QCOMPARE(e.number(), VbErr::Overflow);
-        }
-        QCOMPARE(SaveProbe::records(), before);
-        QCOMPARE(fields(r, "CHEMI_ID LEDGE_ID PUR_AMT"), fields(typed, "CHEMI_ID LEDGE_ID PUR_AMT"));
+        Build::lot(1, QStringLiteral("試験剤")).set("PUR_QTY", 10).set("PUR_UNIT", bought).add();
+        Build::diaryLine(QDate(2024, 6, 9), 1, WorkKbn::Spraying).set("CHEMI_ID", 1).set("QTY", qty).set("UNIT_ID", unit).add();
+        RecountChemiUse(Value(1), DateUtil::make(2024, 6, 9));
+        QCOMPARE(lotField(1, "USED_QTY"), used);
+        QCOMPARE(lotField(1, "REST_QTY"), 10 - used);
     }
 
     void useCost_data()

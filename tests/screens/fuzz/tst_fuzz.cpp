@@ -142,50 +142,19 @@ const char *const kUnlisted[] = {"fdlExpPriceTag", "fdlUploadTraceData"};
 
 // ------------------------------------------------------------------ inputs
 
-QString repeated(const QString &s, int n)
-{
-    QString out;
-    out.reserve(s.size() * n);
-    for (int i = 0; i < n; ++i)
-        out += s;
-    return out;
-}
-
 // Texts a hostile user types, and some that a field takes, so that saves happen.
 const QStringList &hostileTexts()
 {
     static const QStringList t{
-        QStringLiteral("'"),
-        QStringLiteral("\""),
-        QStringLiteral("O'Neil"),
-        QStringLiteral("'; DROP TABLE D_DIARY; --"),
-        QStringLiteral("#2024/01/01#"),
-        QStringLiteral("1 OR 1=1"),
-        QStringLiteral("%_*?[]"),
-        QStringLiteral("\\\\srv\\share"),
-        QStringLiteral("🍅トマト🌾"),
-        QStringLiteral("𠮷野家"),
-        QStringLiteral("１２３"),
-        QStringLiteral("－５"),
-        QStringLiteral("ｶﾀｶﾅ"),
-        QStringLiteral("1e300"),
-        QStringLiteral("-1e300"),
-        QStringLiteral("-0"),
-        QStringLiteral("9e15"),
-        QStringLiteral("-9e15"),
-        QStringLiteral("922337203685477"),
-        QStringLiteral("2147483648"),
-        QStringLiteral("0.00001"),
-        QStringLiteral("2026/02/30"),
-        QStringLiteral("20260230"),
-        QStringLiteral("13/45"),
-        QStringLiteral("0000/00/00"),
-        QStringLiteral("9999/12/31"),
-        QStringLiteral("NULL"),
-        QStringLiteral(" "),
-        QString(),
-        repeated(QStringLiteral("長"), 300),
-        repeated(QStringLiteral("x"), 10000),
+        QStringLiteral("'"), QStringLiteral("\""), QStringLiteral("O'Neil"),
+        QStringLiteral("'; DROP TABLE D_DIARY; --"), QStringLiteral("#2024/01/01#"), QStringLiteral("1 OR 1=1"),
+        QStringLiteral("%_*?[]"), QStringLiteral("\\\\srv\\share"), QStringLiteral("🍅トマト🌾"), QStringLiteral("𠮷野家"),
+        QStringLiteral("１２３"), QStringLiteral("－５"), QStringLiteral("ｶﾀｶﾅ"), QStringLiteral("1e300"),
+        QStringLiteral("-1e300"), QStringLiteral("-0"), QStringLiteral("9e15"), QStringLiteral("-9e15"),
+        QStringLiteral("922337203685477"), QStringLiteral("2147483648"), QStringLiteral("0.00001"),
+        QStringLiteral("2026/02/30"), QStringLiteral("20260230"), QStringLiteral("13/45"),
+        QStringLiteral("0000/00/00"), QStringLiteral("9999/12/31"), QStringLiteral("NULL"), QStringLiteral(" "),
+        QString(), QStringLiteral("長").repeated(300), QStringLiteral("x").repeated(10000),
     };
     return t;
 }

@@ -406,7 +406,6 @@ private slots:
             return f;
         };
         Form *f = open();
-        QCOMPARE(f->windowTitle(), QStringLiteral("余白・給紙設定"));
         auto text = f->array<QLineEdit>(QStringLiteral("Text1"), 2);
         auto cmb = f->array<QComboBox>(QStringLiteral("cmbDATA"), 2);
         // no row yet: 1.5 cm each, nothing chosen
@@ -458,7 +457,6 @@ private slots:
         gREP_PAGES = 4;
         Form *f = createScreen(QStringLiteral("fdlSetPrintCopy"));
         Gui::show(f);
-        QCOMPARE(f->windowTitle(), QStringLiteral("印刷ページ・部数設定"));
         auto txt = f->array<QLineEdit>(QStringLiteral("txtDATA"), 3);
         QCOMPARE(f->ctl<QLineEdit>(QStringLiteral("txtPAGES"))->text(), QStringLiteral("4"));
         QCOMPARE(txt[0]->text() + txt[1]->text(), QStringLiteral("14"));
@@ -495,7 +493,6 @@ private slots:
         gREP_ID = 0;
         Form *f = createScreen(QStringLiteral("fdlPrintTraceRep"));
         Gui::show(f);
-        QCOMPARE(f->windowTitle(), QStringLiteral("生産履歴印刷"));
         auto *yearBox = f->ctl<QLineEdit>(QStringLiteral("txtCOND(0)"));
         auto *plants = f->ctl<QComboBox>(QStringLiteral("cmbCOND(1)"));
         auto items = [plants] {
