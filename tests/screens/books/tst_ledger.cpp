@@ -18,6 +18,7 @@
 #include "store/Database.h"
 #include "store/Lookup.h"
 #include "support/Build.h"
+#include "support/EntryForm.h"
 #include "support/GuiDriver.h"
 #include "support/MsgRecorder.h"
 #include "support/TestRoot.h"
@@ -39,19 +40,13 @@
 
 #include <memory>
 
+using namespace EntryForm;
+
 namespace {
 
 int slipCount(const QString &criteria = QString())
 {
     return gDB->DCount(QStringLiteral("*"), QStringLiteral("D_LEDGE"), criteria).toLong();
-}
-
-QStringList column(QTreeWidget *list, int col)
-{
-    QStringList out;
-    for (int i = 0; i < list->topLevelItemCount(); ++i)
-        out << list->topLevelItem(i)->text(col);
-    return out;
 }
 
 QStringList heads(QTreeWidget *list)
@@ -60,40 +55,6 @@ QStringList heads(QTreeWidget *list)
     for (int i = 0; i < list->columnCount(); ++i)
         out << list->headerItem()->text(i);
     return out;
-}
-
-QLineEdit *txt(Form &f, int i) { return f.ctl<QLineEdit>(QStringLiteral("txtDATA(%1)").arg(i)); }
-QComboBox *cmb(Form &f, int i) { return f.ctl<QComboBox>(QStringLiteral("cmbDATA(%1)").arg(i)); }
-QPushButton *btn(Form &f, int i) { return f.ctl<QPushButton>(QStringLiteral("cmdMENU(%1)").arg(i)); }
-
-void typeAndLeave(QLineEdit *field, const QString &text)
-{
-    Gui::closePopups();
-    Gui::type(field, text);
-    Gui::leave(field);
-    Gui::closePopups();
-}
-
-void focusCombo(QComboBox *combo)
-{
-    Gui::closePopups();
-    if (!combo->hasFocus())
-        combo->setFocus(Qt::TabFocusReason);
-    Gui::settle();
-    Gui::closePopups();
-}
-
-// Picks an entry of an entry screen's list by its text and moves on.
-void chooseText(QComboBox *combo, const QString &text)
-{
-    const int i = combo->findText(text, Qt::MatchExactly);
-    QVERIFY2(i >= 0, qPrintable(text));
-    focusCombo(combo);
-    combo->setCurrentIndex(i);
-    emit combo->activated(i);
-    Gui::settle();
-    Gui::leave(combo);
-    Gui::closePopups();
 }
 
 QString itemsOf(QComboBox *c)
