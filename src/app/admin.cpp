@@ -23,6 +23,8 @@ int runShoot(QStringList args);
 int runPrintPtag(const QStringList &args);
 // admin_export.cpp: the price tag rows of a period into the CSV file.
 int runExportPtag(const QStringList &args);
+// admin_sprays.cpp: the sprayings that break or can't be checked against their registration.
+int runCheckSprays(const QStringList &args);
 
 namespace {
 
@@ -50,6 +52,9 @@ int usage()
         "  tillora-admin export-ptag [--root DIR] --from yyyy-mm-dd --to yyyy-mm-dd --dir OUT [--utf8] [--farmer N]\n"
         "      期間の出荷の値札データを、値札データ書出と同じ CSV ファイルに書き出す（既定は Shift-JIS、\n"
         "      --utf8: UTF-8 BOM 付き、--farmer: 既定生産者以外）。\n"
+        "  tillora-admin check-sprays [--root DIR] [--year Y]\n"
+        "      登録内容（作物・使用回数・収穫前日数）に合わない散布と、確認できない散布を全生産者分表示する\n"
+        "      （--year: その年の散布だけ）。\n"
         "  tillora-admin init-server [--root DIR]\n"
         "      設定で MySQL/MariaDB を指すデータ・マスタに、データベース、表、初期データを作成する。\n"
         "DIR を省くと、このプログラムのフォルダの親を使う。"));
@@ -188,6 +193,8 @@ int main(int argc, char **argv)
             rc = runPrintPtag(a.rest);
         } else if (a.command == QLatin1String("export-ptag")) {
             rc = runExportPtag(a.rest);
+        } else if (a.command == QLatin1String("check-sprays")) {
+            rc = runCheckSprays(a.rest);
         } else if (a.command == QLatin1String("oldcal")) {
             rc = runOldCal(a.rest);
         } else if (a.command == QLatin1String("init-server")) {

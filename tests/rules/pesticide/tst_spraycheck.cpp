@@ -9,6 +9,7 @@
 #include "support/Build.h"
 #include "support/RulesTest.h"
 
+#include <QProcess>
 #include <QtTest/QTest>
 
 namespace {
@@ -216,6 +217,31 @@ private slots:
         QCOMPARE(Spray::shipFromText(Spray::shipFrom(p, reg)), QStringLiteral("2024/06/16"));
         QCOMPARE(Spray::useCounts(p, reg, kToday).join(QLatin1Char('|')),
                  QStringLiteral("ハルカゼ（90001） 2回／3回まで|シズク（90007） 1回／3回まで"));
+    }
+
+    // The farm's report by the companion: every farmer, the year asked for.
+    void checkSpraysCommand()
+    {
+        TestRoot root;
+        Build::planting(1, QStringLiteral("ねぎ畑")).set("CROP_NM", "ねぎ").set("START_DATE", QDate(2023, 4, 1)).add();
+        Build::lot(1, QStringLiteral("ユウナギ")).set("REG_NO", "90008").add();
+        Build::diaryLine(QDate(2023, 5, 1), 1, WorkKbn::Spraying).set("PLANT_ID", 1).set("CHEMI_ID", 1).add();
+        Build::diaryLine(QDate(2024, 5, 1), 1, WorkKbn::Spraying).set("PLANT_ID", 1).set("CHEMI_ID", 1).add();
+        Build::diaryLine(QDate(2024, 5, 2), 1, WorkKbn::Spraying).set("FMR_ID", 2).add();
+        auto run = [&](const QStringList &more) {
+            QProcess p;
+            p.start(QStringLiteral(TILLORA_ADMIN), QStringList{"check-sprays", "--root", root.root()} + more);
+            p.waitForFinished(60000);
+            return QString::number(p.exitCode()) + QLatin1Char('\n') + QString::fromUtf8(p.readAllStandardOutput()) +
+                   QString::fromUtf8(p.readAllStandardError());
+        };
+        QCOMPARE(run({"--year", "2024"}),
+                 QStringLiteral("0\n"
+                                "生産者1\t2024/05/01\t1 ねぎ畑\tユウナギ（登録番号90008）は作物「ねぎ」に登録がありません。\n"
+                                "生産者2\t2024/05/02\t（作付なし）\t農薬は、作付がないため確認できません。\n"
+                                "2024年の散布の指摘 2件\n"));
+        QVERIFY(run({}).endsWith(QStringLiteral("散布の指摘 3件\n")));
+        QVERIFY(run({"--year", "二〇二四"}).startsWith(QStringLiteral("2\n使い方: tillora-admin check-sprays")));
     }
 };
 
