@@ -1,6 +1,8 @@
 #include "rules/pesticide/SprayCheck.h"
 
+#include "base/AppError.h"
 #include "base/Globals.h"
+#include "base/Msg.h"
 #include "base/Helpers.h"
 #include "rules/common/Ids.h"
 #include "rules/diary/DiaryDay.h"
@@ -590,6 +592,20 @@ QStringList checkShipment(const Value &farmer, const Value &plantId, const Value
     return out;
 }
 
+bool saveAnyway(const QString &heading, const std::function<QStringList()> &check)
+{
+    QStringList found;
+    try {
+        found = check();
+    } catch (const AppError &) {
+        return true;
+    }
+    return found.isEmpty() ||
+           ShowMsg(heading + QStringLiteral("\n\n") + found.join(QStringLiteral("\n\n")) +
+                       QStringLiteral("\n\n記録は実際のとおりに残せます。このまま登録しますか？"),
+                   Msg::YesNo | Msg::Exclamation) == Msg::ResYes;
+}
+
 QVector<ReportLine> farmReport(int year, const QDate &today)
 {
     QVector<ReportLine> out;
@@ -613,11 +629,25 @@ QVector<ReportLine> farmReport(int year, const QDate &today)
     return out;
 }
 
-QVector<QDate> warnedDays(const Value &farmer, const QDate &from, const QDate &to, const QDate &today)
+QVector<QDate> warnedDays(const Value &farmer, const Value &plantId, const QDate &from, const QDate &to,
+                          const QDate &today)
 {
     QVector<QDate> out;
+    // Only the plantings sprayed in the period are read.
+    QVector<Value> ids;
+    Stmt where("D_DIARY_DTL.FMR_ID=? AND D_DIARY_DTL.WORK_KBN=? AND D_DIARY_DTL.WORK_DATE>=? AND D_DIARY_DTL.WORK_DATE<=?");
+    where.num(farmer).num(WorkKbn::Spraying).day(DateUtil::fromDate(from)).day(DateUtil::fromDate(to));
+    if (hasValue(plantId) && plantId.toDouble() != 0)
+        where = Stmt("? AND D_DIARY_DTL.PLANT_ID=?").part(where).num(plantId);
+    RecordsetPtr rs = gDB->GetFwdOnlyRst(
+        Stmt("SELECT DISTINCT D_DIARY_DTL.PLANT_ID FROM D_DIARY_DTL WHERE ? AND D_DIARY_DTL.PLANT_ID>0").part(where));
+    for (; !rs->eof(); rs->MoveNext())
+        ids.append(rs->Fields(0));
+    rs->Close();
+    if (ids.isEmpty())
+        return out;
     Register reg;
-    for (const Planting &p : readAll(farmer, {})) {
+    for (const Planting &p : readAll(farmer, ids)) {
         for (const Finding &f : check(p, reg, today)) {
             const QDate d = p.sprays[f.spray].day;
             if (f.kind != Finding::Unchecked && d >= from && d <= to && !out.contains(d))

@@ -27,6 +27,8 @@
 #include <QStringList>
 #include <QVector>
 
+#include <functional>
+
 class DiaryDay;
 
 namespace Spray {
@@ -160,6 +162,12 @@ QStringList checkDay(const DiaryDay &day, const QDate &today);
 // and the earliest day allowed.
 QStringList checkShipment(const Value &farmer, const Value &plantId, const Value &shipDate);
 
+// The question before a save goes on, when `check` finds something: the
+// heading, what was found, and that the record may be kept as it happened.
+// True when the save may go on: nothing found, the farmer's yes, or a
+// failure of the check itself (it only warns, it never holds a save).
+bool saveAnyway(const QString &heading, const std::function<QStringList()> &check);
+
 // One line of the farm's report: a spraying that breaks or can't be checked.
 struct ReportLine {
     Value farmer;
@@ -171,8 +179,10 @@ struct ReportLine {
 // Every such spraying of every farmer, of the year (0 for all), by farmer, day and line.
 QVector<ReportLine> farmReport(int year, const QDate &today);
 
-// The days of a farmer's month on which a spraying breaks its registration
-// (what can't be checked is not counted), for the calendar's mark.
-QVector<QDate> warnedDays(const Value &farmer, const QDate &from, const QDate &to, const QDate &today);
+// The days from `from` to `to` on which a spraying of the farmer breaks its
+// registration (what can't be checked is not counted), for the calendar's
+// mark. plantId narrows them to a planting when it is one (not 0 or Null).
+QVector<QDate> warnedDays(const Value &farmer, const Value &plantId, const QDate &from, const QDate &to,
+                          const QDate &today);
 
 } // namespace Spray
