@@ -377,38 +377,64 @@ QString shipFromText(const ShipFrom &s)
     return t;
 }
 
-QStringList useCounts(const Planting &p, Register &reg, const QDate &today)
+namespace {
+
+struct UseCount {
+    QString regNo, lot, limit; // limit as said: "2回まで", "制限なし", "登録なし", "確認できません"
+    int used = 0;
+    int max = 0;               // a limit in numbers, 0 for none
+};
+
+// The uses of each registration this season, by registration number.
+QVector<UseCount> countUses(const Planting &p, Register &reg, const QDate &today)
 {
-    struct Count {
-        QString lot;
-        int n = 0;
-        Rule rule;
-    };
-    std::map<QString, Count> counts; // by registration number
+    std::map<QString, UseCount> counts;
     for (int ix : sprayOrder(p)) {
         const Spraying &s = p.sprays[ix];
         if (!hasLot(s) || s.regNo.isEmpty() || !inSeason(p, s.day, today))
             continue;
-        Count &c = counts[s.regNo];
-        if (c.n++ == 0) {
-            c.lot = s.lotName;
-            c.rule = ruleOf(p, s, reg);
-        }
-    }
-    QStringList out;
-    for (const auto &[regNo, c] : counts) {
-        QString limit;
-        if (c.rule.state == Rule::NotCovered)
-            limit = QStringLiteral("登録なし");
-        else if (c.rule.state == Rule::Unknown || c.rule.times.kind == Times::Unreadable)
-            limit = QStringLiteral("確認できません");
-        else if (c.rule.times.kind == Times::Free)
-            limit = QStringLiteral("制限なし");
+        UseCount &c = counts[s.regNo];
+        if (c.used++ > 0)
+            continue;
+        c.regNo = s.regNo;
+        c.lot = s.lotName;
+        const Rule r = ruleOf(p, s, reg);
+        if (r.state == Rule::NotCovered)
+            c.limit = QStringLiteral("登録なし");
+        else if (r.state == Rule::Unknown)
+            c.limit = QStringLiteral("確認できません");
         else
-            limit = QStringLiteral("%1回まで").arg(c.rule.times.max);
-        out << QStringLiteral("%1（%2） %3回／%4").arg(c.lot, regNo).arg(c.n).arg(limit);
+            c.limit = timesText(r.times);
+        if (r.state == Rule::Checked && r.times.kind == Times::Limit)
+            c.max = r.times.max;
     }
+    QVector<UseCount> out;
+    for (const auto &kv : counts)
+        out.append(kv.second);
     return out;
+}
+
+} // namespace
+
+QStringList useCounts(const Planting &p, Register &reg, const QDate &today)
+{
+    QStringList out;
+    for (const UseCount &c : countUses(p, reg, today))
+        out << QStringLiteral("%1（%2） %3回／%4").arg(c.lot, c.regNo).arg(c.used).arg(c.limit);
+    return out;
+}
+
+QString useCountsShort(const Planting &p, Register &reg, const QDate &today)
+{
+    QStringList out;
+    for (const UseCount &c : countUses(p, reg, today)) {
+        QString t = c.max > 0 ? QStringLiteral("%1 %2/%3回").arg(c.regNo).arg(c.used).arg(c.max)
+                              : QStringLiteral("%1 %2回（%3）").arg(c.regNo).arg(c.used).arg(c.limit);
+        if (c.max > 0 && c.used > c.max)
+            t += QStringLiteral("超過");
+        out << t;
+    }
+    return out.join(QStringLiteral("、"));
 }
 
 // ---------------------------------------------------------------- the tables
@@ -516,6 +542,24 @@ QVector<Planting> readAll(const Value &farmer, const QVector<Value> &plantIds)
 QVector<Planting> readPlantings(const Value &farmer, const Value &plantId)
 {
     return readAll(farmer, hasValue(plantId) ? QVector<Value>{plantId} : QVector<Value>());
+}
+
+QHash<qint64, PlantSummary> summaries(const Value &farmer, const QVector<Value> &plantIds, const QDate &today)
+{
+    QHash<qint64, PlantSummary> out;
+    QVector<Value> ids;
+    for (const Value &id : plantIds)
+        if (hasValue(id))
+            ids.append(id);
+    if (ids.isEmpty())
+        return out;
+    Register reg;
+    for (const Planting &p : readAll(farmer, ids))
+        if (p.exists && !p.sprays.isEmpty())
+            out.insert(keyOf(p.farmer, p.plantId).second,
+                       PlantSummary{shipFromText(shipFrom(p, reg)), useCounts(p, reg, today),
+                                    useCountsShort(p, reg, today)});
+    return out;
 }
 
 QStringList checkDay(const DiaryDay &day, const QDate &today)

@@ -138,6 +138,8 @@ ShipFrom shipFrom(const Planting &p, Register &reg);
 // The uses of each registration on the planting this season against its
 // limit, one line each: "ハルカゼ乳剤 2/3回以内".
 QStringList useCounts(const Planting &p, Register &reg, const QDate &today);
+// The same in short, for a list's cell: "90005 3/2回超過、90007 1/3回".
+QString useCountsShort(const Planting &p, Register &reg, const QDate &today);
 // The 出荷可能日 as shown: "yyyy/MM/dd", "" for none, with "（確認できない散布あり）"
 // when it is not sure.
 QString shipFromText(const ShipFrom &s);
@@ -151,6 +153,17 @@ int harvestKind();
 // for every farmer; plantId: Null for every planting of the farmer(s).
 // Spraying lines without a planting come as plantings that don't exist.
 QVector<Planting> readPlantings(const Value &farmer, const Value &plantId);
+
+// What the planting screens show of a planting: its 出荷可能日 (as
+// shipFromText) and its use counts (as useCounts).
+struct PlantSummary {
+    QString shipFrom;
+    QStringList uses;
+    QString usesShort;
+};
+// The summaries of the farmer's plantings, by PLANT_ID, read at one go;
+// plantings with no spraying are left out.
+QHash<qint64, PlantSummary> summaries(const Value &farmer, const QVector<Value> &plantIds, const QDate &today);
 
 // The findings of a diary day about to be saved: the day in memory taking
 // the place of its stored lines. Only sprayings of the day with a lot and a

@@ -1,14 +1,18 @@
 // The spraying checks where the farmer meets them: the diary day's save and
 // the shipment's save ask before going on and save when told to, and the
 // calendar's pesticide mark turns red on the day of a spraying that breaks
-// its registration.
+// its registration; the planting list and entry show the first shipping day
+// and the uses against their limits.
 
 #include "base/Globals.h"
 #include "base/Msg.h"
 #include "rules/common/Ids.h"
 #include "rules/diary/CalMonth.h"
+#include "rules/planting/PlantData.h"
 #include "rules/shipping/ShipData.h"
 #include "screens/diary/frmDairyInput.h"
+#include "screens/planting/frmPlantInput.h"
+#include "screens/planting/frmPlantList.h"
 #include "screens/shipping/frmShipInput.h"
 #include "store/Database.h"
 #include "support/Build.h"
@@ -17,7 +21,10 @@
 #include "support/TestRoot.h"
 
 #include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
+#include <QTreeWidget>
 #include <QtTest/QTest>
 
 namespace {
@@ -25,7 +32,10 @@ namespace {
 // Tomatoes from 4/1 sprayed with lot 1 (2回以内, 収穫前日まで) on 6/1 and 6/10.
 void seedTwoSprayings()
 {
-    Build::planting(1, QStringLiteral("夏トマト")).set("CROP_NM", "トマト").set("START_DATE", QDate(2024, 4, 1)).add();
+    Build::planting(1, QStringLiteral("夏トマト")).set("CROP_NM", "トマト")
+        .set("PLANT_DATE", QDate(2024, 4, 1))
+        .set("START_DATE", QDate(2024, 4, 1))
+        .add();
     Build::lot(1, QStringLiteral("アサギリ")).set("REG_NO", "90005").set("CHK_FLG", true).add();
     for (const QDate &d : {QDate(2024, 6, 1), QDate(2024, 6, 10)})
         Build::diaryLine(d, 1, WorkKbn::Spraying).set("PLANT_ID", 1).set("CHEMI_ID", 1).add();
@@ -104,6 +114,30 @@ private slots:
             QStringLiteral("アサギリ（登録番号90005）を2024/06/10に散布しています。使用時期「収穫前日まで」により、出荷は2024/06/11からです。")));
         QVERIFY(!f.isVisible());
         QCOMPARE(gDB->DCount("*", "D_DIARY_DTL", "FMR_ID=1 AND SHIP_ID=1").toDouble(), 1.0);
+    }
+
+    void thePlantingScreensShowWhatTheSpraysAllow()
+    {
+        TestRoot root;
+        seedTwoSprayings();
+        Build::planting(2, QStringLiteral("秋なす")).set("CROP_NM", "なす").set("PLANT_DATE", QDate(2024, 7, 1)).add();
+        gPLANT_ROWS.clear();
+        frmPlantList list;
+        Gui::show(&list);
+        list.ctl<QLineEdit>("txtCOND(0)")->clear();
+        list.SetList();
+        auto *view = list.ctl<QTreeWidget>("ListView1");
+        QCOMPARE(view->topLevelItemCount(), 2);
+        QStringList cells;
+        for (int i = 0; i < 2; ++i)
+            cells << view->topLevelItem(i)->text(1) + QLatin1Char('|') + view->topLevelItem(i)->text(6) +
+                         QLatin1Char('|') + view->topLevelItem(i)->text(7);
+        QCOMPARE(cells.join(QLatin1Char(' ')), QStringLiteral("秋なす|| 夏トマト|2024/06/11|90005 2/2回"));
+
+        frmPlantInput f(Mode::Change, 1);
+        Gui::show(&f);
+        QCOMPARE(f.ctl<QLabel>("lblDATA(2)")->text(), QStringLiteral("2024/06/11"));
+        QCOMPARE(f.ctl<QLabel>("lblDATA(3)")->text(), QStringLiteral("アサギリ（90005） 2回／2回まで"));
     }
 };
 
