@@ -158,19 +158,53 @@ QString dilutionText(const Dilution &d)
 
 // ---------------------------------------------------------------- the register
 
-bool Register::known(const QString &regNo)
+namespace {
+// A registration number as the register is searched by it: its leading number.
+qint64 regKey(const QString &regNo) { return qint64(leadingNumber(regNo)); }
+} // namespace
+
+Register::Register()
 {
-    auto it = mKnown.find(regNo);
-    if (it != mKnown.end())
-        return *it;
-    const Value n = gWORK->DCount(QStringLiteral("*"), QStringLiteral("L_CHEMI_APPL"),
-                                  Stmt("REG_NO=?").num(Value(regNo)));
-    const bool k = Nz(n, Value(0)).toDouble() > 0;
-    mKnown.insert(regNo, k);
-    return k;
+    RecordsetPtr rs = gWORK->GetFwdOnlyRst(QStringLiteral(
+        "SELECT L_CHEMI_APPL.REG_NO, L_CHEMI_APPL.TARGET, L_CHEMI_APPL.PURPOSE, L_CHEMI_APPL.DILUTION, "
+        "L_CHEMI_APPL.USE_QTY, L_CHEMI_APPL.SEASON, L_CHEMI_APPL.USE_TIMES, L_CHEMI_APPL.USE_WAY, "
+        "L_CHEMI_APPL_MATCH.CROP_NM, L_CHEMI_APPL_MATCH.CROP_KBN, L_CHEMI_APPL_MATCH.CROP_NM_NG, "
+        "L_CHEMI_APPL_MATCH.CROP_KBN_NG"
+        " FROM L_CHEMI_APPL INNER JOIN L_CHEMI_APPL_MATCH ON L_CHEMI_APPL.CROP_NM = L_CHEMI_APPL_MATCH.CHEMI_CROP_NM"));
+    for (; !rs->eof(); rs->MoveNext()) {
+        const Chemi::CropMatch m{textField(*rs, "CROP_NM"), textField(*rs, "CROP_KBN"), textField(*rs, "CROP_NM_NG"),
+                                 textField(*rs, "CROP_KBN_NG")};
+        mUses[regKey(textField(*rs, "REG_NO"))].append(Use{m, ApplRow::map().read(*rs)});
+    }
+    rs->Close();
+    // A name listed twice keeps its first row, as a look-up by the name finds it.
+    rs = gWORK->GetFwdOnlyRst(QStringLiteral("SELECT L_CROP.CROP_NM1, L_CROP.CROP_NM2, L_CROP.CROP_KBN FROM L_CROP"));
+    for (; !rs->eof(); rs->MoveNext()) {
+        const QString name = textField(*rs, "CROP_NM1");
+        if (!mCrops.contains(name))
+            mCrops.insert(name, Chemi::Crop{name, textField(*rs, "CROP_NM2"), textField(*rs, "CROP_KBN")});
+    }
+    rs->Close();
+    const Value id = gWORK->DLookup(QStringLiteral("ID"), QStringLiteral("L_KBN"),
+                                    Stmt("KBN=20 AND NM=?").text(QStringLiteral("収穫")));
+    mHarvestKind = hasValue(id) ? int(id.toDouble()) : 0;
+}
+
+Chemi::Crop Register::cropOf(const QString &name) const
+{
+    return mCrops.value(name, Chemi::Crop{name, QString(), QString()});
 }
 
 Rule Register::rule(const QString &regNo, const QString &crop, const QString &purpose)
+{
+    const QString key = regNo + QLatin1Char('\t') + crop + QLatin1Char('\t') + purpose;
+    auto it = mRules.constFind(key);
+    if (it == mRules.constEnd())
+        it = mRules.insert(key, ruleOf(regNo, crop, purpose));
+    return *it;
+}
+
+Rule Register::ruleOf(const QString &regNo, const QString &crop, const QString &purpose) const
 {
     Rule r;
     if (regNo.trimmed().isEmpty()) {
@@ -181,20 +215,18 @@ Rule Register::rule(const QString &regNo, const QString &crop, const QString &pu
         r.why = QStringLiteral("作付に作物がないため");
         return r;
     }
-    if (!known(regNo)) {
+    const auto uses = mUses.constFind(regKey(regNo));
+    if (uses == mUses.constEnd()) {
         r.why = QStringLiteral("登録番号%1の適用が登録データにないため").arg(regNo);
         return r;
     }
-    auto cit = mCrops.find(crop);
-    if (cit == mCrops.end())
-        cit = mCrops.insert(crop, Chemi::cropOf(crop));
-    const QString key = regNo + QLatin1Char('\t') + crop;
-    auto ait = mAppl.find(key);
-    if (ait == mAppl.end())
-        ait = mAppl.insert(key, Chemi::applications(Value(regNo), *cit));
-    QVector<ApplRow> rows = *ait;
+    const Chemi::Crop c = cropOf(crop);
+    QVector<ApplRow> rows;
+    for (const Use &u : *uses)
+        if (Chemi::cropApplies(u.match, c))
+            rows.append(u.row);
     if (rows.isEmpty()) {
-        if (cit->item.isEmpty() && cit->group.isEmpty()) {
+        if (c.item.isEmpty() && c.group.isEmpty()) {
             r.why = QStringLiteral("作物「%1」が作物一覧にないため").arg(crop);
             return r;
         }
@@ -439,13 +471,6 @@ QString useCountsShort(const Planting &p, Register &reg, const QDate &today)
 
 // ---------------------------------------------------------------- the tables
 
-int harvestKind()
-{
-    const Value id = gWORK->DLookup(QStringLiteral("ID"), QStringLiteral("L_KBN"),
-                                    Stmt("KBN=20 AND NM=?").text(QStringLiteral("収穫")));
-    return hasValue(id) ? int(id.toDouble()) : 0;
-}
-
 namespace {
 
 using Key = QPair<qint64, qint64>;
@@ -466,7 +491,7 @@ Stmt condition(const char *table, const Value &farmer, const QVector<Value> &pla
     return w;
 }
 
-QVector<Planting> readAll(const Value &farmer, const QVector<Value> &plantIds)
+QVector<Planting> readAll(const Value &farmer, const QVector<Value> &plantIds, int harvest)
 {
     QHash<Key, int> at;
     QVector<Planting> out;
@@ -498,7 +523,6 @@ QVector<Planting> readAll(const Value &farmer, const QVector<Value> &plantIds)
     }
     rs->Close();
 
-    const int harvest = harvestKind();
     rs = gDB->GetFwdOnlyRst(
         Stmt("SELECT D_DIARY_DTL.FMR_ID, D_DIARY_DTL.PLANT_ID, D_DIARY_DTL.WORK_DATE, D_DIARY_DTL.DTL_NO, "
              "D_DIARY_DTL.WORK_KBN, D_DIARY_DTL.CHEMI_ID, D_DIARY_DTL.CHEMI_NM, D_DIARY_DTL.PURPOSE, "
@@ -539,9 +563,9 @@ QVector<Planting> readAll(const Value &farmer, const QVector<Value> &plantIds)
 
 } // namespace
 
-QVector<Planting> readPlantings(const Value &farmer, const Value &plantId)
+QVector<Planting> readPlantings(const Value &farmer, const Value &plantId, const Register &reg)
 {
-    return readAll(farmer, hasValue(plantId) ? QVector<Value>{plantId} : QVector<Value>());
+    return readAll(farmer, hasValue(plantId) ? QVector<Value>{plantId} : QVector<Value>(), reg.harvestKind());
 }
 
 QHash<qint64, PlantSummary> summaries(const Value &farmer, const QVector<Value> &plantIds, const QDate &today)
@@ -554,7 +578,7 @@ QHash<qint64, PlantSummary> summaries(const Value &farmer, const QVector<Value> 
     if (ids.isEmpty())
         return out;
     Register reg;
-    for (const Planting &p : readAll(farmer, ids))
+    for (const Planting &p : readAll(farmer, ids, reg.harvestKind()))
         if (p.exists && !p.sprays.isEmpty())
             out.insert(keyOf(p.farmer, p.plantId).second,
                        PlantSummary{shipFromText(shipFrom(p, reg)), useCounts(p, reg, today),
@@ -572,9 +596,30 @@ QStringList checkDay(const DiaryDay &day, const QDate &today)
             ids.append(l.PLANT_ID);
     if (ids.isEmpty())
         return {};
-    QVector<Planting> plantings = readAll(day.day.FMR_ID, ids);
-    const int harvest = harvestKind();
     Register reg;
+    QVector<Planting> plantings = readAll(day.day.FMR_ID, ids, reg.harvestKind());
+    const int harvest = reg.harvestKind();
+    // The registration numbers of the day's lots: those the plantings' other
+    // sprayings brought, the rest read at one go.
+    QHash<qint64, QString> regNos;
+    for (const Planting &p : plantings)
+        for (const Spraying &s : p.sprays)
+            if (hasLot(s))
+                regNos.insert(qint64(s.chemiId.toDouble()), s.regNo);
+    QVector<Value> lots;
+    for (const DiaryDtlRec &l : day.dtl)
+        if (l.spraying() && hasValue(l.CHEMI_ID) && l.CHEMI_ID.toDouble() != 0 &&
+            !regNos.contains(qint64(l.CHEMI_ID.toDouble())) && !lots.contains(l.CHEMI_ID))
+            lots.append(l.CHEMI_ID);
+    if (!lots.isEmpty()) {
+        RecordsetPtr rs = gDB->GetFwdOnlyRst(
+            Stmt("SELECT D_CHEMI.CHEMI_ID, D_CHEMI.REG_NO FROM D_CHEMI WHERE D_CHEMI.FMR_ID=? AND D_CHEMI.CHEMI_ID IN (?)")
+                .num(day.day.FMR_ID)
+                .ids(lots));
+        for (; !rs->eof(); rs->MoveNext())
+            regNos.insert(qint64(rs->Fields(0).toDouble()), textOf(rs->Fields(1)).trimmed());
+        rs->Close();
+    }
     QStringList out;
     for (Planting &p : plantings) {
         // The stored lines of the day give way to those in memory.
@@ -595,10 +640,8 @@ QStringList checkDay(const DiaryDay &day, const QDate &today)
             s.line = p.sprays.size() - firstOfDay + 1;
             s.chemiId = l.CHEMI_ID;
             s.lotName = textOf(l.CHEMI_NM);
-            if (hasValue(l.CHEMI_ID) && l.CHEMI_ID.toDouble() != 0)
-                s.regNo = textOf(gDB->DLookup(QStringLiteral("REG_NO"), QStringLiteral("D_CHEMI"),
-                                              Stmt("FMR_ID=? AND CHEMI_ID=?").num(day.day.FMR_ID).num(l.CHEMI_ID)))
-                              .trimmed();
+            if (hasValue(l.CHEMI_ID))
+                s.regNo = regNos.value(qint64(l.CHEMI_ID.toDouble()));
             s.purpose = textOf(l.PURPOSE);
             p.sprays.append(s);
         }
@@ -618,7 +661,7 @@ QStringList checkShipment(const Value &farmer, const Value &plantId, const Value
         return {};
     QStringList out;
     Register reg;
-    for (const Planting &p : readPlantings(farmer, plantId)) {
+    for (const Planting &p : readPlantings(farmer, plantId, reg)) {
         for (int ix : sprayOrder(p)) {
             const Spraying &s = p.sprays[ix];
             if (s.day > ship || !hasLot(s) || !p.exists)
@@ -654,7 +697,7 @@ QVector<ReportLine> farmReport(int year, const QDate &today)
 {
     QVector<ReportLine> out;
     Register reg;
-    for (const Planting &p : readAll(Value::null(), {})) {
+    for (const Planting &p : readAll(Value::null(), {}, reg.harvestKind())) {
         for (const Finding &f : check(p, reg, today)) {
             const Spraying &s = p.sprays[f.spray];
             if (year != 0 && s.day.year() != year)
@@ -691,7 +734,7 @@ QVector<QDate> warnedDays(const Value &farmer, const Value &plantId, const QDate
     if (ids.isEmpty())
         return out;
     Register reg;
-    for (const Planting &p : readAll(farmer, ids)) {
+    for (const Planting &p : readAll(farmer, ids, reg.harvestKind())) {
         for (const Finding &f : check(p, reg, today)) {
             const QDate d = p.sprays[f.spray].day;
             if (f.kind != Finding::Unchecked && d >= from && d <= to && !out.contains(d))

@@ -102,16 +102,27 @@ struct Rule {
     QString seasonWording;
 };
 
-// The registered uses read once per registration number and crop.
+// The register as the checks read it: every registered use with its crop
+// match, the crop list and the harvest work kind, read from the work
+// database at once when made (the register is small, and read only).
 class Register {
 public:
+    Register();
     Rule rule(const QString &regNo, const QString &crop, const QString &purpose);
+    // The harvest work kind of the work list (L_KBN 20 "収穫"); 0 when the list has none.
+    int harvestKind() const { return mHarvestKind; }
 
 private:
-    bool known(const QString &regNo);
-    QHash<QString, bool> mKnown;
+    struct Use {
+        Chemi::CropMatch match;
+        ApplRow row;
+    };
+    Chemi::Crop cropOf(const QString &name) const;
+    Rule ruleOf(const QString &regNo, const QString &crop, const QString &purpose) const;
+    QHash<qint64, QVector<Use>> mUses; // by registration number
+    QHash<QString, Rule> mRules;       // by number, crop and purpose, as asked
     QHash<QString, Chemi::Crop> mCrops;
-    QHash<QString, QVector<ApplRow>> mAppl;
+    int mHarvestKind = 0;
 };
 
 // ---------------------------------------------------------------- the checks
@@ -146,13 +157,10 @@ QString shipFromText(const ShipFrom &s);
 
 // ---------------------------------------------------------------- the tables
 
-// The harvest work kind of the work list (L_KBN 20 "収穫"); 0 when the list has none.
-int harvestKind();
-
 // The plantings with their sprayings, harvests and shipments. farmer: Null
 // for every farmer; plantId: Null for every planting of the farmer(s).
 // Spraying lines without a planting come as plantings that don't exist.
-QVector<Planting> readPlantings(const Value &farmer, const Value &plantId);
+QVector<Planting> readPlantings(const Value &farmer, const Value &plantId, const Register &reg);
 
 // What the planting screens show of a planting: its 出荷可能日 (as
 // shipFromText) and its use counts (as useCounts).

@@ -180,14 +180,14 @@ private slots:
                 .set("PURPOSE", purpose.isEmpty() ? Value::null() : Value(purpose))
                 .add();
         for (const QDate &d : days(harvests))
-            Build::diaryLine(d, no++, Spray::harvestKind()).set("PLANT_ID", 1).add();
+            Build::diaryLine(d, no++, Spray::Register().harvestKind()).set("PLANT_ID", 1).add();
         int ship = 1;
         for (const QDate &d : days(ships))
             Build::shipment(ship++, d).set("PLANT_ID", 1).add();
 
-        const QVector<Spray::Planting> ps = Spray::readPlantings(Value(1), Value(1));
-        QCOMPARE(ps.size(), 1);
         Spray::Register reg;
+        const QVector<Spray::Planting> ps = Spray::readPlantings(Value(1), Value(1), reg);
+        QCOMPARE(ps.size(), 1);
         QStringList got;
         for (const Spray::Finding &f : Spray::check(ps[0], reg, kToday))
             got << ps[0].sprays[f.spray].day.toString(QStringLiteral("M/d")) + QLatin1Char(':') + kindName(f.kind);
@@ -212,8 +212,8 @@ private slots:
                                 "シズク（登録番号90007）を2024/06/05に散布しています。使用時期「収穫7日前まで」により、出荷は2024/06/12からです。"));
         QVERIFY(Spray::checkShipment(Value(1), Value(1), Value(QDateTime(QDate(2024, 6, 30), QTime()))).isEmpty());
 
-        const Spray::Planting p = Spray::readPlantings(Value(1), Value(1)).value(0);
         Spray::Register reg;
+        const Spray::Planting p = Spray::readPlantings(Value(1), Value(1), reg).value(0);
         QCOMPARE(Spray::shipFromText(Spray::shipFrom(p, reg)), QStringLiteral("2024/06/16"));
         QCOMPARE(Spray::useCounts(p, reg, kToday).join(QLatin1Char('|')),
                  QStringLiteral("ハルカゼ（90001） 2回／3回まで|シズク（90007） 1回／3回まで"));
