@@ -13,6 +13,7 @@
 #include "rules/diary/DiaryDay.h"
 #include "rules/diary/modOldCal.h"
 #include "rules/pesticide/ChemiStock.h"
+#include "rules/pesticide/SprayCheck.h"
 #include "store/Database.h"
 
 #include <QApplication>
@@ -103,6 +104,21 @@ void CalCollect(benchmark::State &state, Kind kind, QDate month)
             QVector<CalMonth::Cell> cells = CalMonth::collect(g, month, QDate::currentDate(), kFarmer, o, Value(0));
             benchmark::DoNotOptimize(cells);
         }
+    });
+}
+
+// The red pesticide marks of the month: the sprayings of the month's
+// plantings held against their registrations, as collect asks for them.
+void CalSprayWarnings(benchmark::State &state, Kind kind, QDate month)
+{
+    guarded(state, [&] {
+        use(kind);
+        int days = 0;
+        for (auto _ : state)
+            days = Spray::warnedDays(kFarmer, Value(0), month, month.addDays(month.daysInMonth() - 1),
+                                     QDate::currentDate())
+                       .size();
+        state.counters["days"] = days;
     });
 }
 
@@ -223,31 +239,71 @@ void OldDateOf(benchmark::State &state)
 
 // `tillora-admin oldcal --root <the engine's tree> 1990-01-01 2035-12-31`,
 // its output into a file: the whole command, process start included.
+// Runs the companion with the arguments (after --root) once per iteration,
+// its output into `file`; false when it failed (the benchmark is marked).
+bool timeAdmin(benchmark::State &state, Kind kind, const QString &command, const QStringList &args,
+               const QString &file)
+{
+    Store &s = use(kind);
+    const QString admin = adminProgram();
+    if (!QFileInfo(admin).isExecutable()) {
+        state.SkipWithError(qPrintable(QStringLiteral("no program %1").arg(admin)));
+        return false;
+    }
+    for (auto _ : state) {
+        QProcess p;
+        p.setProgram(admin);
+        p.setArguments(QStringList{command, QStringLiteral("--root"), s.root()} + args);
+        p.setStandardOutputFile(file);
+        p.start();
+        if (!p.waitForFinished(-1) || p.exitStatus() != QProcess::NormalExit || p.exitCode() != 0) {
+            state.SkipWithError(qPrintable(QString::fromLocal8Bit(p.readAllStandardError())));
+            return false;
+        }
+    }
+    return true;
+}
+
+QByteArray fileText(const QString &file)
+{
+    QFile f(file);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
 void OldCalCommand(benchmark::State &state, Kind kind)
 {
     guarded(state, [&] {
-        Store &s = use(kind);
-        const QString admin = adminProgram();
-        if (!QFileInfo(admin).isExecutable())
-            return state.SkipWithError(qPrintable(QStringLiteral("no program %1").arg(admin)));
         QTemporaryDir out;
         const QString file = out.filePath(QStringLiteral("oldcal.txt"));
-        for (auto _ : state) {
-            QProcess p;
-            p.setProgram(admin);
-            p.setArguments({QStringLiteral("oldcal"), QStringLiteral("--root"), s.root(), QStringLiteral("1990-01-01"),
-                            QStringLiteral("2035-12-31")});
-            p.setStandardOutputFile(file);
-            p.start();
-            if (!p.waitForFinished(-1) || p.exitStatus() != QProcess::NormalExit || p.exitCode() != 0)
-                return state.SkipWithError(qPrintable(QString::fromLocal8Bit(p.readAllStandardError())));
-        }
-        QFile f(file);
-        if (!f.open(QIODevice::ReadOnly))
-            return state.SkipWithError("no output");
-        const QByteArray text = f.readAll();
+        if (!timeAdmin(state, kind, QStringLiteral("oldcal"), {QStringLiteral("1990-01-01"), QStringLiteral("2035-12-31")}, file))
+            return;
+        const QByteArray text = fileText(file);
         state.counters["lines"] = text.count('\n');
         state.counters["error_lines"] = text.count("\tERROR\t");
+    });
+}
+
+// tillora-admin check-sprays over the ten years, as the farmer runs it.
+void CheckSpraysCommand(benchmark::State &state, Kind kind)
+{
+    guarded(state, [&] {
+        QTemporaryDir out;
+        const QString file = out.filePath(QStringLiteral("sprays.txt"));
+        if (!timeAdmin(state, kind, QStringLiteral("check-sprays"), {}, file))
+            return;
+        state.counters["findings"] = fileText(file).count('\n') - 1;
+    });
+}
+
+// The same report inside the process: the reading and the checks alone.
+void CheckSpraysReport(benchmark::State &state, Kind kind)
+{
+    guarded(state, [&] {
+        use(kind);
+        int n = 0;
+        for (auto _ : state)
+            n = Spray::farmReport(0, QDate(2025, 12, 31)).size();
+        state.counters["findings"] = n;
     });
 }
 
@@ -651,6 +707,9 @@ void registerDiaryBenchmarks(Kind kind)
     named(benchmark::RegisterBenchmark(("Parts/DispCal_Collect/" + monthName(kMidMonth) + k).c_str(), CalCollect, kind,
                                        kMidMonth),
           benchmark::kMillisecond);
+    named(benchmark::RegisterBenchmark(("Parts/DispCal_SprayWarnings/" + monthName(kMidMonth) + k).c_str(),
+                                       CalSprayWarnings, kind, kMidMonth),
+          benchmark::kMillisecond);
     named(benchmark::RegisterBenchmark(("Parts/DispCal_DiaryPages/" + monthName(kMidMonth) + k).c_str(), CalDiaryPages,
                                        kind, kMidMonth),
           benchmark::kMillisecond);
@@ -669,6 +728,12 @@ void registerDiaryBenchmarks(Kind kind)
     named(benchmark::RegisterBenchmark(("OldCal_Command_1990_2035" + k).c_str(), OldCalCommand, kind),
           benchmark::kMillisecond)
         ->Iterations(3);
+    named(benchmark::RegisterBenchmark(("CheckSprays_Command_TenYears" + k).c_str(), CheckSpraysCommand, kind),
+          benchmark::kMillisecond)
+        ->Iterations(3);
+    named(benchmark::RegisterBenchmark(("Parts/CheckSprays_Report_TenYears" + k).c_str(), CheckSpraysReport, kind),
+          benchmark::kMillisecond);
+
 
     named(benchmark::RegisterBenchmark(("DiaryDay_OpenSave" + k).c_str(), DiaryDayOpenSave, kind),
           benchmark::kMillisecond);
@@ -687,6 +752,13 @@ void registerDiaryBenchmarks(Kind kind)
         named(benchmark::RegisterBenchmark((std::string("Parts/DiaryDay_Save_") + s.first + k).c_str(), DiaryDayStep,
                                            kind, s.second),
               benchmark::kMillisecond);
+    // The checks of the full day's 5 sprayings against their registrations,
+    // as the save button runs them before the save.
+    named(benchmark::RegisterBenchmark(("DiaryDay_SprayCheck" + k).c_str(), DiaryDayStep, kind,
+                                       Step([](DiaryDay &d) {
+                                           benchmark::DoNotOptimize(Spray::checkDay(d, QDate(2025, 12, 31)).size());
+                                       })),
+          benchmark::kMillisecond);
 
     named(benchmark::RegisterBenchmark(("Whatif/MonthMarks_DispCal/" + monthName(kMidMonth) + k).c_str(),
                                        MonthMarksDispCal, kind, kMidMonth),

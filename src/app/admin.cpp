@@ -26,6 +26,8 @@ int runExportPtag(const QStringList &args);
 // admin_books.cpp: the trial balance and the journal of the books.
 int runTrialBalance(const QStringList &args);
 int runJournal(const QStringList &args);
+// admin_sprays.cpp: the sprayings that break or can't be checked against their registration.
+int runCheckSprays(const QStringList &args);
 
 namespace {
 
@@ -58,6 +60,9 @@ int usage()
         "  tillora-admin journal [--root DIR] [--from yyyy-mm-dd] [--to yyyy-mm-dd] > farm.journal\n"
         "      既定の生産者の伝票を、テキスト会計（hledger, ledger）の仕訳帳として書き出す。\n"
         "      --from より前の残高は開始残高の取引 1 件にまとめる。\n"
+        "  tillora-admin check-sprays [--root DIR] [--year Y]\n"
+        "      登録内容（作物・使用回数・収穫前日数）に合わない散布と、確認できない散布を全生産者分表示する\n"
+        "      （--year: その年の散布だけ）。\n"
         "  tillora-admin init-server [--root DIR]\n"
         "      設定で MySQL/MariaDB を指すデータ・マスタに、データベース、表、初期データを作成する。\n"
         "DIR を省くと、このプログラムのフォルダの親を使う。"));
@@ -200,6 +205,8 @@ int main(int argc, char **argv)
             rc = runTrialBalance(a.rest);
         } else if (a.command == QLatin1String("journal")) {
             rc = runJournal(a.rest);
+        } else if (a.command == QLatin1String("check-sprays")) {
+            rc = runCheckSprays(a.rest);
         } else if (a.command == QLatin1String("oldcal")) {
             rc = runOldCal(a.rest);
         } else if (a.command == QLatin1String("init-server")) {

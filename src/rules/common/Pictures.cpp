@@ -176,6 +176,7 @@ void drawMark(QPainter &p, const QRectF &box, int kind)
     case 1: badge(p, box, QColor(0xD4, 0x9A, 0x06), QStringLiteral("¥")); break;
     case 2: badge(p, box, QColor(0x2E, 0x8B, 0x3A), QStringLiteral("薬")); break;
     case 3: badge(p, box, QColor(0x2A, 0x64, 0xC8), QStringLiteral("出")); break;
+    case 4: badge(p, box, QColor(0xC6, 0x28, 0x28), QStringLiteral("薬")); break;
     default: break;
     }
     p.restore();

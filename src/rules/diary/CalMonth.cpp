@@ -2,6 +2,7 @@
 
 #include "rules/common/Ids.h"
 #include "rules/common/Pictures.h"
+#include "rules/pesticide/SprayCheck.h"
 #include "store/Database.h"
 #include "store/Stmt.h"
 
@@ -128,6 +129,11 @@ QVector<Cell> collect(const Geometry &g, const QDate &monthFirst, const QDate &t
                               .num(fmrId)
                               .day(DateUtil::fromDate(monthFirst))
                               .day(DateUtil::fromDate(monthFirst.addDays(monthFirst.daysInMonth() - 1))));
+    // The days whose sprayings break their registration: their pesticide
+    // mark turns red.
+    const QVector<QDate> warned =
+        options.on[3] ? Spray::warnedDays(fmrId, plantId, monthFirst, monthFirst.addDays(monthFirst.daysInMonth() - 1), today)
+                      : QVector<QDate>();
     QVector<Cell> cells;
     for (int n = 0; n < 42; ++n) {
         const int col = n % 7, row = n / 7;
@@ -166,6 +172,7 @@ QVector<Cell> collect(const Geometry &g, const QDate &monthFirst, const QDate &t
             c.chemi = gDB->DCount(QStringLiteral("*"), QStringLiteral("D_DIARY_DTL"),
                                   Stmt(" FMR_ID = ? AND WORK_DATE=? AND CHEMI_ID>0?").num(fmrId).day(date).part(plantTerm))
                           .toLong() > 0;
+        c.chemiWarn = c.chemi && warned.contains(date.date());
         if (options.on[4])
             c.ship = gDB->DCount(QStringLiteral("*"), QStringLiteral("D_SHIP"),
                                  Stmt(" FMR_ID = ? AND SHIP_DATE=??").num(fmrId).day(date).part(plantTerm))
@@ -212,7 +219,7 @@ void paint(QPainter &p, const Geometry &g, const QVector<Cell> &cells, const Opt
         if (c.money && options.on[2])
             Pictures::drawMark(p, QRectF(px(x), px(y + s), px(s), px(s)), 1);
         if (c.chemi && options.on[3])
-            Pictures::drawMark(p, QRectF(px(x + g.cellW - s), px(y), px(s), px(s)), 2);
+            Pictures::drawMark(p, QRectF(px(x + g.cellW - s), px(y), px(s), px(s)), c.chemiWarn ? 4 : 2);
         if (c.ship && options.on[4])
             Pictures::drawMark(p, QRectF(px(x + g.cellW - s), px(y + s), px(s), px(s)), 3);
         // the day number, centred at the top

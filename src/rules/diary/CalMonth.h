@@ -38,6 +38,7 @@ struct Cell {
     bool hasRow = false;  // a diary row for the day
     Value wthId, loTmp, hiTmp, oneMsg;
     bool money = false, chemi = false, ship = false;
+    bool chemiWarn = false; // a spraying of the day breaks its registration
 };
 
 // What each day cell of the month shows for the farmer. plantId narrows the

@@ -6,6 +6,7 @@
 #include "rules/common/Ids.h"
 #include "rules/diary/DiaryLists.h"
 #include "rules/diary/modOldCal.h"
+#include "rules/pesticide/SprayCheck.h"
 #include "rules/shipping/ShipData.h"
 #include "screens/diary/frmDairyCal.h"
 #include "screens/diary/frmDiaryLedgeInput.h"
@@ -240,7 +241,7 @@ frmDairyInput::frmDairyInput(QWidget *parent) : Form(QStringLiteral("frmDairyInp
     onClick(cmdEDIT[2], [this] { editSlip(Mode::Delete); });
     onClick(cmdMENU[0], [this] { close(); }, false);
     onClick(cmdMENU[1], [this] {
-        if (!ChkData())
+        if (!ChkData() || !sprayingsAccepted())
             return;
         if (!EntryScreen::saveOrReload([this] { SaveData(); }, [this] { reload(); }))
             return;
@@ -504,6 +505,12 @@ void frmDairyInput::deleteClicked()
 }
 
 void frmDairyInput::SaveData() { mDay.save(); }
+
+bool frmDairyInput::sprayingsAccepted()
+{
+    return Spray::saveAnyway(QStringLiteral("農薬の登録内容に合わない散布があります。"),
+                             [this] { return Spray::checkDay(mDay, DateUtil::today().date()); });
+}
 
 void frmDairyInput::reload()
 {

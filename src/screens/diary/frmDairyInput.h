@@ -50,6 +50,9 @@ protected:
     void onUnload() override;
 
 private:
+    // The sprayings of the day held against their registrations before the
+    // save: false when the farmer, warned, chose not to save yet.
+    bool sprayingsAccepted();
     // The record read again after another computer saved it.
     void reload();
     void plantClicked();

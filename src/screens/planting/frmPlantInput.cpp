@@ -1,5 +1,7 @@
 #include "screens/planting/frmPlantInput.h"
 
+#include "rules/pesticide/SprayCheck.h"
+
 #include "rules/planting/PlantEntry.h"
 #include "screens/diary/frmDairyCal.h"
 #include "screens/planting/frmPlantList.h"
@@ -42,7 +44,7 @@ const CtlSpec kControls[] = {
     {"lblCAP(7)", CtlKind::Label, "品目", 100, 1820, 1300, 390, "fraCROP"},
     {"txtDATA(3)", CtlKind::Text, "", 1500, 1820, 4100, 390, "fraCROP"},
 
-    {"fraPLANT", CtlKind::Frame, "作付", 300, 4450, 5900, 2830},
+    {"fraPLANT", CtlKind::Frame, "作付", 300, 4450, 5900, 3830},
     {"lblCAP(8)", CtlKind::Label, "作付区分", 100, 380, 1300, 390, "fraPLANT"},
     {"cmbDATA(3)", CtlKind::ComboEdit, "", 1500, 380, 2400, 390, "fraPLANT"},
     {"lblCAP(9)", CtlKind::Label, "栽培方式", 100, 860, 1300, 390, "fraPLANT"},
@@ -70,7 +72,7 @@ const CtlSpec kControls[] = {
     {"lblCAP(17)", CtlKind::Label, "作業終了日", 100, 1340, 1300, 390, "fraDATE"},
     {"txtDATA(10)", CtlKind::Text, "", 1500, 1340, 1500, 390, "fraDATE"},
 
-    {"fraSHIP", CtlKind::Frame, "出荷", 6400, 5460, 5700, 1820},
+    {"fraSHIP", CtlKind::Frame, "出荷", 6400, 5460, 5700, 2820},
     {"lblCAP(18)", CtlKind::Label, "予定出荷量", 100, 380, 1300, 390, "fraSHIP"},
     {"txtDATA(12)", CtlKind::Text, "", 1500, 380, 1100, 390, "fraSHIP"},
     {"cmbDATA(5)", CtlKind::ComboEdit, "", 2700, 380, 1400, 390, "fraSHIP"},
@@ -78,15 +80,20 @@ const CtlSpec kControls[] = {
     {"txtDATA(13)", CtlKind::Text, "", 1500, 860, 1500, 390, "fraSHIP"},
     {"lblUNIT(4)", CtlKind::Label, "～", 3000, 860, 400, 390, "fraSHIP"},
     {"txtDATA(14)", CtlKind::Text, "", 3400, 860, 1500, 390, "fraSHIP"},
+    // what the sprayings so far allow, read only
+    {"lblCAP(22)", CtlKind::Label, "出荷可能日", 100, 1340, 1300, 390, "fraSHIP"},
+    {"lblDATA(2)", CtlKind::Data, "", 1500, 1340, 4000, 390, "fraSHIP"},
+    {"lblCAP(23)", CtlKind::Label, "散布回数", 100, 1820, 1300, 390, "fraSHIP"},
+    {"lblDATA(3)", CtlKind::Data, "", 1500, 1820, 4000, 870, "fraSHIP"},
 
-    {"lblCAP(20)", CtlKind::Label, "備考１", 300, 7420, 1300, 390},
-    {"txtDATA(15)", CtlKind::Text, "", 1700, 7420, 10400, 390},
-    {"lblCAP(21)", CtlKind::Label, "備考２", 300, 7900, 1300, 390},
-    {"txtDATA(16)", CtlKind::Text, "", 1700, 7900, 10400, 390},
+    {"lblCAP(20)", CtlKind::Label, "備考１", 300, 8420, 1300, 390},
+    {"txtDATA(15)", CtlKind::Text, "", 1700, 8420, 10400, 390},
+    {"lblCAP(21)", CtlKind::Label, "備考２", 300, 8900, 1300, 390},
+    {"txtDATA(16)", CtlKind::Text, "", 1700, 8900, 10400, 390},
 
-    {"cmdMENU(1)", CtlKind::Button, "登録", 10500, 8500, 1600, 540},
-    {"cmdMENU(2)", CtlKind::Button, "完了", 8700, 8500, 1600, 540},
-    {"cmdMENU(0)", CtlKind::Button, "ｷｬﾝｾﾙ", 300, 8500, 1600, 540},
+    {"cmdMENU(1)", CtlKind::Button, "登録", 10500, 9500, 1600, 540},
+    {"cmdMENU(2)", CtlKind::Button, "完了", 8700, 9500, 1600, 540},
+    {"cmdMENU(0)", CtlKind::Button, "ｷｬﾝｾﾙ", 300, 9500, 1600, 540},
     {"MonthView1", CtlKind::Calendar, "", 8000, 3000, 3900, 2800},
 };
 
@@ -105,7 +112,7 @@ const struct {
 } // namespace
 
 frmPlantInput::frmPlantInput(Mode mode, int row, QWidget *parent)
-    : Form(QStringLiteral("frmPlantInput"), 12400, 9200, parent), mMode(mode), mRow(row)
+    : Form(QStringLiteral("frmPlantInput"), 12400, 10200, parent), mMode(mode), mRow(row)
 {
     setWindowTitle(QStringLiteral("作付入力"));
     setSizable(true);
@@ -113,7 +120,9 @@ frmPlantInput::frmPlantInput(Mode mode, int row, QWidget *parent)
     buildControls(kControls, int(std::size(kControls)));
     txtDATA = array<QLineEdit>(QStringLiteral("txtDATA"), Plant::Box::Count);
     cmbDATA = array<QComboBox>(QStringLiteral("cmbDATA"), Plant::Combo::Count);
-    lblDATA = array<QLabel>(QStringLiteral("lblDATA"), 2);
+    lblDATA = array<QLabel>(QStringLiteral("lblDATA"), 4);
+    lblDATA[3]->setWordWrap(true);
+    lblDATA[3]->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     cmdMENU = array<QPushButton>(QStringLiteral("cmdMENU"), 3);
     for (QLabel *unit : array<QLabel>(QStringLiteral("lblUNIT"), 5))
         unit->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
@@ -249,6 +258,13 @@ void frmPlantInput::DispData()
     txtDATA[Box::Field]->setText(textOf(r.FIELD_NM));
     txtDATA[Box::Area]->setText(textOf(r.AREA));
     lblDATA[1]->setText(textOf(r.CROP_EST));
+    // A planting on record: what its sprayings allow.
+    Spray::PlantSummary sprays;
+    if (mMode != Mode::Add && hasValue(r.PLANT_ID))
+        sprays = Spray::summaries(r.FMR_ID, {r.PLANT_ID}, DateUtil::today().date())
+                     .value(qint64(r.PLANT_ID.toDouble()));
+    lblDATA[2]->setText(sprays.shipFrom);
+    lblDATA[3]->setText(sprays.uses.join(QLatin1Char('\n')));
     txtDATA[Box::PlantDate]->setText(DateUtil::dayText(r.PLANT_DATE));
     txtDATA[Box::StartDate]->setText(DateUtil::dayText(r.START_DATE));
     txtDATA[Box::EndDate]->setText(DateUtil::dayText(r.END_DATE));

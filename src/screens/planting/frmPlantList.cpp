@@ -1,5 +1,6 @@
 #include "screens/planting/frmPlantList.h"
 
+#include "rules/pesticide/SprayCheck.h"
 #include "rules/planting/PlantEntry.h"
 #include "screens/planting/frmPlantInput.h"
 
@@ -27,7 +28,7 @@ const CtlSpec kControls[] = {
     {"lblCAP(2)", CtlKind::Label, "区分", 5600, 400, 800, 390, "fraCOND"},
     {"cmbCOND(1)", CtlKind::ComboEdit, "", 6500, 400, 2100, 390, "fraCOND"},
     {"cmdFIND", CtlKind::Button, "検索", 10100, 340, 1500, 500, "fraCOND"},
-    {"ListView1", CtlKind::ListView, "ID|作付名|作付日|収穫月|品種|耕作面積", 300, 1900, 11800, 6400},
+    {"ListView1", CtlKind::ListView, "ID|作付名|作付日|収穫月|品種|耕作面積|出荷可能日|散布回数", 300, 1900, 11800, 6400},
     {"cmdMENU(1)", CtlKind::Button, "追加", 3200, 8500, 1400, 540},
     {"cmdMENU(2)", CtlKind::Button, "修正", 4700, 8500, 1400, 540},
     {"cmdMENU(3)", CtlKind::Button, "参照", 6200, 8500, 1400, 540},
@@ -37,8 +38,9 @@ const CtlSpec kControls[] = {
     {"cmdMENU(0)", CtlKind::Button, "閉じる", 300, 8500, 1600, 540},
 };
 
-// Widths of the columns (ID, 作付名, 作付日, 収穫月, 品種, 耕作面積) in twips at the design size.
-const int kColumnWidths[6] = {1000, 3600, 1600, 1300, 2600, 1400};
+// Widths of the columns (ID, 作付名, 作付日, 収穫月, 品種, 耕作面積, 出荷可能日, 散布回数) in
+// twips at the design size.
+const int kColumnWidths[8] = {800, 2400, 1300, 1000, 1700, 1100, 1400, 2000};
 
 } // namespace
 
@@ -100,7 +102,7 @@ void frmPlantList::InitForm()
 void frmPlantList::InitList()
 {
     ListView1->clear();
-    for (int i = 0; i < 6; ++i)
+    for (int i = 0; i < 8; ++i)
         ListView1->setColumnWidth(i, int(kColumnWidths[i] * rateX() / TwipsPerPixel));
 }
 
@@ -125,6 +127,11 @@ void frmPlantList::SetList()
     Plant::readList(year, crop, kind);
     ListView1->clear();
     QList<QTreeWidgetItem *> items;
+    QVector<Value> ids;
+    for (const PlantRow &r : gPLANT_ROWS)
+        ids.append(r.PLANT_ID);
+    const QHash<qint64, Spray::PlantSummary> sprays =
+        Spray::summaries(gFMR_ID, ids, DateUtil::today().date());
     for (const PlantRow &r : gPLANT_ROWS) {
         auto *item = new QTreeWidgetItem;
         item->setText(0, textOf(r.PLANT_ID));
@@ -133,6 +140,10 @@ void frmPlantList::SetList()
         item->setText(3, Plant::harvestListText(r.HARVEST_SCHD_YM));
         item->setText(4, textOf(r.CROP_NM1));
         item->setText(5, textOf(r.AREA));
+        const Spray::PlantSummary s = hasValue(r.PLANT_ID) ? sprays.value(qint64(r.PLANT_ID.toDouble())) : Spray::PlantSummary();
+        item->setText(6, s.shipFrom);
+        item->setText(7, s.usesShort);
+        item->setToolTip(7, s.uses.join(QLatin1Char('\n')));
         item->setTextAlignment(0, Qt::AlignRight | Qt::AlignVCenter);
         item->setTextAlignment(5, Qt::AlignRight | Qt::AlignVCenter);
         items << item;

@@ -4,6 +4,7 @@
 #include "rules/books/Ledger.h"
 #include "rules/common/Ids.h"
 #include "rules/diary/BookPage.h"
+#include "rules/pesticide/SprayCheck.h"
 #include "screens/diary/frmDairyCal.h"
 #include "screens/shipping/frmShipList.h"
 #include "ui/Entry.h"
@@ -153,7 +154,7 @@ frmShipInput::frmShipInput(Mode mode, int row, QWidget *parent)
     onClick(Check1, [this] { mRow.PLAS = Value(Check1->isChecked()); });
     onClick(cmdMENU[0], [this] { close(); }, false);
     onClick(cmdMENU[1], [this] {
-        if (!ChkData())
+        if (!ChkData() || !sprayingsAccepted())
             return;
         if (!EntryScreen::saveOrReload([this] { SaveData(); }, [this] { reload(); }))
             return;
@@ -288,6 +289,15 @@ bool frmShipInput::ChkData()
 }
 
 void frmShipInput::SaveData() { Ship::post(mRow, mMode); }
+
+bool frmShipInput::sprayingsAccepted()
+{
+    if (mMode != Mode::Add && mMode != Mode::Change)
+        return true;
+    return Spray::saveAnyway(QStringLiteral("収穫前の日数が過ぎていない出荷です。"), [this] {
+        return Spray::checkShipment(mRow.FMR_ID, mRow.PLANT_ID, mRow.SHIP_DATE);
+    });
+}
 
 void frmShipInput::reload()
 {

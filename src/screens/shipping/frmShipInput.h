@@ -42,6 +42,9 @@ protected:
     void onUnload() override;
 
 private:
+    // The planting's sprayings against the day shipped: false when the
+    // farmer, warned, chose not to save yet.
+    bool sprayingsAccepted();
     // The record read again after another computer saved it.
     void reload();
     Mode mMode;

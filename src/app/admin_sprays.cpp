@@ -1,0 +1,43 @@
+// tillora-admin check-sprays: every spraying of the farm that breaks its
+// lot's registration, or that can't be checked against it, one line each.
+
+#include "base/Globals.h"
+#include "rules/pesticide/SprayCheck.h"
+#include "store/Database.h"
+
+#include <QStringList>
+
+#include <cstdio>
+
+namespace {
+void say(std::FILE *to, const QString &s) { std::fputs((s + QLatin1Char('\n')).toUtf8().constData(), to); }
+}
+
+int runCheckSprays(const QStringList &args)
+{
+    int year = 0;
+    bool ok = true;
+    for (int i = 0; i < args.size() && ok; ++i) {
+        if (args[i] == QLatin1String("--year") && i + 1 < args.size()) {
+            year = args[++i].toInt(&ok);
+            ok = ok && year >= 100 && year <= 9999;
+        } else {
+            ok = false;
+        }
+    }
+    if (!ok) {
+        say(stderr, QStringLiteral("使い方: tillora-admin check-sprays [--root DIR] [--year 西暦年]"));
+        return 2;
+    }
+    OpenIni();
+    OpenDb();
+    OpenWork();
+    const QVector<Spray::ReportLine> lines = Spray::farmReport(year, DateUtil::today().date());
+    for (const Spray::ReportLine &l : lines)
+        say(stdout, QStringLiteral("生産者%1\t%2\t%3\t%4")
+                        .arg(textOf(l.farmer), l.day.toString(QStringLiteral("yyyy/MM/dd")), l.planting, l.message));
+    const QString period = year == 0 ? QString() : QStringLiteral("%1年の").arg(year);
+    say(stdout, lines.isEmpty() ? QStringLiteral("%1散布はすべて登録どおりです。").arg(period)
+                                : QStringLiteral("%1散布の指摘 %2件").arg(period).arg(lines.size()));
+    return 0;
+}
