@@ -24,7 +24,8 @@ QString plain(const QString &wording)
 {
     QString s = wording.normalized(QString::NormalizationForm_KC);
     s.replace(QChar(0x301C), QLatin1Char('~')); // 〜
-    s.remove(QRegularExpression(QStringLiteral("\\s")));
+    static const QRegularExpression blank(QStringLiteral("\\s"));
+    s.remove(blank);
     return s;
 }
 
@@ -174,7 +175,9 @@ Register::Register()
     for (; !rs->eof(); rs->MoveNext()) {
         const Chemi::CropMatch m{textField(*rs, "CROP_NM"), textField(*rs, "CROP_KBN"), textField(*rs, "CROP_NM_NG"),
                                  textField(*rs, "CROP_KBN_NG")};
-        mUses[regKey(textField(*rs, "REG_NO"))].append(Use{m, ApplRow::map().read(*rs)});
+        const ApplRow row = ApplRow::map().read(*rs);
+        mUses[regKey(textField(*rs, "REG_NO"))].append(
+            Use{m, row, readTimes(textOf(row.USE_TIMES)), readInterval(textOf(row.SEASON))});
     }
     rs->Close();
     // A name listed twice keeps its first row, as a look-up by the name finds it.
@@ -221,10 +224,10 @@ Rule Register::ruleOf(const QString &regNo, const QString &crop, const QString &
         return r;
     }
     const Chemi::Crop c = cropOf(crop);
-    QVector<ApplRow> rows;
+    QVector<const Use *> rows;
     for (const Use &u : *uses)
         if (Chemi::cropApplies(u.match, c))
-            rows.append(u.row);
+            rows.append(&u);
     if (rows.isEmpty()) {
         if (c.item.isEmpty() && c.group.isEmpty()) {
             r.why = QStringLiteral("作物「%1」が作物一覧にないため").arg(crop);
@@ -235,48 +238,48 @@ Rule Register::ruleOf(const QString &regNo, const QString &crop, const QString &
     }
     // The uses of the line's target, when the line names one of them.
     if (!purpose.isEmpty()) {
-        QVector<ApplRow> same;
-        for (const ApplRow &a : rows)
-            if (textOf(a.TARGET) == purpose || textOf(a.PURPOSE) == purpose)
-                same.append(a);
+        QVector<const Use *> same;
+        for (const Use *u : rows)
+            if (textOf(u->row.TARGET) == purpose || textOf(u->row.PURPOSE) == purpose)
+                same.append(u);
         if (!same.isEmpty())
             rows = same;
     }
     // The most lenient of what is left.
     bool timesUnread = false, seasonUnread = false;
     bool timesSet = false, seasonSet = false;
-    for (const ApplRow &a : rows) {
-        const Times t = readTimes(textOf(a.USE_TIMES));
+    for (const Use *u : rows) {
+        const Times &t = u->times;
         if (t.kind == Times::Unreadable) {
             timesUnread = true;
         } else if (!timesSet ||
                    (r.times.kind == Times::Limit && (t.kind == Times::Free || t.max > r.times.max))) {
             r.times = t;
-            r.timesWording = textOf(a.USE_TIMES);
+            r.timesWording = textOf(u->row.USE_TIMES);
             timesSet = true;
         }
-        const Interval i = readInterval(textOf(a.SEASON));
+        const Interval &i = u->interval;
         if (i.kind == Interval::Unreadable) {
             seasonUnread = true;
         } else if (!seasonSet ||
                    (r.interval.kind != Interval::None && (i.kind == Interval::None || i.days < r.interval.days))) {
             r.interval = i;
-            r.seasonWording = textOf(a.SEASON);
+            r.seasonWording = textOf(u->row.SEASON);
             seasonSet = true;
         }
     }
     // An unreadable wording among the others leaves only "no limit" sure.
     if (timesUnread && !(timesSet && r.times.kind == Times::Free)) {
         r.times.kind = Times::Unreadable;
-        for (const ApplRow &a : rows)
-            if (readTimes(textOf(a.USE_TIMES)).kind == Times::Unreadable)
-                r.timesWording = textOf(a.USE_TIMES);
+        for (const Use *u : rows)
+            if (u->times.kind == Times::Unreadable)
+                r.timesWording = textOf(u->row.USE_TIMES);
     }
     if (seasonUnread && !(seasonSet && r.interval.kind == Interval::None)) {
         r.interval.kind = Interval::Unreadable;
-        for (const ApplRow &a : rows)
-            if (readInterval(textOf(a.SEASON)).kind == Interval::Unreadable)
-                r.seasonWording = textOf(a.SEASON);
+        for (const Use *u : rows)
+            if (u->interval.kind == Interval::Unreadable)
+                r.seasonWording = textOf(u->row.SEASON);
     }
     r.state = Rule::Checked;
     return r;
@@ -726,10 +729,14 @@ QVector<QDate> warnedDays(const Value &farmer, const Value &plantId, const QDate
     where.num(farmer).num(WorkKbn::Spraying).day(DateUtil::fromDate(from)).day(DateUtil::fromDate(to));
     if (hasValue(plantId) && plantId.toDouble() != 0)
         where = Stmt("? AND D_DIARY_DTL.PLANT_ID=?").part(where).num(plantId);
-    RecordsetPtr rs = gDB->GetFwdOnlyRst(
-        Stmt("SELECT DISTINCT D_DIARY_DTL.PLANT_ID FROM D_DIARY_DTL WHERE ? AND D_DIARY_DTL.PLANT_ID>0").part(where));
+    // Lines without a planting are passed over here rather than in the
+    // statement, so that the engine walks the farmer's days of the period
+    // and not every spraying line of all years.
+    RecordsetPtr rs =
+        gDB->GetFwdOnlyRst(Stmt("SELECT DISTINCT D_DIARY_DTL.PLANT_ID FROM D_DIARY_DTL WHERE ?").part(where));
     for (; !rs->eof(); rs->MoveNext())
-        ids.append(rs->Fields(0));
+        if (hasValue(rs->Fields(0)) && rs->Fields(0).toDouble() > 0)
+            ids.append(rs->Fields(0));
     rs->Close();
     if (ids.isEmpty())
         return out;

@@ -116,6 +116,8 @@ private:
     struct Use {
         Chemi::CropMatch match;
         ApplRow row;
+        Times times;       // USE_TIMES as read, once
+        Interval interval; // SEASON as read, once
     };
     Chemi::Crop cropOf(const QString &name) const;
     Rule ruleOf(const QString &regNo, const QString &crop, const QString &purpose) const;
