@@ -114,11 +114,44 @@ void saveOption(int index, bool on)
     gINI->SaveCtrl(QStringLiteral("CAL_OPT%1").arg(index), Value(on ? 1 : 0), type);
 }
 
+namespace {
+
+// The days of the month that one mark's statement finds: its distinct dates
+// of the month, read in one statement. Only a date without a time of day
+// marks its day, as a day's own condition (column = the day) finds it.
+QVector<bool> markedDays(const char *column, const char *table, const Stmt &condition, const QDate &first,
+                         const QDate &last)
+{
+    QVector<bool> days(32, false);
+    const QString col = QString::fromLatin1(column);
+    RecordsetPtr rs = gDB->GetFwdOnlyRst(Stmt("SELECT DISTINCT ? FROM ? WHERE ? AND ?>=? AND ?<=?")
+                                             .name(col)
+                                             .name(QString::fromLatin1(table))
+                                             .part(condition)
+                                             .name(col)
+                                             .day(DateUtil::fromDate(first))
+                                             .name(col)
+                                             .day(DateUtil::fromDate(last)));
+    for (; !rs->eof(); rs->MoveNext()) {
+        const Value v = rs->Fields(0);
+        if (!hasValue(v))
+            continue;
+        const QDateTime at = v.toDate();
+        if (at.time() == QTime(0, 0) && at.date() >= first && at.date() <= last)
+            days[at.date().day()] = true;
+    }
+    rs->Close();
+    return days;
+}
+
+} // namespace
+
 QVector<Cell> collect(const Geometry &g, const QDate &monthFirst, const QDate &today, const Value &fmrId,
                       const Options &options, const Value &plantId)
 {
     const bool currentMonth = monthFirst.toString(QStringLiteral("yyyyMM")) == today.toString(QStringLiteral("yyyyMM"));
     const int todayNo = currentMonth ? today.day() : 0;
+    const QDate monthLast = monthFirst.addDays(monthFirst.daysInMonth() - 1);
     const Stmt plantTerm = hasValue(plantId) && plantId.toLong() != 0 ? Stmt(" AND PLANT_ID=?").num(plantId) : Stmt("");
 
     // The farmer's days, searched forward day by day. Only the month's days
@@ -128,12 +161,33 @@ QVector<Cell> collect(const Geometry &g, const QDate &monthFirst, const QDate &t
         gDB->GetStaticRst(Stmt("SELECT D_DIARY.* FROM D_DIARY WHERE FMR_ID=? AND WORK_DATE>=? AND WORK_DATE<=? ORDER BY WORK_DATE")
                               .num(fmrId)
                               .day(DateUtil::fromDate(monthFirst))
-                              .day(DateUtil::fromDate(monthFirst.addDays(monthFirst.daysInMonth() - 1))));
+                              .day(DateUtil::fromDate(monthLast)));
+    // The marks, each read for the whole month in one statement (a day has
+    // its mark when one row of the month falls on it):
+    // a slip marks the day when it moves cash or the deposit; the pesticide
+    // and shipment marks follow the planting's condition (or nothing).
+    const QVector<bool> none(32, false);
+    const QVector<bool> money =
+        options.on[2] ? markedDays("LEDGE_DATE", "D_LEDGE",
+                                   Stmt(" FMR_ID = ? AND ((D_ACC_ID IN(?))  OR (C_ACC_ID IN(?)))")
+                                       .num(fmrId)
+                                       .ids({Value(Acc::Cash), Value(Acc::Deposit)})
+                                       .ids({Value(Acc::Cash), Value(Acc::Deposit)}),
+                                   monthFirst, monthLast)
+                      : none;
+    const QVector<bool> chemi =
+        options.on[3] ? markedDays("WORK_DATE", "D_DIARY_DTL", Stmt(" FMR_ID = ? AND CHEMI_ID>0?").num(fmrId).part(plantTerm),
+                                   monthFirst, monthLast)
+                      : none;
+    const QVector<bool> ship =
+        options.on[4]
+            ? markedDays("SHIP_DATE", "D_SHIP", Stmt(" FMR_ID = ??").num(fmrId).part(plantTerm), monthFirst, monthLast)
+            : none;
     // The days whose sprayings break their registration: their pesticide
-    // mark turns red.
-    const QVector<QDate> warned =
-        options.on[3] ? Spray::warnedDays(fmrId, plantId, monthFirst, monthFirst.addDays(monthFirst.daysInMonth() - 1), today)
-                      : QVector<QDate>();
+    // mark turns red (looked for only when the month has a pesticide mark).
+    const QVector<QDate> warned = chemi.contains(true)
+                                      ? Spray::warnedDays(fmrId, plantId, monthFirst, monthLast, today)
+                                      : QVector<QDate>();
     QVector<Cell> cells;
     for (int n = 0; n < 42; ++n) {
         const int col = n % 7, row = n / 7;
@@ -157,26 +211,10 @@ QVector<Cell> collect(const Geometry &g, const QDate &monthFirst, const QDate &t
             c.hiTmp = rs->Fields(QStringLiteral("HI_TMP"));
             c.oneMsg = rs->Fields(QStringLiteral("ONE_MSG"));
         }
-        // A slip marks the day when it moves cash or the deposit.
-        if (options.on[2])
-            c.money = gDB->DCount(QStringLiteral("*"), QStringLiteral("D_LEDGE"),
-                                  Stmt(" FMR_ID = ? AND LEDGE_DATE=? AND ((D_ACC_ID IN(?))  OR (C_ACC_ID IN(?)))")
-                                      .num(fmrId)
-                                      .day(date)
-                                      .ids({Value(Acc::Cash), Value(Acc::Deposit)})
-                                      .ids({Value(Acc::Cash), Value(Acc::Deposit)}))
-                          .toLong() > 0;
-        // The pesticide and shipment marks: the planting's condition (or
-        // nothing) follows the day directly.
-        if (options.on[3])
-            c.chemi = gDB->DCount(QStringLiteral("*"), QStringLiteral("D_DIARY_DTL"),
-                                  Stmt(" FMR_ID = ? AND WORK_DATE=? AND CHEMI_ID>0?").num(fmrId).day(date).part(plantTerm))
-                          .toLong() > 0;
+        c.money = money[day];
+        c.chemi = chemi[day];
         c.chemiWarn = c.chemi && warned.contains(date.date());
-        if (options.on[4])
-            c.ship = gDB->DCount(QStringLiteral("*"), QStringLiteral("D_SHIP"),
-                                 Stmt(" FMR_ID = ? AND SHIP_DATE=??").num(fmrId).day(date).part(plantTerm))
-                         .toLong() > 0;
+        c.ship = ship[day];
         cells.append(c);
     }
     return cells;

@@ -112,6 +112,50 @@ private slots:
         QVERIFY(cellOf(quiet, 3).hasRow);
     }
 
+    // The marks are read for the month at once: the month's edges, days
+    // without a page and a stamp with a time of day must come out as each
+    // day's own condition finds them.
+    void marksAtTheMonthsEdges_data()
+    {
+        QTest::addColumn<int>("day");
+        QTest::addColumn<QString>("all");
+        QTest::addColumn<QString>("planting1");
+        QTest::addColumn<bool>("page");
+        QTest::newRow("first day: slip and shipment of planting 2") << 1 << "M-S" << "M--" << true;
+        QTest::newRow("a slip at 10:30 marks nothing") << 15 << "---" << "---" << false;
+        QTest::newRow("last day without a page") << 30 << "MPS" << "MPS" << false;
+        QTest::newRow("a plain day") << 2 << "---" << "---" << false;
+    }
+    void marksAtTheMonthsEdges()
+    {
+        QFETCH(int, day);
+        QFETCH(QString, all);
+        QFETCH(QString, planting1);
+        QFETCH(bool, page);
+        TestRoot root;
+        Build::planting(1, "春トマト").add();
+        Build::planting(2, "露地なす").add();
+        Build::diaryDay(QDate(2024, 6, 1)).set("WTH_ID", 1).add();
+        Build::slip(1, QDate(2024, 5, 31), 4130, 1000, 800).add(); // the months around
+        Build::slip(2, QDate(2024, 7, 1), 4130, 1000, 800).add();
+        Build::slip(3, QDate(2024, 6, 1), 4130, 1000, 800).add();
+        Build::slip(4, QDate(2024, 6, 30), 1010, 4000, 500).add();
+        Build::slip(5, QDate(2024, 6, 15), 4130, 1000, 800).set("LEDGE_DATE", QDateTime(QDate(2024, 6, 15), QTime(10, 30))).add();
+        Build::diaryLine(QDate(2024, 5, 31), 1, WorkKbn::Spraying).set("PLANT_ID", 1).set("CHEMI_ID", 4).add();
+        Build::diaryLine(QDate(2024, 6, 30), 1, WorkKbn::Spraying).set("PLANT_ID", 1).set("CHEMI_ID", 4).add();
+        Build::shipment(1, QDate(2024, 6, 1)).set("PLANT_ID", 2).add();
+        Build::shipment(2, QDate(2024, 6, 30)).set("PLANT_ID", 1).add();
+        Build::shipment(3, QDate(2024, 7, 1)).set("PLANT_ID", 1).add();
+        const QDate june(2024, 6, 1);
+        const CalMonth::Geometry g = CalMonth::geometry(june, 11920, 6680);
+        const auto cells = CalMonth::collect(g, june, QDate(2024, 6, 3), Value(1), allOn(), Value(0));
+        QCOMPARE(cells.size(), 30);
+        QCOMPARE(marks(cellOf(cells, day)), all);
+        QCOMPARE(cellOf(cells, day).hasRow, page);
+        const auto one = CalMonth::collect(g, june, QDate(2024, 6, 3), Value(1), allOn(), Value(1));
+        QCOMPARE(marks(cellOf(one, day)), planting1);
+    }
+
     void theDrawingHasItsParts()
     {
         TestRoot root;
