@@ -24,8 +24,14 @@ std::atomic<int> gConnectionCounter{0};
 
 // The session of a server connection, set again whenever it is opened:
 // backslashes in text are data, as in the file engine; strict typing.
-const char *const kMysqlSession = "SET SESSION sql_mode='STRICT_ALL_TABLES,NO_BACKSLASH_ESCAPES,"
-                                  "NO_ENGINE_SUBSTITUTION,ERROR_FOR_DIVISION_BY_ZERO'";
+// Transactions run serializable (what a save reads to decide is locked until
+// it ends); a read outside a transaction stays a plain consistent read.
+const char *const kMysqlSession[] = {"SET SESSION sql_mode='STRICT_ALL_TABLES,NO_BACKSLASH_ESCAPES,"
+                                     "NO_ENGINE_SUBSTITUTION,ERROR_FOR_DIVISION_BY_ZERO'",
+                                     "SET SESSION TRANSACTION ISOLATION LEVEL SERIALIZABLE"};
+
+// Statements sent to the engines (each a round trip to a server).
+std::atomic<quint64> gStatementsSent{0};
 
 long nativeCode(const QSqlError &err)
 {
@@ -425,9 +431,12 @@ void Engine::connectNow()
     if (!d.open())
         raiseSqlError(d.lastError());
     if (mKind == EngineKind::Mysql) {
-        QSqlQuery q(d);
-        if (!q.exec(QString::fromLatin1(kMysqlSession)))
-            raiseSqlError(q.lastError());
+        for (const char *statement : kMysqlSession) {
+            QSqlQuery q(d);
+            ++gStatementsSent;
+            if (!q.exec(QString::fromLatin1(statement)))
+                raiseSqlError(q.lastError());
+        }
     }
 }
 
@@ -501,6 +510,7 @@ bool Engine::readRows(const QString &jet, const QString &sql, ResultSet &rs, QSq
     QSqlQuery q(db());
     q.setForwardOnly(true);
     q.setNumericalPrecisionPolicy(QSql::LowPrecisionDouble);
+    ++gStatementsSent;
     if (!q.exec(sql)) {
         failure = q.lastError();
         return false;
@@ -569,6 +579,7 @@ qint64 Engine::executeNative(const QString &sql, const QVector<QVariant> &params
     reopenIfLost();
     QSqlQuery q(db());
     q.setForwardOnly(true);
+    ++gStatementsSent;
     bool ok;
     if (params.isEmpty()) {
         ok = q.exec(sql);
@@ -667,9 +678,10 @@ void Engine::begin()
                 // The save holds the write lock from its first statement.
                 executeNative(QStringLiteral("BEGIN IMMEDIATE"));
             } else {
-                // For the next transaction only: what the save reads is locked.
-                executeNative(QStringLiteral("SET TRANSACTION ISOLATION LEVEL SERIALIZABLE"));
+                // The session runs its transactions serializable.
+                reopenIfLost();
                 QSqlDatabase d = db();
+                ++gStatementsSent;
                 if (!d.transaction())
                     raiseSqlError(d.lastError());
             }
@@ -702,6 +714,7 @@ void Engine::commit()
     }
     mDepth = 0;
     QSqlDatabase d = db();
+    ++gStatementsSent;
     if (!d.commit()) {
         const QSqlError err = d.lastError();
         d.rollback(); // never left open after a failed commit
@@ -722,6 +735,7 @@ void Engine::rollback()
     if (mLost)
         return;
     QSqlDatabase d = db();
+    ++gStatementsSent;
     if (!d.rollback()) {
         if (!lostConnection(d.lastError()))
             raiseSqlError(d.lastError());
@@ -730,3 +744,5 @@ void Engine::rollback()
 }
 
 QStringList Engine::tableNames() const { return db().tables(); }
+
+quint64 Engine::statementsSent() { return gStatementsSent.load(); }

@@ -123,6 +123,9 @@ public:
     bool inTransaction() const { return mDepth > 0; }
 
     QStringList tableNames() const;
+    // Statements sent to any engine since the program started, each a round
+    // trip to a server (transaction ends included): what the benchmarks count.
+    static quint64 statementsSent();
     // Why this database can't be written (see sqliteReadOnlyReason); always
     // empty for a server.
     QString readOnlyReason() const;
