@@ -8,8 +8,10 @@
 #include "base/Globals.h"
 #include "rules/books/BookReports.h"
 #include "rules/books/Journal.h"
+#include "rules/books/Ledger.h"
 #include "rules/books/TrialBalance.h"
 #include "store/Database.h"
+#include "store/Engine.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -40,6 +42,33 @@ bool runTo(benchmark::State &state, const QString &program, const QStringList &a
         return false;
     }
     return true;
+}
+
+// The account ledger of a year as its screen reads it: the cash account's
+// 2024 (opening balance, slips, count and sum), with the other side's name
+// of every line.
+void LedgerYear(benchmark::State &state, Kind kind, int roundTripMs)
+{
+    guarded(state, [&] {
+        use(kind);
+        setRoundTrip(roundTripMs);
+        Ledger::Filter f;
+        f.fmrId = Value(1);
+        f.accId = Value(1000);
+        f.year = QStringLiteral("2024");
+        int lines = 0;
+        const quint64 before = Engine::statementsSent();
+        for (auto _ : state) {
+            const Ledger::Listing l = Ledger::readList(f, true);
+            Ledger::AccountNames names;
+            for (const Ledger::Line &line : l.page.lines)
+                benchmark::DoNotOptimize(names(line.other));
+            lines = l.page.lines.size();
+        }
+        countStatements(state, before);
+        setRoundTrip(0);
+        state.counters["lines"] = lines;
+    });
 }
 
 void TrialBalanceYear(benchmark::State &state, Kind kind)
@@ -135,6 +164,9 @@ void ToolBalance(benchmark::State &state, const char *tool)
 void registerBooksBenchmarks(Kind kind)
 {
     const std::string k = std::string("/") + kindName(kind);
+    benchmark::RegisterBenchmark(("Ledger_CashYear2024" + k).c_str(), LedgerYear, kind, 0)
+        ->UseRealTime()
+        ->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark(("TrialBalance_Year2024" + k).c_str(), TrialBalanceYear, kind)
         ->UseRealTime()
         ->Unit(benchmark::kMillisecond);
@@ -159,6 +191,14 @@ void registerBooksBenchmarks(Kind kind)
                 ->Unit(benchmark::kMillisecond)
                 ->Iterations(3);
     }
+}
+
+void registerBooksNetworkBenchmarks(int roundTripMs)
+{
+    benchmark::RegisterBenchmark(("Net/Ledger_CashYear2024/network/" + std::to_string(roundTripMs) + "ms").c_str(),
+                                 LedgerYear, Kind::Network, roundTripMs)
+        ->UseRealTime()
+        ->Unit(benchmark::kMillisecond);
 }
 
 } // namespace Bench

@@ -3,8 +3,8 @@
 // and the opening and saving of a full diary day, as the screens do them.
 //
 // The "Parts/..." benchmarks take the calendar's redraw and the day's opening
-// and save apart; "Whatif/..." measures a change that is not in the program
-// (see bench/README.md).
+// and save apart; "Net/..." run the redraw and the day through a relay that
+// delays every round trip to the server (see bench/README.md).
 
 #include "env.h"
 
@@ -15,6 +15,7 @@
 #include "rules/pesticide/ChemiStock.h"
 #include "rules/pesticide/SprayCheck.h"
 #include "store/Database.h"
+#include "store/Engine.h"
 
 #include <QApplication>
 #include <QCoreApplication>
@@ -64,15 +65,17 @@ CalMonth::Geometry monthGeometry(const QDate &month)
 
 // One redraw as frmDairyCal::DispCal does it, no planting chosen: the
 // options from the settings, the geometry, the cells, the drawing.
-void DispCal(benchmark::State &state, Kind kind, QDate month)
+void DispCal(benchmark::State &state, Kind kind, QDate month, int roundTripMs)
 {
     guarded(state, [&] {
         use(kind);
+        setRoundTrip(roundTripMs);
         gFMR_ID = kFarmer;
         allOptionsOn();
         QImage image = canvas();
         const QFont font = QApplication::font();
         int marked = 0;
+        const quint64 before = Engine::statementsSent();
         for (auto _ : state) {
             const CalMonth::Options o = CalMonth::loadOptions();
             const CalMonth::Geometry g = monthGeometry(month);
@@ -86,6 +89,7 @@ void DispCal(benchmark::State &state, Kind kind, QDate month)
             for (const CalMonth::Cell &c : cells)
                 marked += c.money + c.chemi + c.ship;
         }
+        countStatements(state, before);
         state.counters["marks"] = marked;
     });
 }
@@ -156,28 +160,6 @@ void CalFindDays(benchmark::State &state, Kind kind, QDate month)
             for (int d = 0; d < month.daysInMonth(); ++d)
                 rs->Find(QStringLiteral("WORK_DATE=#") + month.addDays(d).toString(QStringLiteral("yyyy/MM/dd")) +
                          QLatin1Char('#'));
-        }
-    });
-}
-
-// One mark of a day as collect() counts it (0 money, 1 pesticide, 2
-// shipment), the month's days in turn.
-void CalMarkOfDay(benchmark::State &state, Kind kind, QDate month, int mark)
-{
-    static const char *const tables[] = {"D_LEDGE", "D_DIARY_DTL", "D_SHIP"};
-    static const char *const dates[] = {"LEDGE_DATE", "WORK_DATE", "SHIP_DATE"};
-    static const char *const tails[] = {" AND ((D_ACC_ID IN(1000,1010))  OR (C_ACC_ID IN(1000,1010)))", " AND CHEMI_ID>0",
-                                        ""};
-    guarded(state, [&] {
-        use(kind);
-        int d = 0;
-        for (auto _ : state) {
-            const QString date = month.addDays(d).toString(QStringLiteral("yyyy/MM/dd"));
-            d = (d + 1) % month.daysInMonth();
-            Value v = gDB->DCount(QStringLiteral("*"), QString::fromLatin1(tables[mark]),
-                                  QStringLiteral(" FMR_ID = 1 AND ") + QString::fromLatin1(dates[mark]) +
-                                      QStringLiteral("=#") + date + QLatin1Char('#') + QString::fromLatin1(tails[mark]));
-            benchmark::DoNotOptimize(v);
         }
     });
 }
@@ -527,17 +509,21 @@ private:
 };
 
 // Open and save, as the day screen does from the calendar's click to its save button.
-void DiaryDayOpenSave(benchmark::State &state, Kind kind)
+void DiaryDayOpenSave(benchmark::State &state, Kind kind, int roundTripMs)
 {
     guarded(state, [&] {
         use(kind);
         FullDay full;
+        setRoundTrip(roundTripMs);
+        const quint64 before = Engine::statementsSent();
         for (auto _ : state) {
             FullDay::point();
             DiaryDay d;
             d.load(kFarmer, FullDay::day());
             d.save();
         }
+        countStatements(state, before);
+        setRoundTrip(0);
         FullDay::check();
     });
 }
@@ -608,87 +594,6 @@ void DiaryDayStep(benchmark::State &state, Kind kind, Step step)
     });
 }
 
-// ------------------------------------------------------------ what a change would give
-
-// collect() with the marks read a month at a time: the month's diary pages as
-// collect reads them and, for each mark, the distinct days of the month that
-// have one: three statements instead of a count per mark and day (90).
-QVector<CalMonth::Cell> monthMarksCollect(const CalMonth::Geometry &g, const QDate &month, const CalMonth::Options &o)
-{
-    const QString from = jetDay(month), to = jetDay(month.addDays(g.days - 1));
-    auto daysOf = [&](const QString &sql) {
-        QVector<bool> days(32, false);
-        for (RecordsetPtr rs = gDB->GetFwdOnlyRst(sql); !rs->eof(); rs->MoveNext())
-            days[rs->Fields(0).toDate().date().day()] = true;
-        return days;
-    };
-    QVector<bool> money(32, false), chemi(32, false), ship(32, false);
-    if (o.on[2])
-        money = daysOf(QStringLiteral("SELECT DISTINCT LEDGE_DATE FROM D_LEDGE WHERE FMR_ID=1 AND LEDGE_DATE>=") + from +
-                       QStringLiteral(" AND LEDGE_DATE<=") + to +
-                       QStringLiteral(" AND ((D_ACC_ID IN(1000,1010))  OR (C_ACC_ID IN(1000,1010)))"));
-    if (o.on[3])
-        chemi = daysOf(QStringLiteral("SELECT DISTINCT WORK_DATE FROM D_DIARY_DTL WHERE FMR_ID=1 AND WORK_DATE>=") + from +
-                       QStringLiteral(" AND WORK_DATE<=") + to + QStringLiteral(" AND CHEMI_ID>0"));
-    if (o.on[4])
-        ship = daysOf(QStringLiteral("SELECT DISTINCT SHIP_DATE FROM D_SHIP WHERE FMR_ID=1 AND SHIP_DATE>=") + from +
-                      QStringLiteral(" AND SHIP_DATE<=") + to);
-    QVector<CalMonth::Cell> cells(g.days);
-    for (int day = 1; day <= g.days; ++day) {
-        const int n = day - 1 + g.firstCol;
-        CalMonth::Cell &c = cells[day - 1];
-        c.day = day;
-        c.x = (n % 7) * g.cellW;
-        c.y = (n / 7) * g.cellH + g.headerH;
-        c.money = money[day];
-        c.chemi = chemi[day];
-        c.ship = ship[day];
-    }
-    RecordsetPtr rs = gDB->GetStaticRst(monthPagesSql(month));
-    for (; !rs->eof(); rs->MoveNext()) {
-        CalMonth::Cell &c = cells[rs->Fields(QStringLiteral("WORK_DATE")).toDate().date().day() - 1];
-        c.hasRow = true;
-        c.wthId = rs->Fields(QStringLiteral("WTH_ID"));
-        c.loTmp = rs->Fields(QStringLiteral("LO_TMP"));
-        c.hiTmp = rs->Fields(QStringLiteral("HI_TMP"));
-        c.oneMsg = rs->Fields(QStringLiteral("ONE_MSG"));
-    }
-    return cells;
-}
-
-void MonthMarksDispCal(benchmark::State &state, Kind kind, QDate month)
-{
-    guarded(state, [&] {
-        use(kind);
-        allOptionsOn();
-        QImage image = canvas();
-        const QFont font = QApplication::font();
-        // the same cells as collect() gives
-        {
-            const CalMonth::Options o = CalMonth::loadOptions();
-            const CalMonth::Geometry g = monthGeometry(month);
-            const QVector<CalMonth::Cell> a = CalMonth::collect(g, month, QDate::currentDate(), kFarmer, o, Value(0));
-            const QVector<CalMonth::Cell> b = monthMarksCollect(g, month, o);
-            bool same = a.size() == b.size();
-            for (int i = 0; same && i < a.size(); ++i)
-                same = a[i].day == b[i].day && a[i].x == b[i].x && a[i].y == b[i].y && a[i].hasRow == b[i].hasRow &&
-                       a[i].money == b[i].money && a[i].chemi == b[i].chemi && a[i].ship == b[i].ship &&
-                       a[i].oneMsg == b[i].oneMsg && a[i].wthId == b[i].wthId;
-            if (!same)
-                return state.SkipWithError("the month's marks give other cells than collect()");
-        }
-        for (auto _ : state) {
-            const CalMonth::Options o = CalMonth::loadOptions();
-            const CalMonth::Geometry g = monthGeometry(month);
-            const QVector<CalMonth::Cell> cells = monthMarksCollect(g, month, o);
-            QPainter p(&image);
-            p.setFont(font);
-            CalMonth::paint(p, g, cells, o);
-            p.end();
-        }
-    });
-}
-
 // ------------------------------------------------------------ registration
 
 benchmark::internal::Benchmark *named(benchmark::internal::Benchmark *b, benchmark::TimeUnit unit)
@@ -702,7 +607,7 @@ void registerDiaryBenchmarks(Kind kind)
 {
     const std::string k = std::string("/") + kindName(kind);
     for (const QDate &m : {kMidMonth, kEndMonth})
-        named(benchmark::RegisterBenchmark(("DispCal/" + monthName(m) + k).c_str(), DispCal, kind, m),
+        named(benchmark::RegisterBenchmark(("DispCal/" + monthName(m) + k).c_str(), DispCal, kind, m, 0),
               benchmark::kMillisecond);
     named(benchmark::RegisterBenchmark(("Parts/DispCal_Collect/" + monthName(kMidMonth) + k).c_str(), CalCollect, kind,
                                        kMidMonth),
@@ -716,11 +621,6 @@ void registerDiaryBenchmarks(Kind kind)
     named(benchmark::RegisterBenchmark(("Parts/DispCal_FindDays/" + monthName(kMidMonth) + k).c_str(), CalFindDays,
                                        kind, kMidMonth),
           benchmark::kMillisecond);
-    const char *const marks[] = {"Money", "Pesticide", "Shipment"};
-    for (int i = 0; i < 3; ++i)
-        named(benchmark::RegisterBenchmark(("Parts/DispCal_MarkOfDay_" + std::string(marks[i]) + k).c_str(),
-                                           CalMarkOfDay, kind, kMidMonth, i),
-              benchmark::kMicrosecond);
     if (kind == Kind::Sqlite)
         named(benchmark::RegisterBenchmark(("Parts/DispCal_Paint/" + monthName(kMidMonth)).c_str(), CalPaint, kMidMonth),
               benchmark::kMillisecond);
@@ -735,7 +635,7 @@ void registerDiaryBenchmarks(Kind kind)
           benchmark::kMillisecond);
 
 
-    named(benchmark::RegisterBenchmark(("DiaryDay_OpenSave" + k).c_str(), DiaryDayOpenSave, kind),
+    named(benchmark::RegisterBenchmark(("DiaryDay_OpenSave" + k).c_str(), DiaryDayOpenSave, kind, 0),
           benchmark::kMillisecond);
     named(benchmark::RegisterBenchmark(("DiaryDay_Open" + k).c_str(), DiaryDayOpen, kind), benchmark::kMillisecond);
     named(benchmark::RegisterBenchmark(("DiaryDay_Save" + k).c_str(), DiaryDaySave, kind), benchmark::kMillisecond);
@@ -760,9 +660,6 @@ void registerDiaryBenchmarks(Kind kind)
                                        })),
           benchmark::kMillisecond);
 
-    named(benchmark::RegisterBenchmark(("Whatif/MonthMarks_DispCal/" + monthName(kMidMonth) + k).c_str(),
-                                       MonthMarksDispCal, kind, kMidMonth),
-          benchmark::kMillisecond);
 }
 
 void registerEngineFreeBenchmarks()
@@ -770,4 +667,15 @@ void registerEngineFreeBenchmarks()
     named(benchmark::RegisterBenchmark("OldDateOf", OldDateOf), benchmark::kMicrosecond);
 }
 
+void registerDiaryNetworkBenchmarks(int roundTripMs)
+{
+    const std::string k = "/network/" + std::to_string(roundTripMs) + "ms";
+    named(benchmark::RegisterBenchmark(("Net/DispCal/" + monthName(kMidMonth) + k).c_str(), DispCal, Kind::Network,
+                                       kMidMonth, roundTripMs),
+          benchmark::kMillisecond);
+    named(benchmark::RegisterBenchmark(("Net/DiaryDay_OpenSave" + k).c_str(), DiaryDayOpenSave, Kind::Network,
+                                       roundTripMs),
+          benchmark::kMillisecond);
 }
+
+} // namespace Bench

@@ -1,6 +1,9 @@
 #include "env.h"
 
+#include "relay.h"
+
 #include "base/Globals.h"
+#include "store/Engine.h"
 #include "store/Database.h"
 #include "store/Setup.h"
 
@@ -45,12 +48,29 @@ void openAll()
 
 Store *gCurrent = nullptr;
 std::map<Kind, std::unique_ptr<Store>> gStores;
+std::unique_ptr<Relay> gRelay;
+
+Store &storeOf(Kind kind)
+{
+    auto it = gStores.find(kind);
+    if (it == gStores.end())
+        it = gStores.emplace(kind, std::make_unique<Store>(kind)).first;
+    return *it->second;
+}
 
 QString rawName(Kind kind) { return QStringLiteral("bench_raw_%1").arg(QString::fromLatin1(kindName(kind))); }
 
 } // namespace
 
-const char *kindName(Kind k) { return k == Kind::Sqlite ? "sqlite" : "mysql"; }
+const char *kindName(Kind k)
+{
+    switch (k) {
+    case Kind::Sqlite: return "sqlite";
+    case Kind::Mysql: return "mysql";
+    case Kind::Network: return "network";
+    }
+    return "";
+}
 
 bool serverNamed() { return !qEnvironmentVariableIsEmpty("TILLORA_TEST_MYSQL"); }
 
@@ -60,6 +80,27 @@ Store::Store(Kind kind) : mKind(kind)
         throw AppError(75, QStringLiteral("一時フォルダを作成できません。"));
     CloseAllDatabases();
     gCurrent = nullptr;
+    if (kind == Kind::Network) {
+        // The server store's databases, through the relay.
+        Store &base = storeOf(Kind::Mysql);
+        CloseAllDatabases();
+        gCurrent = nullptr;
+        const Server s = server();
+        if (!gRelay)
+            gRelay = std::make_unique<Relay>(s.host.toStdString(), s.port);
+        mBorrowed = true;
+        mDataDb = base.mDataDb;
+        mMasterDb = base.mMasterDb;
+        mSummary = base.mSummary;
+        Setup::initRoot(root());
+        AppPaths::setRoot(root());
+        Setup::pointAtServer(root(), {QStringLiteral("127.0.0.1"), gRelay->port(), s.user, s.password}, mDataDb,
+                             mMasterDb);
+        OpenIni();
+        openAll();
+        gCurrent = this;
+        return;
+    }
     Setup::initRoot(root());
     AppPaths::setRoot(root());
     if (kind == Kind::Mysql) {
@@ -85,7 +126,7 @@ Store::~Store()
         gCurrent = nullptr;
     }
     closeRaw();
-    if (mKind == Kind::Mysql)
+    if (mKind != Kind::Sqlite && !mBorrowed)
         dropServerDatabases();
 }
 
@@ -143,16 +184,29 @@ void Store::dropServerDatabases()
 
 Store &use(Kind kind)
 {
-    auto it = gStores.find(kind);
-    if (it == gStores.end())
-        it = gStores.emplace(kind, std::make_unique<Store>(kind)).first;
-    it->second->activate();
-    return *it->second;
+    Store &s = storeOf(kind);
+    s.activate();
+    return s;
+}
+
+void setRoundTrip(int milliseconds)
+{
+    if (gRelay)
+        gRelay->setRoundTrip(std::chrono::milliseconds(milliseconds));
+}
+
+void countStatements(benchmark::State &state, quint64 before)
+{
+    if (state.iterations() > 0)
+        state.counters["statements"] = double(Engine::statementsSent() - before) / double(state.iterations());
 }
 
 void releaseStores()
 {
+    // The borrowing store goes before the one whose databases it uses.
+    gStores.erase(Kind::Network);
     gStores.clear();
+    gRelay.reset();
     CloseAllDatabases();
     gCurrent = nullptr;
 }

@@ -15,7 +15,9 @@
 
 namespace Bench {
 
-enum class Kind { Sqlite, Mysql };
+// Network: the MariaDB databases of Mysql, reached through a relay that
+// delays every round trip (setRoundTrip).
+enum class Kind { Sqlite, Mysql, Network };
 
 const char *kindName(Kind k);
 
@@ -42,6 +44,7 @@ private:
     void dropServerDatabases();
 
     Kind mKind;
+    bool mBorrowed = false; // the databases are another store's
     QTemporaryDir mDir;
     QString mDataDb, mMasterDb;
     BenchData::Summary mSummary;
@@ -49,6 +52,11 @@ private:
 
 // The store of that engine, made on first use and open behind the globals.
 Store &use(Kind kind);
+// The delay the relay of the Network store adds to a round trip.
+void setRoundTrip(int milliseconds);
+// Statements sent in the timed loop, per iteration, as the counter
+// "statements": `before` is Engine::statementsSent() before the loop.
+void countStatements(benchmark::State &state, quint64 before);
 // Closes and removes every store (server databases are dropped).
 void releaseStores();
 
@@ -73,6 +81,9 @@ void registerStoreBenchmarks(Kind kind);
 void registerDiaryBenchmarks(Kind kind);
 void registerPrintBenchmarks(Kind kind);
 void registerBooksBenchmarks(Kind kind);
+// Those that run through the delaying relay, at that round trip.
+void registerDiaryNetworkBenchmarks(int roundTripMs);
+void registerBooksNetworkBenchmarks(int roundTripMs);
 // Those that use no data database.
 void registerEngineFreeBenchmarks();
 

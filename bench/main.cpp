@@ -36,6 +36,10 @@ int main(int argc, char **argv)
         Bench::registerDiaryBenchmarks(Bench::Kind::Mysql);
         Bench::registerPrintBenchmarks(Bench::Kind::Mysql);
         Bench::registerBooksBenchmarks(Bench::Kind::Mysql);
+        for (int ms : {0, 1, 3}) {
+            Bench::registerDiaryNetworkBenchmarks(ms);
+            Bench::registerBooksNetworkBenchmarks(ms);
+        }
     } else {
         std::fprintf(stderr, "TILLORA_TEST_MYSQL is not set: the MariaDB benchmarks are left out.\n");
     }

@@ -271,6 +271,42 @@ private slots:
         QCOMPARE(failureOf([&] { rs->Fields("PLANT_ID"); }).number(), VbErr::NoCurrentRecord);
     }
 
+    // What the record layer writes comes back as it was, whatever the text
+    // holds (on a server the values are written into the statement).
+    void writtenValuesComeBack_data()
+    {
+        QTest::addColumn<QString>("column");
+        QTest::addColumn<Value>("value");
+        QTest::newRow("quotes and a marker") << "NOTES" << Value("O'Brien \"?\" `x` ?");
+        QTest::newRow("backslashes") << "NOTES" << Value("C:\\\\data\\'\\");
+        QTest::newRow("Japanese and a symbol outside the basic plane") << "NOTES" << Value("ｶﾅ漢字𠮷");
+        QTest::newRow("a line break") << "NOTES" << Value("一行目\r\n二行目");
+        QTest::newRow("a fraction") << "QTY" << Value(0.1 + 0.2);
+        QTest::newRow("a tiny number") << "QTY" << Value(1e-300);
+        QTest::newRow("a negative") << "QTY" << Value(-1234.5);
+        QTest::newRow("nothing") << "QTY" << Value::null();
+    }
+    void writtenValuesComeBack()
+    {
+        QFETCH(QString, column);
+        QFETCH(Value, value);
+        TestRoot root;
+        RecordsetPtr rs = gDB->GetDynamicRst("SELECT D_DIARY_DTL.* FROM D_DIARY_DTL WHERE 0=1");
+        rs->AddNew();
+        rs->SetField("FMR_ID", Value(1));
+        rs->SetField("WORK_DATE", Value(DateUtil::make(2024, 6, 1, 0, 0, 0)));
+        rs->SetField("DTL_NO", Value(1));
+        rs->SetField(column, value);
+        rs->Update();
+        QCOMPARE(gDB->DLookup(column, "D_DIARY_DTL", "FMR_ID=1 AND DTL_NO=1"), value);
+        // and once more through a change of the row
+        rs = gDB->GetDynamicRst("SELECT D_DIARY_DTL.* FROM D_DIARY_DTL WHERE FMR_ID=1");
+        rs->SetField("WORK_NM", value.isNull() ? Value("?") : Value(value.toText()));
+        rs->Update();
+        QCOMPARE(gDB->DLookup("WORK_NM", "D_DIARY_DTL", "FMR_ID=1 AND DTL_NO=1").toText(),
+                 value.isNull() ? QStringLiteral("?") : value.toText());
+    }
+
     void findWalksForward()
     {
         TestRoot root;
