@@ -51,18 +51,16 @@ QImage draw(int size)
     p.setPen(QPen(QColor(0x2e, 0x7d, 0x32), 10, Qt::SolidLine, Qt::RoundCap));
     p.drawLine(QPointF(128, 176), QPointF(128, 108));
     p.setPen(Qt::NoPen);
-    p.setBrush(QColor(0x43, 0xa0, 0x47));
-    QPainterPath left;
-    left.moveTo(126, 124);
-    left.cubicTo(104, 80, 64, 84, 52, 96);
-    left.cubicTo(66, 126, 100, 136, 126, 124);
-    p.drawPath(left);
-    p.setBrush(QColor(0x66, 0xbb, 0x6a));
-    QPainterPath right;
-    right.moveTo(130, 108);
-    right.cubicTo(146, 60, 190, 52, 206, 62);
-    right.cubicTo(196, 96, 162, 116, 130, 108);
-    p.drawPath(right);
+    const auto leaf = [&p](QPointF base, QPointF c1, QPointF c2, QPointF tip, QPointF c3, QPointF c4, QColor colour) {
+        QPainterPath path;
+        path.moveTo(base);
+        path.cubicTo(c1, c2, tip);
+        path.cubicTo(c3, c4, base);
+        p.setBrush(colour);
+        p.drawPath(path);
+    };
+    leaf({126, 124}, {104, 80}, {64, 84}, {52, 96}, {66, 126}, {100, 136}, QColor(0x43, 0xa0, 0x47));
+    leaf({130, 108}, {146, 60}, {190, 52}, {206, 62}, {196, 96}, {162, 116}, QColor(0x66, 0xbb, 0x6a));
 
     // the tile's edge
     p.setBrush(Qt::NoBrush);
