@@ -26,14 +26,6 @@ bool say(qint64, qint64, const QString &what)
     return true;
 }
 
-void rememberBackup(const QString &file)
-{
-    if (!gINI)
-        OpenIni();
-    int type = 0;
-    gINI->SaveCtrl(QString::fromLatin1(Backup::kLastKey), Value(QDate::currentDate().toString(QStringLiteral("yyyy/MM/dd"))), type);
-    gINI->SaveCtrl(QString::fromLatin1(Backup::kDirKey), Value(QFileInfo(file).absolutePath()), type);
-}
 } // namespace
 
 int runBackup(const QStringList &args)
@@ -46,7 +38,7 @@ int runBackup(const QStringList &args)
     if (QFileInfo(file).isDir())
         file = QDir(file).filePath(Backup::fileName(QDateTime::currentDateTime()));
     Backup::take(file, say);
-    rememberBackup(file);
+    Backup::remember(file, QDate::currentDate());
     out(file);
     return 0;
 }

@@ -258,6 +258,47 @@ bool due(const Value &last, int months, const QDate &today)
     return last.toDate().date().addMonths(months) <= today;
 }
 
+namespace {
+QString setting(const char *key)
+{
+    if (!gINI)
+        OpenIni();
+    const Value v = gINI->GetCtrl(QString::fromLatin1(key));
+    return hasValue(v) ? v.toText().trimmed() : QString();
+}
+void saveSetting(const char *key, const QString &value)
+{
+    if (!gINI)
+        OpenIni();
+    int type = 0;
+    gINI->SaveCtrl(QString::fromLatin1(key), Value(value), type);
+}
+} // namespace
+
+bool dueNow(const QDate &today)
+{
+    const QString last = setting(kLastKey);
+    if (last.isEmpty()) {
+        saveSetting(kLastKey, today.toString(QStringLiteral("yyyy/MM/dd")));
+        return false;
+    }
+    bool ok = false;
+    const int months = setting(kMonthsKey).toInt(&ok);
+    return due(Value(last), ok ? months : 1, today);
+}
+
+void remember(const QString &file, const QDate &day)
+{
+    saveSetting(kLastKey, day.toString(QStringLiteral("yyyy/MM/dd")));
+    saveSetting(kDirKey, QFileInfo(file).absolutePath());
+}
+
+QString lastFolder()
+{
+    const QString dir = setting(kDirKey);
+    return !dir.isEmpty() && QFileInfo(dir).isDir() ? dir : QDir::homePath();
+}
+
 QString dumpRows(Engine &engine, DbKind kind, const ProgressFn &progress)
 {
     const QVector<const TableDef *> tables = Schema::tablesOf(kind);

@@ -69,6 +69,15 @@ void loadRows(Engine &engine, DbKind kind, const QString &dump);
 // none was ever taken) is `months` or more months ago; months 0 never asks.
 bool due(const Value &last, int months, const QDate &today);
 
+// Reads the settings of this computer: true when start-up should offer a
+// backup. The first start without a backup day begins the count (the day is
+// recorded and nothing is asked).
+bool dueNow(const QDate &today);
+// Records a backup written to file on that day (the day and its folder).
+void remember(const QString &file, const QDate &day);
+// The folder the last backup went to; the home folder before any.
+QString lastFolder();
+
 // Settings keys: the day of the last backup, the months between backups
 // (1 when unset), the folder the last one went to.
 extern const char *const kLastKey;

@@ -5,6 +5,7 @@
 #include "base/Msg.h"
 #include "rules/masters/Defaults.h"
 #include "rules/pesticide/ChemiStock.h"
+#include "screens/main/BackupOffer.h"
 #include "store/Database.h"
 #include "ui/Form.h"
 #include "ui/Screens.h"
@@ -75,6 +76,9 @@ bool Main()
     // The recount writes: a data file that can't be written keeps its figures.
     if (gDB->engine()->readOnlyReason().isEmpty())
         ResetUnusedChemi(gFMR_ID);
+
+    // Offered before the first screen, while nothing is being entered.
+    OfferBackup(nullptr);
 
     Form *first = nullptr;
     if (gUSE_TYPE == 1)
