@@ -8,6 +8,7 @@
 #include "screens/main/BackupOffer.h"
 #include "store/Database.h"
 #include "ui/Form.h"
+#include "ui/Progress.h"
 #include "ui/Screens.h"
 
 namespace {
@@ -74,8 +75,10 @@ bool Main()
         return false;
 
     // The recount writes: a data file that can't be written keeps its figures.
-    if (gDB->engine()->readOnlyReason().isEmpty())
-        ResetUnusedChemi(gFMR_ID);
+    if (gDB->engine()->readOnlyReason().isEmpty()) {
+        ProgressBox box(nullptr, QStringLiteral("起動"));
+        ResetUnusedChemi(gFMR_ID, box.callback());
+    }
 
     // Offered before the first screen, while nothing is being entered.
     OfferBackup(nullptr);
