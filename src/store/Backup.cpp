@@ -293,6 +293,8 @@ void remember(const QString &file, const QDate &day)
     saveSetting(kDirKey, QFileInfo(file).absolutePath());
 }
 
+QString lastDay() { return setting(kLastKey); }
+
 QString lastFolder()
 {
     const QString dir = setting(kDirKey);

@@ -77,6 +77,8 @@ bool dueNow(const QDate &today);
 void remember(const QString &file, const QDate &day);
 // The folder the last backup went to; the home folder before any.
 QString lastFolder();
+// The day of the last backup as kept ("2026/01/05"); empty before any.
+QString lastDay();
 
 // Settings keys: the day of the last backup, the months between backups
 // (1 when unset), the folder the last one went to.

@@ -38,7 +38,8 @@ void OfferBackup(QWidget *owner)
     try {
         if (!Backup::dueNow(QDate::currentDate()))
             return;
-        if (ShowMsg(QStringLiteral("前回のバックアップから期間がたっています。\n今バックアップを取りますか？"),
+        if (ShowMsg(QStringLiteral("前回のバックアップ（%1）から期間がたっています。\n今バックアップを取りますか？")
+                        .arg(Backup::lastDay()),
                     Msg::YesNo + Msg::Question) == Msg::ResYes)
             TakeBackup(owner);
     } catch (const AppError &e) {

@@ -433,6 +433,8 @@ private slots:
         QVERIFY(Main());
         const bool taken = answer == Msg::ResYes;
         QCOMPARE(rig.msgs.count(), int(asked) + int(taken));
+        if (asked)
+            QVERIFY(rig.msgs.messages[0].prompt.startsWith(QStringLiteral("前回のバックアップ（2000/01/01）から")));
         QCOMPARE(QFile::exists(file), taken);
         QCOMPARE(suggestedName.startsWith(QStringLiteral("tillora-backup-")), taken);
         const QString today = QDate::currentDate().toString(QStringLiteral("yyyy/MM/dd"));
