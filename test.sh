@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, starts a private MariaDB server on
+# Installs what is missing, builds, builds the Debian package and checks it
+# (as root: installs it and starts it), starts a private MariaDB server on
 # 127.0.0.1 and a private print server, runs every test on SQLite and on
 # MariaDB, and stops the servers.
 set -euo pipefail
@@ -7,6 +8,9 @@ cd "$(dirname "$0")"
 ./scripts/deps.sh test
 cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTILLORA_TESTS=ON -DTILLORA_BENCH=ON >/dev/null
 cmake --build build
+# The Debian package: its contents, and (as root) that it installs and starts.
+cmake --build build --target package >/dev/null
+./scripts/package-check.sh build
 
 export QT_QPA_PLATFORM=offscreen
 export XDG_RUNTIME_DIR="${XDG_RUNTIME_DIR:-$(mktemp -d /tmp/tillora-xdg.XXXXXX)}"

@@ -2,6 +2,7 @@
 // It shares the store with the program, so a statement behaves here as it
 // does behind a screen.
 
+#include "app/CommandLine.h"
 #include "base/AppError.h"
 #include "base/Globals.h"
 #include "base/Msg.h"
@@ -28,16 +29,22 @@ int runTrialBalance(const QStringList &args);
 int runJournal(const QStringList &args);
 // admin_sprays.cpp: the sprayings that break or can't be checked against their registration.
 int runCheckSprays(const QStringList &args);
+// admin_backup.cpp: a backup into one file, and putting one back.
+int runBackup(const QStringList &args);
+int runRestore(const QStringList &args, const QString &root);
 
 namespace {
 
-void out(const QString &s) { std::fputs((s + QLatin1Char('\n')).toUtf8().constData(), stdout); }
-void err(const QString &s) { std::fputs((s + QLatin1Char('\n')).toUtf8().constData(), stderr); }
+using CommandLine::err;
+using CommandLine::out;
 
-int usage()
+QString helpText()
 {
-    err(QStringLiteral(
-        "使い方:\n"
+    return QStringLiteral(
+        "使い方: tillora-admin COMMAND [--root DIR] ...\n"
+        "Tillora の設定、点検、書き出し、バックアップを行う。\n"
+        "\n"
+        "コマンド:\n"
         "  tillora-admin init [--root DIR] [--force]\n"
         "      実行用フォルダ（ini, work, data, images）と配布データベースを作成する。\n"
         "      既にあるファイルはそのまま残す（--force で作り直す）。\n"
@@ -65,7 +72,26 @@ int usage()
         "      （--year: その年の散布だけ）。\n"
         "  tillora-admin init-server [--root DIR]\n"
         "      設定で MySQL/MariaDB を指すデータ・マスタに、データベース、表、初期データを作成する。\n"
-        "DIR を省くと、このプログラムのフォルダの親を使う。"));
+        "  tillora-admin backup [--root DIR] OUT\n"
+        "      設定・作業用・データ・マスタのデータベースと画像を、動作中でも一貫した状態で 1 つのファイル\n"
+        "      （tar 形式）に保存する。OUT がフォルダなら tillora-backup-YYYYMMDD-HHMMSS.tar を作る。\n"
+        "  tillora-admin restore FILE [--root DIR] [--yes]\n"
+        "      バックアップを確認のうえ復元する。置き換えたファイルは日時を付けた名前で残す（--yes: 確認しない）。\n"
+        "\n"
+        "オプション:\n"
+        "  --root DIR   実行用フォルダ（ini, work, data, images を含むフォルダ）に DIR を使う\n"
+        "  --help       この説明を表示して終了する\n"
+        "  --version    版の情報を表示して終了する\n"
+        "\n"
+        "--root を省くと、環境変数 TILLORA_ROOT、プログラムのフォルダの隣（ビルドしたフォルダから\n"
+        "動かすとき）、利用者のデータフォルダ $XDG_DATA_HOME/tillora（既定は ~/.local/share/tillora）\n"
+        "の順に決まる。");
+}
+
+// Without a command: the help, as a wrong use.
+int usage()
+{
+    err(helpText());
     return 2;
 }
 
@@ -86,6 +112,8 @@ bool parseArgs(const QStringList &argv, Args &a)
         const QString &s = argv[i];
         if (s == QLatin1String("--root") && i + 1 < argv.size())
             a.root = argv[++i];
+        else if (s.startsWith(QLatin1String("--root=")))
+            a.root = s.mid(7);
         else if (s == QLatin1String("--db") && i + 1 < argv.size())
             a.db = argv[++i];
         else if (s == QLatin1String("--force"))
@@ -176,13 +204,36 @@ int main(int argc, char **argv)
         application = std::make_unique<QCoreApplication>(argc, argv);
     }
     QCoreApplication &app = *application;
+    for (const QString &s : app.arguments().mid(1)) {
+        if (s == QLatin1String("--help") || s == QLatin1String("-h")) {
+            out(helpText());
+            return 0;
+        }
+        if (s == QLatin1String("--version")) {
+            out(CommandLine::versionText(QStringLiteral("tillora-admin")));
+            return 0;
+        }
+    }
     Args a;
     if (!parseArgs(app.arguments(), a))
         return usage();
-    const QString root = a.root.isEmpty() ? QDir(app.applicationDirPath()).absoluteFilePath(QStringLiteral(".."))
-                                          : QDir(a.root).absolutePath();
-    AppPaths::setRoot(root);
+    static const QStringList commands{
+        "init", "sql", "ctrl", "shoot", "print-ptag", "export-ptag", "trial-balance", "journal", "check-sprays",
+        "oldcal", "init-server", "backup", "restore"};
+    if (!commands.contains(a.command))
+        return CommandLine::wrongUse(QStringLiteral("tillora-admin"),
+                                     (a.command.startsWith(QLatin1Char('-')) ? QStringLiteral("不明なオプション '%1' です。")
+                                                                            : QStringLiteral("不明なコマンド '%1' です。"))
+                                         .arg(a.command));
+    const AppPaths::RootChoice choice = AppPaths::chooseRoot(a.root);
+    const QString root = choice.root;
     try {
+        // init and restore make the tree themselves; the others find it
+        // made (the user's data folder on its first use).
+        if (a.command == QLatin1String("init") || a.command == QLatin1String("restore"))
+            AppPaths::setRoot(root);
+        else
+            Setup::useRoot(choice);
         int rc;
         if (a.command == QLatin1String("init")) {
             const Setup::InitReport r = Setup::initRoot(root, a.force);
@@ -213,6 +264,10 @@ int main(int argc, char **argv)
             for (const QString &line : Setup::initServers())
                 out(line);
             rc = 0;
+        } else if (a.command == QLatin1String("backup")) {
+            rc = runBackup(a.rest);
+        } else if (a.command == QLatin1String("restore")) {
+            rc = runRestore(a.rest, root);
         } else {
             rc = usage();
         }

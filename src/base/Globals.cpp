@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFileInfo>
 
 qint16 gUSE_TYPE = 0;
 Value gFMR_ID = Value(0);
@@ -68,6 +69,41 @@ QString resolve(const QString &stored)
     if (isRelative(s))
         s = programDir() + QLatin1Char('/') + s;
     return QDir::cleanPath(s);
+}
+
+namespace {
+bool hasTreeBeside(const QString &programDir)
+{
+    const QDir parent(programDir + QStringLiteral("/.."));
+    return QFileInfo::exists(parent.filePath(QStringLiteral("ini/INFO.MDB"))) ||
+           QFileInfo::exists(parent.filePath(QStringLiteral("CMakeCache.txt")));
+}
+} // namespace
+
+RootChoice chooseRoot(const RootInputs &in)
+{
+    const auto absolute = [](const QString &dir) { return QDir::cleanPath(QDir(dir).absolutePath()); };
+    if (!in.option.isEmpty())
+        return {absolute(in.option), RootSource::Option};
+    if (!in.environment.isEmpty())
+        return {absolute(in.environment), RootSource::Environment};
+    if (!in.programDir.isEmpty() && hasTreeBeside(in.programDir))
+        return {absolute(in.programDir + QStringLiteral("/..")), RootSource::BesideProgram};
+    // The data folder of the XDG rules: a relative XDG_DATA_HOME is ignored.
+    const QString data = QDir::isAbsolutePath(in.xdgDataHome) ? in.xdgDataHome
+                                                               : in.home + QStringLiteral("/.local/share");
+    return {absolute(data + QStringLiteral("/tillora")), RootSource::DataHome};
+}
+
+RootChoice chooseRoot(const QString &option)
+{
+    RootInputs in;
+    in.option = option;
+    in.environment = qEnvironmentVariable("TILLORA_ROOT");
+    in.programDir = QCoreApplication::instance() ? QCoreApplication::applicationDirPath() : QString();
+    in.xdgDataHome = qEnvironmentVariable("XDG_DATA_HOME");
+    in.home = QDir::homePath();
+    return chooseRoot(in);
 }
 
 }

@@ -57,4 +57,31 @@ QString root();
 // program's folder.
 QString resolve(const QString &stored);
 bool isRelative(const QString &stored);
+
+// Which run-time tree a program uses, decided once at its start for both
+// programs:
+//   1. the folder given with --root;
+//   2. else the folder in the environment variable TILLORA_ROOT;
+//   3. else the tree beside the program's folder, when there is one: a
+//      checkout's build folder (build/bin with build/ini ... beside it, or a
+//      build folder not yet set up, known by its CMakeCache.txt), or any copy
+//      of bin/ kept with its ini/ folder;
+//   4. else the user's data folder: $XDG_DATA_HOME/tillora, or
+//      ~/.local/share/tillora when XDG_DATA_HOME is unset or not absolute
+//      (an installed program in /usr/bin).
+enum class RootSource { Option, Environment, BesideProgram, DataHome };
+struct RootChoice {
+    QString root; // absolute, cleaned
+    RootSource source;
+};
+struct RootInputs {
+    QString option;      // --root, empty when not given
+    QString environment; // TILLORA_ROOT
+    QString programDir;  // the folder of the running program
+    QString xdgDataHome; // XDG_DATA_HOME
+    QString home;        // HOME
+};
+RootChoice chooseRoot(const RootInputs &in);
+// The same from this process's environment and program folder.
+RootChoice chooseRoot(const QString &option);
 }

@@ -191,6 +191,13 @@ InitReport initRoot(const QString &root, bool force)
     return report;
 }
 
+void useRoot(const AppPaths::RootChoice &choice)
+{
+    AppPaths::setRoot(choice.root);
+    if (choice.source == AppPaths::RootSource::DataHome && !QFileInfo::exists(fileOf(choice.root, DbKind::Ini)))
+        initRoot(choice.root);
+}
+
 namespace {
 
 // Runs statements on a server with no database chosen.

@@ -4,6 +4,7 @@
 // built into the programs). Used by `tillora-admin init`, the tests and the
 // benchmark's generator.
 
+#include "base/Globals.h"
 #include "store/Engine.h"
 #include "store/Schema.h"
 
@@ -36,6 +37,11 @@ struct InitReport {
 // Makes the run-time folders and the four database files under root. A file
 // that exists is kept as it is unless force is set.
 InitReport initRoot(const QString &root, bool force = false);
+
+// Makes root the run-time tree of this process (see AppPaths::chooseRoot).
+// The user's data folder is set up on the first start, as `init` does; a
+// tree named otherwise is used as it is.
+void useRoot(const AppPaths::RootChoice &choice);
 
 // Writes a settings row straight into the settings file of a run-time root
 // (for set-up and scripts; the program itself goes through gINI).

@@ -3,6 +3,7 @@
 #include "store/Engine.h"
 
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest/QTest>
 
@@ -91,6 +92,23 @@ private slots:
     {
         QCOMPARE(admin({}).code, 2);
         QCOMPARE(admin({"sql", "--db", "nowhere", "SELECT 1"}).code, 2);
+        for (const char *wrong : {"frob", "--frob"}) {
+            const Run r = admin({wrong});
+            QCOMPARE(r.code, 2);
+            QVERIFY(r.err.contains(QStringLiteral("詳しくは 'tillora-admin --help'")));
+        }
+    }
+
+    // As the system's other programs: to standard output, exit 0.
+    void helpAndVersion()
+    {
+        Run r = admin({"--help"});
+        QCOMPARE(r.code, 0);
+        QVERIFY(r.out.startsWith(QStringLiteral("使い方: tillora-admin")));
+        QVERIFY(r.out.contains(QStringLiteral("restore FILE")));
+        r = admin({"--version"});
+        QCOMPARE(r.code, 0);
+        QVERIFY(QRegularExpression(QStringLiteral("^tillora-admin \\(Tillora\\) \\d+\\.\\d+\\.\\d+\n")).match(r.out).hasMatch());
     }
 };
 

@@ -88,13 +88,15 @@ QString periodRowsSql(const QDateTime &first, const QDateTime &last, const Value
         .num(shop);
 }
 
-int loadPeriodRows(const QDateTime &first, const QDateTime &last, const Value &farmer, const Value &shop)
+int loadPeriodRows(const QDateTime &first, const QDateTime &last, const Value &farmer, const Value &shop,
+                   const ProgressFn &progress)
 {
     RecordsetPtr rs = gDB->GetStaticRst(periodRowsSql(first, last, farmer, shop));
     if (rs->eof())
         return 0;
     gPTAG_ROWS = QVector<PriceTagSet>(1);
-    SetPriceTagRows(*rs);
+    if (!SetPriceTagRows(*rs, progress))
+        return -1;
     rs->Close();
     return int(gPTAG_ROWS[0].Rows.size());
 }
@@ -168,8 +170,11 @@ Outcome exportRows(const Request &q)
         return refused("日付を指定してください。", 1);
     if (q.last.isEmpty())
         return refused("出荷日を指定してください。", 1);
-    if (loadPeriodRows(first, last, q.farmer, q.shop) == 0)
+    const int found = loadPeriodRows(first, last, q.farmer, q.shop, q.progress);
+    if (found == 0)
         return refused("出力対象データが登録されていません。", -1);
+    if (found < 0)
+        return refused("書き出しを中止しました。", -1);
     if (q.folder.isEmpty())
         return refused("出力先を指定してください。", 2);
     if (!QFileInfo(q.folder).isDir())

@@ -2,6 +2,7 @@
 // The price tag rows of a period written as a CSV file for an outside label
 // printer: one line a row, in the system code page, no head line. The period
 // opens where the last export ended, and the folder is remembered.
+#include "base/Progress.h"
 #include "base/Value.h"
 #include "rules/print/PriceTag.h"
 
@@ -40,8 +41,10 @@ void saveLastExport(const QString &lastDay);
 // The shipments of a period of a farmer to a shop.
 QString periodRowsSql(const QDateTime &first, const QDateTime &last, const Value &farmer, const Value &shop);
 // Reads them into the tag rows (gPTAG_ROWS, one set); their number. With
-// none the tag rows stay as they were.
-int loadPeriodRows(const QDateTime &first, const QDateTime &last, const Value &farmer, const Value &shop);
+// none the tag rows stay as they were; -1 when stopped through the progress
+// callback.
+int loadPeriodRows(const QDateTime &first, const QDateTime &last, const Value &farmer, const Value &shop,
+                   const ProgressFn &progress = {});
 
 // "yymmdd-yymmdd-farmer-shop.csv"
 QString fileName(const QDateTime &first, const QDateTime &last, const Value &farmer, const Value &shop);
@@ -62,6 +65,7 @@ struct Request {
     QString first, last, folder;
     Value farmer, shop;
     Encoding encoding = Encoding::CodePage;
+    ProgressFn progress; // stopped while the rows are made, nothing is written
 };
 // What came of it: the rows written, or the refusal with the field it
 // concerns (0 first day, 1 last day, 2 folder, -1 none).

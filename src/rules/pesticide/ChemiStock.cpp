@@ -4,17 +4,21 @@
 #include "store/Database.h"
 #include "store/Stmt.h"
 
-void ResetUnusedChemi(const Value &fmrId)
+void ResetUnusedChemi(const Value &fmrId, const ProgressFn &progress)
 {
-    RecordsetPtr rs = gDB->GetFwdOnlyRst(
+    RecordsetPtr rs = gDB->GetStaticRst(
         Stmt("SELECT D_CHEMI.CHEMI_ID FROM D_CHEMI LEFT JOIN D_DIARY_DTL ON D_CHEMI.CHEMI_ID = "
              "D_DIARY_DTL.CHEMI_ID WHERE D_DIARY_DTL.FMR_ID IS NULL AND D_CHEMI.FMR_ID=?")
             .num(fmrId));
-    for (; !rs->eof(); rs->MoveNext())
+    const int total = rs->RecordCount();
+    for (int done = 0; !rs->eof(); rs->MoveNext(), ++done) {
+        if (!goOn(progress, done, total, QStringLiteral("農薬の在庫を数え直しています")))
+            return;
         gDB->EXEC(Stmt("UPDATE D_CHEMI SET  D_CHEMI.USED_QTY=0,  D_CHEMI.REST_QTY=D_CHEMI.PUR_QTY  WHERE "
                        "D_CHEMI.FMR_ID=? AND D_CHEMI.CHEMI_ID=?")
                       .num(fmrId)
                       .num(rs->Fields(0)));
+    }
 }
 
 void RecountChemiUse(const Value &fmrId, const QDateTime &workDate)

@@ -2,14 +2,17 @@
 // Stock figures and use costs of the pesticide lots.
 
 #include "base/Currency.h"
+#include "base/Progress.h"
 #include "base/Value.h"
 
 #include <QDateTime>
 
 // Lots of the farmer that no diary line uses get their whole quantity back:
 // USED_QTY 0 and REST_QTY = PUR_QTY. The only road that clears a lot whose
-// last use was removed.
-void ResetUnusedChemi(const Value &fmrId);
+// last use was removed. Each lot is one statement: stopped through the
+// progress callback, the lots done so far stay done and the others keep
+// their figures until the next recount.
+void ResetUnusedChemi(const Value &fmrId, const ProgressFn &progress = {});
 
 // Recounts USED_QTY of the lots named on the farmer's lines of that day, over
 // all their days, converting each use into the purchase unit through the

@@ -19,7 +19,7 @@ qint32 wholeOr0(const Value &v) { return hasValue(v) && IsNumeric(v) ? Value(rou
 
 } // namespace
 
-void SetPriceTagRows(Recordset &rs)
+bool SetPriceTagRows(Recordset &rs, const ProgressFn &progress)
 {
     if (gPTAG_ROWS.isEmpty())
         gPTAG_ROWS.resize(1);
@@ -29,7 +29,10 @@ void SetPriceTagRows(Recordset &rs)
     const bool withQr =
         !textOf(gMST->DLookup(QStringLiteral("WWW_URL"), QStringLiteral("M_SHOP"), Stmt("SHOP_ID=?").num(gSHOP_ID)))
              .isEmpty();
-    for (; !rs.eof(); rs.MoveNext()) {
+    const int total = rs.RecordCount();
+    for (int done = 0; !rs.eof(); rs.MoveNext(), ++done) {
+        if (!goOn(progress, done, total, QStringLiteral("値札を作成しています")))
+            return false;
         PriceTagRow r;
         const Value fmr = rs.Fields(QStringLiteral("FMR_ID"));
         const Value prd = rs.Fields(QStringLiteral("PRD_ID"));
@@ -51,6 +54,7 @@ void SetPriceTagRows(Recordset &rs)
         l.Plas = hasValue(plas) && plas.toBool();
         rows.append(r);
     }
+    return true;
 }
 
 void SetLabelList()

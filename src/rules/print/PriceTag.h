@@ -2,6 +2,7 @@
 // Price tags apart from their screens: the rows read from a day's (or a
 // period's) shipments, the flat list of labels of a run and the sheet
 // arithmetic. The CSV file of the rows is written by the exchange rules.
+#include "base/Progress.h"
 #include "base/Currency.h"
 #include "base/Value.h"
 #include "rules/print/modPrinter.h"
@@ -63,7 +64,8 @@ constexpr double Height = 1922.13; // 33.9 mm
 }
 
 // Builds gPTAG_ROWS[0].Rows from a set of D_SHIP rows, in their order.
-void SetPriceTagRows(Recordset &rs);
+// Stopped through the progress callback: false, the rows incomplete.
+bool SetPriceTagRows(Recordset &rs, const ProgressFn &progress = {});
 // Expands the rows into gLABEL_LIST: the skipped places, then each row's
 // label once for every unit shipped (rows without a code give none).
 void SetLabelList();

@@ -99,18 +99,22 @@ void saveReportSettings(int repId, const ReportSettings &s)
     });
 }
 
-void SaveReportPdf(int repId, const QString &path, int firstPage, int lastPage)
+bool SaveReportPdf(int repId, const QString &path, int firstPage, int lastPage, const ProgressFn &progress)
 {
     const ReportPaper paper = reportPaper(repId);
     const Margins m = reportMargins(repId);
     PdfTarget pdf(path, paper.width, paper.height, paper.name);
     pdf.setOrientation(paper.orientation);
-    for (int page = std::max(1, firstPage); page <= lastPage; ++page) {
+    const int first = std::max(1, firstPage);
+    for (int page = first; page <= lastPage; ++page) {
+        if (!goOn(progress, page - first, lastPage - first + 1, QStringLiteral("%1 ﾍﾟｰｼﾞ目").arg(page)))
+            return false;
         pdf.startPage();
         PrintReport(repId, pdf, m.left, m.top, page, page);
         pdf.EndDoc();
     }
     pdf.finish();
+    return true;
 }
 
 // ---------------------------------------------------------------- the printer's settings

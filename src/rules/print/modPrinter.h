@@ -9,6 +9,7 @@
 // printer and paper bin of each report are kept per computer in S_REP
 // (settings database). Positions are twips, 567 to the centimetre.
 
+#include "base/Progress.h"
 #include "base/Value.h"
 #include "rules/print/PageTarget.h"
 
@@ -82,7 +83,8 @@ ReportPaper reportPaper(int repId);
 // paper, each page in its own page of the file, with the report's margins.
 // A page the report leaves empty is an empty page of the file. Raises an
 // error when the file can't be written; nothing then stands under its name.
-void SaveReportPdf(int repId, const QString &path, int firstPage, int lastPage);
+// Stopped through the progress callback (between pages): false, and no file.
+bool SaveReportPdf(int repId, const QString &path, int firstPage, int lastPage, const ProgressFn &progress = {});
 
 // Margins shown in centimetres and kept in twips, 567 to the centimetre.
 constexpr double kTwipsPerCm = 567;

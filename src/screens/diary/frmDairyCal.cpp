@@ -2,6 +2,7 @@
 
 #include "base/Globals.h"
 #include "rules/diary/DiaryLists.h"
+#include "screens/main/BackupOffer.h"
 #include "store/Database.h"
 #include "ui/Entry.h"
 #include "ui/Screens.h"
@@ -64,10 +65,14 @@ frmDairyCal::frmDairyCal(QWidget *parent) : Form(QStringLiteral("frmDairyCal"), 
     setTrapStyle(TrapStyle::Plain);
     setWindowTitle(QStringLiteral("日誌一覧"));
     setSizable(true);
-    // The menu bar of the screen; its items have no action.
+    // The menu bar of the screen; of its items only ﾊﾞｯｸｱｯﾌﾟ has an action.
     auto *bar = new QMenuBar;
     bar->setNativeMenuBar(false);
     QMenu *file = bar->addMenu(QStringLiteral("ﾌｧｲﾙ(&F)"));
+    QAction *backup = file->addAction(QStringLiteral("ﾊﾞｯｸｱｯﾌﾟ(&B)..."));
+    backup->setObjectName(QStringLiteral("mnuBACKUP"));
+    connect(backup, &QAction::triggered, this, [this] { trap([this] { TakeBackup(this); }); });
+    file->addSeparator();
     file->addAction(QStringLiteral("終了(&X)"));
     QMenu *input = bar->addMenu(QStringLiteral("入力(&I)"));
     input->addAction(QStringLiteral("作付入力(&P)"));

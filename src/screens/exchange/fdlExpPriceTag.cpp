@@ -4,6 +4,7 @@
 #include "base/Msg.h"
 #include "rules/exchange/PriceTagCsv.h"
 #include "rules/masters/MasterLists.h"
+#include "ui/Progress.h"
 #include "ui/Entry.h"
 
 #include <QCheckBox>
@@ -111,9 +112,10 @@ int fdlExpPriceTag::GetData(const QDateTime &first, const QDateTime &last)
 
 int fdlExpPriceTag::ExpData()
 {
+    ProgressBox box(this, QStringLiteral("値札データ書出"));
     const PriceTagCsv::Outcome out = PriceTagCsv::exportRows(
         {txtCOND[0]->text(), txtCOND[1]->text(), txtCOND[2]->text(), gFMR_ID, gSHOP_ID,
-         chkUTF8->isChecked() ? PriceTagCsv::Encoding::Utf8Bom : PriceTagCsv::Encoding::CodePage});
+         chkUTF8->isChecked() ? PriceTagCsv::Encoding::Utf8Bom : PriceTagCsv::Encoding::CodePage, box.callback()});
     if (!out.refusal.isEmpty()) {
         ShowMsg(out.refusal, Msg::Exclamation);
         if (out.field >= 0)

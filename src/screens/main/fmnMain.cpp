@@ -2,6 +2,7 @@
 
 #include "base/Globals.h"
 #include "rules/masters/MasterLists.h"
+#include "screens/main/BackupOffer.h"
 #include "ui/Entry.h"
 #include "ui/Screens.h"
 
@@ -38,6 +39,7 @@ const CtlSpec kControls[] = {
     {"fraAccData", CtlKind::Frame, "会計データ", 6400, 5500, 5400, 1500},
     {"cmdMENU(13)", CtlKind::Button, "仕訳帳書出", 300, 480, 2300, 720, "fraAccData"},
     {"cmdMENU(0)", CtlKind::Button, "閉じる", 600, 8250, 2000, 650},
+    {"cmdBACKUP", CtlKind::Button, "ﾊﾞｯｸｱｯﾌﾟ...", 6400, 8250, 2300, 650},
 };
 
 // What each button opens.
@@ -61,6 +63,7 @@ fmnMain::fmnMain(QWidget *parent) : Form(QStringLiteral("fmnMain"), 12400, 9200,
         const QString target = QString::fromLatin1(kOpens[i]);
         onClick(cmdMENU[i], [target] { openScreen(target); });
     }
+    onClick(ctl<QPushButton>(QStringLiteral("cmdBACKUP")), [this] { TakeBackup(this); });
     onClick(
         cmdMENU[0],
         [this] {

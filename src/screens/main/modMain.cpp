@@ -5,8 +5,10 @@
 #include "base/Msg.h"
 #include "rules/masters/Defaults.h"
 #include "rules/pesticide/ChemiStock.h"
+#include "screens/main/BackupOffer.h"
 #include "store/Database.h"
 #include "ui/Form.h"
+#include "ui/Progress.h"
 #include "ui/Screens.h"
 
 namespace {
@@ -73,8 +75,13 @@ bool Main()
         return false;
 
     // The recount writes: a data file that can't be written keeps its figures.
-    if (gDB->engine()->readOnlyReason().isEmpty())
-        ResetUnusedChemi(gFMR_ID);
+    if (gDB->engine()->readOnlyReason().isEmpty()) {
+        ProgressBox box(nullptr, QStringLiteral("起動"));
+        ResetUnusedChemi(gFMR_ID, box.callback());
+    }
+
+    // Offered before the first screen, while nothing is being entered.
+    OfferBackup(nullptr);
 
     Form *first = nullptr;
     if (gUSE_TYPE == 1)

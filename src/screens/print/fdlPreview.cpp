@@ -3,6 +3,7 @@
 #include "ui/Entry.h"
 #include "base/Globals.h"
 #include "base/Msg.h"
+#include "ui/Progress.h"
 #include "ui/Screens.h"
 #include "rules/print/modPrinter.h"
 #include "screens/print/Printer.h"
@@ -386,9 +387,15 @@ void fdlPreview::writePdf(int firstPage, int lastPage, const QString &suggestedN
     const QString path = askPdfName(suggestedName);
     if (path.isEmpty())
         return;
+    bool written = false;
     {
         WaitCursor wait;
-        SaveReportPdf(gREP_ID, path, firstPage, lastPage);
+        ProgressBox box(this, QStringLiteral("PDF 保存"));
+        written = SaveReportPdf(gREP_ID, path, firstPage, lastPage, box.callback());
+    }
+    if (!written) {
+        ShowMsg(QStringLiteral("PDF の保存を中止しました。"), Msg::Information);
+        return;
     }
     ShowMsg(QStringLiteral("%1ﾍﾟｰｼﾞをPDFファイルに保存しました。\n%2")
                 .arg(lastPage - firstPage + 1)

@@ -200,6 +200,12 @@ private slots:
             QCOMPARE(o.written, 0);
         }
         QVERIFY(QDir(dir.path()).entryList(QDir::Files).isEmpty());
+        // stopped while the rows are made: no file
+        int reports = 0;
+        Request stopped{QStringLiteral("2026/05/01"), QStringLiteral("2026/05/10"), dir.path(), Value(1), Value(1)};
+        stopped.progress = [&](qint64, qint64, const QString &) { return ++reports < 2; };
+        QCOMPARE(exportRows(stopped).refusal, QStringLiteral("書き出しを中止しました。"));
+        QVERIFY(QDir(dir.path()).entryList(QDir::Files).isEmpty());
 
         const Outcome o = exportRows({QStringLiteral("2026/05/01"), QStringLiteral("2026/05/10"), dir.path(), Value(1), Value(1)});
         QVERIFY(o.refusal.isEmpty());

@@ -292,6 +292,9 @@ private slots:
         QCOMPARE(lotField(1, "REST_QTY"), 2.0);
         // what is left, for every lot; lot 4's stale count stays until 検索
         QCOMPARE(lotField(4, "REST_QTY"), 1.5);
+        // stopped before its first lot, the recount leaves the figures
+        ResetUnusedChemi(Value(1), [](qint64, qint64, const QString &) { return false; });
+        QCOMPARE(lotField(4, "REST_QTY"), 1.5);
         ResetUnusedChemi(Value(1));
         QCOMPARE(lotField(4, "USED_QTY"), 0.0);
         QCOMPARE(lotField(4, "REST_QTY"), 2.0);

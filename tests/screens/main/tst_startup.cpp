@@ -13,9 +13,12 @@
 #include "support/MsgRecorder.h"
 #include "support/TestRoot.h"
 
+#include <QAction>
 #include <QApplication>
+#include <QDir>
 #include <QComboBox>
 #include <QFile>
+#include <QFileInfo>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -392,6 +395,60 @@ private slots:
         QCOMPARE(list->currentIndex(), 1); // chosen again on activation
         Gui::click(menu->ctl<QPushButton>("cmdMENU(0)"));
         QCOMPARE(rig.ends, 1);
+    }
+
+    // The question at start-up, and the backup it leads to through the
+    // save dialog; the calendar's ﾌｧｲﾙ menu takes one at any time.
+    void aBackupIsOfferedWhenTheLastIsOld_data()
+    {
+        QTest::addColumn<QString>("last");
+        QTest::addColumn<QString>("months");
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<bool>("asked");
+        QTest::newRow("first start begins the count") << "" << "" << 0 << false;
+        QTest::newRow("a month ago, taken") << "2000/01/01" << "" << int(Msg::ResYes) << true;
+        QTest::newRow("a month ago, not now") << "2000/01/01" << "" << int(Msg::ResNo) << true;
+        QTest::newRow("months 0 never asks") << "2000/01/01" << "0" << 0 << false;
+    }
+    void aBackupIsOfferedWhenTheLastIsOld()
+    {
+        QFETCH(QString, last);
+        QFETCH(QString, months);
+        QFETCH(int, answer);
+        QFETCH(bool, asked);
+        TestRoot root(TestEnv::engine(), false);
+        if (!last.isEmpty())
+            root.setCtrl("BACKUP_LAST", Value(last));
+        if (!months.isEmpty())
+            root.setCtrl("BACKUP_MONTHS", Value(months));
+        const QString file = root.root() + QStringLiteral("/b.tar");
+        QString suggestedName;
+        setSaveFileHook([&](const QString &, const QString &suggested) {
+            suggestedName = QFileInfo(suggested).fileName();
+            return file;
+        });
+        StartupRig rig;
+        if (asked)
+            rig.msgs.answer(answer);
+        QVERIFY(Main());
+        const bool taken = answer == Msg::ResYes;
+        QCOMPARE(rig.msgs.count(), int(asked) + int(taken));
+        if (asked)
+            QVERIFY(rig.msgs.messages[0].prompt.startsWith(QStringLiteral("前回のバックアップ（2000/01/01）から")));
+        QCOMPARE(QFile::exists(file), taken);
+        QCOMPARE(suggestedName.startsWith(QStringLiteral("tillora-backup-")), taken);
+        const QString today = QDate::currentDate().toString(QStringLiteral("yyyy/MM/dd"));
+        QCOMPARE(gINI->GetCtrl("BACKUP_LAST").toText(), last.isEmpty() || taken ? today : last);
+
+        // ﾌｧｲﾙ - ﾊﾞｯｸｱｯﾌﾟ... of the calendar
+        QFile::remove(file);
+        Form *cal = Form::find(QStringLiteral("frmDairyCal"));
+        QAction *menu = cal->findChild<QAction *>(QStringLiteral("mnuBACKUP"));
+        QVERIFY(menu);
+        menu->trigger();
+        QVERIFY(QFile::exists(file));
+        QCOMPARE(rig.msgs.lastPrompt(), QStringLiteral("バックアップを保存しました。\n") + QDir::toNativeSeparators(file));
+        setSaveFileHook(nullptr);
     }
 };
 

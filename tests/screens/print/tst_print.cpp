@@ -6,6 +6,7 @@
 
 #include "ui/Entry.h"
 #include "ui/Form.h"
+#include "ui/Progress.h"
 #include "base/Globals.h"
 #include "base/Msg.h"
 #include "ui/Screens.h"
@@ -365,6 +366,14 @@ private slots:
         const QString text = run(QStringLiteral("pdftotext"), {answer, QStringLiteral("-")});
         QVERIFY(text.indexOf(QStringLiteral("値札ページ1")) < text.indexOf(QStringLiteral("値札ページ3")));
         QVERIFY(text.contains(QStringLiteral("値札ページ2")));
+
+        // キャンセル between the pages: no file, and an earlier one stays whole
+        rec.clear();
+        ProgressBox::setCancelAfterForTest(2);
+        f.menuAction(QStringLiteral("mnuSAVE_PDF"))->trigger();
+        ProgressBox::setCancelAfterForTest(0);
+        QCOMPARE(rec.lastPrompt(), QStringLiteral("PDF の保存を中止しました。"));
+        QVERIFY(run(QStringLiteral("pdfinfo"), {answer}).contains(QRegularExpression(QStringLiteral("Pages:\\s+3\\n"))));
 
         // a file that can't be written: a message, nothing left under its name,
         // and a file already there stays as it was
