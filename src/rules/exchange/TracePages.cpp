@@ -76,9 +76,9 @@ QString pagePath(const History &h)
 
 QString head(const QString &title, const QString &up)
 {
-    return QStringLiteral("<!DOCTYPE html>\n<html lang=\"ja\">\n<head>\n<meta charset=\"utf-8\">\n"
-                          "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
-                          "<title>%1</title>\n<link rel=\"stylesheet\" href=\"%2style.css\">\n</head>\n<body>\n")
+    return QStringLiteral("<!DOCTYPE html>\n<html lang=\"ja\">\n<head>\n<meta charset=\"utf-8\" />\n"
+                          "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\" />\n"
+                          "<title>%1</title>\n<link rel=\"stylesheet\" href=\"%2style.css\" />\n</head>\n<body>\n")
         .arg(escaped(title), up);
 }
 
@@ -86,7 +86,7 @@ QString banner(const QString &shopName, const QString &logo, const QString &up)
 {
     QString out = QStringLiteral("<header>");
     if (!logo.isEmpty())
-        out += QStringLiteral("<img src=\"%1%2\" alt=\"%3\">").arg(up, escaped(logo), escaped(shopName));
+        out += QStringLiteral("<img src=\"%1%2\" alt=\"%3\" />").arg(up, escaped(logo), escaped(shopName));
     if (!shopName.isEmpty())
         out += QStringLiteral("<p class=\"shop\">%1</p>").arg(escaped(shopName));
     return out + QStringLiteral("</header>\n");
@@ -110,7 +110,7 @@ QString table(const QStringList &heads, const QStringList &classes, const QVecto
         for (int i = 0; i < r.size(); ++i) {
             const QString cls = classes.value(i);
             out += cls.isEmpty() ? QStringLiteral("<td>") : QStringLiteral("<td class=\"%1\">").arg(cls);
-            out += escaped(r[i]).replace(QLatin1Char('\n'), QStringLiteral("<br>")) + QStringLiteral("</td>");
+            out += escaped(r[i]).replace(QLatin1Char('\n'), QStringLiteral("<br />")) + QStringLiteral("</td>");
         }
         out += QStringLiteral("</tr>\n");
     }

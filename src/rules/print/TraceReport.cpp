@@ -17,7 +17,7 @@ using TablePages::Style;
 // joins some with the spans of its rows). A4 less the margins.
 const QVector<TablePages::Column> kColumns = {
     {QString(), 1250, 2}, {QString(), 2000, 0}, {QString(), 1250, 0},
-    {QString(), 2000, 0}, {QString(), 1300, 1}, {QString(), 1838, 0},
+    {QString(), 2000, 0}, {QString(), 1300, 1}, {QString(), 1838, 2},
 };
 
 // A text cut into lines of the width of `columns` columns from `first` on,
