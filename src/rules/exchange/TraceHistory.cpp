@@ -150,10 +150,11 @@ QVector<Block> blocks(const History &h)
         work.rows.append({dayText(w.day), w.work, w.notes});
     Block sprays{Block::Sprays, QStringLiteral("農薬の使用"), QStringLiteral("農薬の使用はありません。"),
                  {QStringLiteral("日付"), QStringLiteral("農薬名"), QStringLiteral("登録番号"), QStringLiteral("使用目的"),
-                  QStringLiteral("使用量"), QStringLiteral("単位")},
+                  QStringLiteral("使用量")},
                  {}};
     for (const Spraying &s : h.sprays)
-        sprays.rows.append({dayText(s.day), s.pesticide, s.regNo, s.purpose, s.quantity, s.unit});
+        sprays.rows.append({dayText(s.day), s.pesticide, s.regNo, s.purpose,
+                            (s.quantity + QLatin1Char(' ') + s.unit).trimmed()});
     Block uses{Block::Uses, QStringLiteral("登録番号ごとの使用回数（この作付の期間）"), QString(),
                {QStringLiteral("登録番号"), QStringLiteral("農薬名"), QStringLiteral("使用回数／使用できる回数")}, {}};
     for (const Spray::UseCount &c : h.uses)

@@ -67,7 +67,7 @@ struct Block {
     QStringList heads;
     QVector<QStringList> rows; // a cell a head
 };
-// The work lines; the sprayings with their quantity and unit; the uses of
+// The work lines; the sprayings with their quantity ("190 mL"); the uses of
 // each registration (only when there are sprayings to count); the
 // shipments with their quantity and returns.
 QVector<Block> blocks(const History &h);

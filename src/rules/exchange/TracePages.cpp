@@ -38,6 +38,7 @@ td.d{white-space:nowrap}
 .none{color:#777}
 ul.list{padding-left:1.2em}
 footer{margin-top:2em;font-size:.8em;color:#777}
+@media (max-width:30em){body{font-size:15px}table{font-size:.8em}th,td{padding:.25em .3em}}
 )";
 
 const char *const kScript = R"(<?php

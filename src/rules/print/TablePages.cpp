@@ -73,11 +73,28 @@ void drawHeads(PrintTarget &target, double x0, double y, double width, double he
 int Layout::rowsPerPage() const { return std::max(1, int((footTop() - 100 - bodyTop()) / rowHeight)); }
 
 namespace {
+// The heads a page repeats when it goes on with the lines under them: the
+// Heads row of the block its first line belongs to; -1 for none.
+int repeatedHeads(const Document &doc, int first)
+{
+    if (first <= 0 || first >= doc.rows.size() || doc.rows[first].style == Style::Heads ||
+        acrossTheLine(doc.rows[first].style))
+        return -1;
+    for (int i = first - 1; i >= 0; --i) {
+        if (doc.rows[i].style == Style::Heads)
+            return i;
+        if (acrossTheLine(doc.rows[i].style))
+            return -1;
+    }
+    return -1;
+}
+
 QVector<Span> pages(const Document &doc, const Layout &layout)
 {
-    const int per = layout.rowsPerPage(), n = int(doc.rows.size());
+    const int n = int(doc.rows.size());
     QVector<Span> out;
     for (int first = 0; first < n || out.isEmpty();) {
+        const int per = std::max(1, layout.rowsPerPage() - (repeatedHeads(doc, first) >= 0 ? 1 : 0));
         int end = std::min(n, first + per);
         if (end < n) {
             int kept = end;
@@ -129,10 +146,12 @@ void drawPage(PrintTarget &target, double left, double top, const Document &doc,
     }
 
     const Span span = pageRows(doc, page, layout);
+    const int heads = repeatedHeads(doc, span.first);
+    const int shift = heads >= 0 ? 1 : 0;
     const double textDrop = (layout.rowHeight - kCellSize * 20) / 2;
-    for (int i = 0; i < span.count; ++i) {
-        const Row &row = doc.rows[span.first + i];
-        const double y = top + layout.bodyTop() + i * layout.rowHeight;
+    for (int i = -shift; i < span.count; ++i) {
+        const Row &row = doc.rows[i < 0 ? heads : span.first + i];
+        const double y = top + layout.bodyTop() + (i + shift) * layout.rowHeight;
         const bool bold = row.style != Style::Plain && row.style != Style::Note && row.style != Style::Heads;
         target.setFontBold(bold);
         if (row.style == Style::Subtotal || row.style == Style::Total)

@@ -66,7 +66,8 @@ struct Layout {
 
 // The pages the rows need (1 at least: an empty report is one page). A page
 // takes as many rows as fit, less those at its end that keep with a row of
-// the next page, unless they would fill it alone.
+// the next page, unless they would fill it alone. A page that goes on with
+// the lines under a Heads row shows those heads again above them.
 int pageCount(const Document &doc, const Layout &layout = Layout());
 // The rows of a page, counted from 1: their first index and how many.
 struct Span {

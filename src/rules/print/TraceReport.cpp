@@ -101,7 +101,7 @@ TablePages::Document pages(const TraceHistory::History &h)
     for (const Block &b : TraceHistory::blocks(h)) {
         // Where the cells of each block go: the day, then the columns joined.
         static const QHash<int, QVector<int>> spans{{Block::Work, {1, 1, 4}},
-                                                    {Block::Sprays, {}},
+                                                    {Block::Sprays, {1, 1, 1, 2, 1}},
                                                     {Block::Uses, {1, 1, 4}},
                                                     {Block::Shipments, {1, 1, 2, 1, 1}}};
         const QVector<int> span = spans.value(b.kind);
