@@ -32,6 +32,19 @@ int runCheckSprays(const QStringList &args);
 // admin_backup.cpp: a backup into one file, and putting one back.
 int runBackup(const QStringList &args);
 int runRestore(const QStringList &args, const QString &root);
+// admin_trace.cpp: the trace pages of a year's plantings into a folder.
+int runTracePages(const QStringList &args);
+
+// The four databases opened as the program opens them, with shop 1 the
+// current shop (for the commands that print or write what the screens do).
+void openAllDatabases()
+{
+    OpenIni();
+    OpenDb();
+    OpenMst();
+    OpenWork();
+    gSHOP_ID = Value(1);
+}
 
 namespace {
 
@@ -70,6 +83,9 @@ QString helpText()
         "  tillora-admin check-sprays [--root DIR] [--year Y]\n"
         "      登録内容（作物・使用回数・収穫前日数）に合わない散布と、確認できない散布を全生産者分表示する\n"
         "      （--year: その年の散布だけ）。\n"
+        "  tillora-admin trace-pages [--root DIR] --year Y --out DIR [--plant N]\n"
+        "      その年（収穫年）の出荷のある作付の生産履歴ページ（QR の開くページ）を DIR に書き出し、\n"
+        "      書いたファイルと、ページを作らなかった作付をその理由とともに表示する（--plant: その作付だけ）。\n"
         "  tillora-admin init-server [--root DIR]\n"
         "      設定で MySQL/MariaDB を指すデータ・マスタに、データベース、表、初期データを作成する。\n"
         "  tillora-admin backup [--root DIR] OUT\n"
@@ -258,6 +274,8 @@ int main(int argc, char **argv)
             rc = runJournal(a.rest);
         } else if (a.command == QLatin1String("check-sprays")) {
             rc = runCheckSprays(a.rest);
+        } else if (a.command == QLatin1String("trace-pages")) {
+            rc = runTracePages(a.rest);
         } else if (a.command == QLatin1String("oldcal")) {
             rc = runOldCal(a.rest);
         } else if (a.command == QLatin1String("init-server")) {

@@ -15,6 +15,9 @@
 
 #include <cstdio>
 
+// admin.cpp
+void openAllDatabases();
+
 namespace {
 void say(std::FILE *to, const QString &s) { std::fputs((s + QLatin1Char('\n')).toUtf8().constData(), to); }
 }
@@ -42,11 +45,7 @@ int runPrintPtag(const QStringList &args)
                                    "--pdf out.pdf"));
         return 2;
     }
-    OpenIni();
-    OpenDb();
-    OpenMst();
-    OpenWork();
-    gSHOP_ID = Value(1);
+    openAllDatabases();
     gREP_ID = kPriceTagReport;
     PriceTagSheet::registerReport();
     PriceTagSheet::reset();

@@ -1,8 +1,6 @@
 #include "rules/books/BookReports.h"
 
-#include "base/Globals.h"
 #include "rules/books/Ledger.h"
-#include "rules/print/PageTarget.h"
 #include "rules/print/modPrinter.h"
 #include "store/Lookup.h"
 
@@ -36,26 +34,6 @@ void faultRows(TablePages::Document &doc, const QVector<TrialBalance::Fault> &fa
                      true});
     for (const TrialBalance::Fault &f : faults)
         doc.rows.append({{QStringLiteral("　") + TrialBalance::faultText(f)}, Style::Note});
-}
-
-// Draws the pages of the report kept for the id; on the printer each page is
-// a job of its own, named after the report and the page.
-void drawPages(int repId, PrintTarget &target, double left, double top, int firstPage, int lastPage)
-{
-    const TablePages::Document &doc = current(repId);
-    for (int page = std::max(1, firstPage); page <= lastPage && page <= TablePages::pageCount(doc); ++page) {
-        SetAppTitle(QStringLiteral("%1 %2ﾍﾟｰｼﾞ").arg(doc.title).arg(page));
-        struct TitleBack {
-            ~TitleBack() { SetAppTitle(QStringLiteral("Tillora")); }
-        } titleBack;
-        double offsetLeft = 0, offsetTop = 0;
-        if (auto *printer = dynamic_cast<PageTarget *>(&target)) {
-            GetPrintOffset(*printer, offsetLeft, offsetTop);
-            SetPageSetup(*printer);
-        }
-        TablePages::drawPage(target, left - offsetLeft, top - offsetTop, doc, page);
-        target.EndDoc();
-    }
 }
 
 } // namespace
@@ -161,7 +139,7 @@ void registerReports()
 {
     for (int id : {kTrialBalanceReport, kIncomeReport})
         setReportPainter(id, [id](PrintTarget &target, double left, double top, int first, int last) {
-            drawPages(id, target, left, top, first, last);
+            TablePages::drawPages(target, left, top, current(id), first, last);
         });
 }
 

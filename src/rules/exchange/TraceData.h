@@ -1,6 +1,6 @@
 #pragma once
-// What the production history of a planting would be made from: the
-// plantings of a year, as the trace report and the upload dialogs offer them.
+// The plantings of a year, as the production history's report and upload
+// dialogs offer them (the history itself is read by TraceHistory).
 #include "rules/masters/MasterLists.h"
 
 #include <QString>

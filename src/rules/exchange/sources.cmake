@@ -1,4 +1,6 @@
 # The rules of exchange.
 list(APPEND TILLORA_RULES_SOURCES
   rules/exchange/PriceTagCsv.cpp
-  rules/exchange/TraceData.cpp)
+  rules/exchange/TraceData.cpp
+  rules/exchange/TraceHistory.cpp
+  rules/exchange/TracePages.cpp)

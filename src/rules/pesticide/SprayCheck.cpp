@@ -412,15 +412,6 @@ QString shipFromText(const ShipFrom &s)
     return t;
 }
 
-namespace {
-
-struct UseCount {
-    QString regNo, lot, limit; // limit as said: "2回まで", "制限なし", "登録なし", "確認できません"
-    int used = 0;
-    int max = 0;               // a limit in numbers, 0 for none
-};
-
-// The uses of each registration this season, by registration number.
 QVector<UseCount> countUses(const Planting &p, Register &reg, const QDate &today)
 {
     std::map<QString, UseCount> counts;
@@ -448,8 +439,6 @@ QVector<UseCount> countUses(const Planting &p, Register &reg, const QDate &today
         out.append(kv.second);
     return out;
 }
-
-} // namespace
 
 QStringList useCounts(const Planting &p, Register &reg, const QDate &today)
 {
@@ -569,6 +558,11 @@ QVector<Planting> readAll(const Value &farmer, const QVector<Value> &plantIds, i
 QVector<Planting> readPlantings(const Value &farmer, const Value &plantId, const Register &reg)
 {
     return readAll(farmer, hasValue(plantId) ? QVector<Value>{plantId} : QVector<Value>(), reg.harvestKind());
+}
+
+QVector<Planting> readPlantings(const Value &farmer, const QVector<Value> &plantIds, const Register &reg)
+{
+    return plantIds.isEmpty() ? QVector<Planting>() : readAll(farmer, plantIds, reg.harvestKind());
 }
 
 QHash<qint64, PlantSummary> summaries(const Value &farmer, const QVector<Value> &plantIds, const QDate &today)

@@ -148,6 +148,15 @@ struct ShipFrom {
 };
 ShipFrom shipFrom(const Planting &p, Register &reg);
 
+// The uses of one registration on a planting this season.
+struct UseCount {
+    QString regNo, lot, limit; // limit as said: "2回まで", "制限なし", "登録なし", "確認できません"
+    int used = 0;
+    int max = 0;               // a limit in numbers, 0 for none
+};
+// The uses of each registration this season, by registration number.
+QVector<UseCount> countUses(const Planting &p, Register &reg, const QDate &today);
+
 // The uses of each registration on the planting this season against its
 // limit, one line each: "ハルカゼ乳剤 2/3回以内".
 QStringList useCounts(const Planting &p, Register &reg, const QDate &today);
@@ -163,6 +172,8 @@ QString shipFromText(const ShipFrom &s);
 // for every farmer; plantId: Null for every planting of the farmer(s).
 // Spraying lines without a planting come as plantings that don't exist.
 QVector<Planting> readPlantings(const Value &farmer, const Value &plantId, const Register &reg);
+// The plantings of the farmer among the ids, read at one go (none for no ids).
+QVector<Planting> readPlantings(const Value &farmer, const QVector<Value> &plantIds, const Register &reg);
 
 // What the planting screens show of a planting: its 出荷可能日 (as
 // shipFromText) and its use counts (as useCounts).

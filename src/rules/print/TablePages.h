@@ -1,8 +1,9 @@
 #pragma once
 // A report of lines in columns on pages of its paper: a title, the owner and
-// the period under it, the heads of the columns on every page, the lines as
-// many a page as fit, and the page number at the foot. The books' reports
-// (trial balance, income statement) are made of it.
+// the period under it, the heads of the columns on every page (none when no
+// column has a head), the lines as many a page as fit, and the page number
+// at the foot. The books' reports (trial balance, income statement) and the
+// production history are made of it.
 
 #include "rules/print/PrintTarget.h"
 
@@ -24,15 +25,24 @@ enum class Style {
     Subtotal, // bold, with a rule above
     Total,    // bold, with a double rule above
     Note,     // the first cell across the line
-    Alert     // the first cell across the line, bold in a red frame
+    Alert,    // the first cell across the line, bold in a red frame
+    Heads     // heads of the lines below, in the grey band of the column heads
 };
 
 struct Row {
+    Row() = default;
+    Row(const QStringList &cells, Style style = Style::Plain, bool keepWithNext = false, const QVector<int> &spans = {})
+        : cells(cells), style(style), keepWithNext(keepWithNext), spans(spans)
+    {
+    }
     QStringList cells;
     Style style = Style::Plain;
     // The row goes on the page of the row after it (a heading, the first
     // lines of a closing block).
     bool keepWithNext = false;
+    // How many columns each cell covers (1 for a cell not named); its text
+    // takes the alignment of the first. Empty: one cell a column.
+    QVector<int> spans;
 };
 
 struct Document {
@@ -56,7 +66,8 @@ struct Layout {
 
 // The pages the rows need (1 at least: an empty report is one page). A page
 // takes as many rows as fit, less those at its end that keep with a row of
-// the next page, unless they would fill it alone.
+// the next page, unless they would fill it alone. A page that goes on with
+// the lines under a Heads row shows those heads again above them.
 int pageCount(const Document &doc, const Layout &layout = Layout());
 // The rows of a page, counted from 1: their first index and how many.
 struct Span {
@@ -68,5 +79,11 @@ Span pageRows(const Document &doc, int page, const Layout &layout = Layout());
 // report draws nothing.
 void drawPage(PrintTarget &target, double left, double top, const Document &doc, int page,
               const Layout &layout = Layout());
+
+// Draws the pages first..last of the report as the common preview and the
+// printer ask for them; on the printer each page is a job of its own, named
+// after the report's title and the page, with its offset taken off and the
+// page set up for the current report.
+void drawPages(PrintTarget &target, double left, double top, const Document &doc, int firstPage, int lastPage);
 
 } // namespace TablePages

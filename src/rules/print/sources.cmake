@@ -7,4 +7,5 @@ list(APPEND TILLORA_RULES_SOURCES
   rules/print/PrintTarget.cpp
   rules/print/Symbols.cpp
   rules/print/TablePages.cpp
+  rules/print/TraceReport.cpp
   rules/print/modPrinter.cpp)

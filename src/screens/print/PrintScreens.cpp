@@ -1,7 +1,8 @@
-// Registers the printing screens by name, and the price tag sheet as the
-// drawing of its report.
+// Registers the printing screens by name, and the price tag sheet and the
+// production history as the drawings of their reports.
 #include "ui/Screens.h"
 #include "rules/print/PriceTagSheet.h"
+#include "rules/print/TraceReport.h"
 #include "screens/print/fdlPreview.h"
 #include "screens/print/fdlPrintPriceTag.h"
 #include "screens/print/fdlPrintTraceRep.h"
@@ -16,4 +17,5 @@ void registerPrintScreens()
     registerScreen(QStringLiteral("fdlPrintTraceRep"), [] { return new fdlPrintTraceRep; });
     registerScreen(QStringLiteral("fdlPrintPriceTag"), [] { return new fdlPrintPriceTag; });
     PriceTagSheet::registerReport();
+    TraceReport::registerReport();
 }

@@ -1,8 +1,13 @@
 #include "screens/print/fdlPrintTraceRep.h"
 
-#include "rules/print/modPrinter.h"
+#include "base/Globals.h"
+#include "base/Msg.h"
+#include "rules/print/TraceReport.h"
 #include "screens/print/fdlPreview.h"
+#include "ui/Entry.h"
 
+#include <QComboBox>
+#include <QLineEdit>
 #include <QPushButton>
 
 namespace {
@@ -26,6 +31,32 @@ fdlPrintTraceRep::fdlPrintTraceRep(QWidget *parent)
     : TraceDialog(QStringLiteral("fdlPrintTraceRep"), QStringLiteral("生産履歴印刷"), kControls,
                   int(std::size(kControls)), parent)
 {
-    // Draws whatever the last price tag run left, on one page.
-    onClick(Command1[1], [] { openPreview(kPriceTagReport, 1); });
+    onClick(Command1[1], [this] { printReport(); });
+}
+
+void fdlPrintTraceRep::printReport()
+{
+    const int year = int(leadingNumber(txtCOND->text()));
+    if (year <= 0) {
+        ShowMsg(QStringLiteral("年を入力してください。"), Msg::Exclamation);
+        txtCOND->setFocus(Qt::OtherFocusReason);
+        return;
+    }
+    const Value plantId = currentItemData(cmbCOND[1]);
+    if (!hasValue(plantId) || plantId.toDouble() == 0) {
+        ShowMsg(QStringLiteral("作付を選択してください。"), Msg::Exclamation);
+        cmbCOND[1]->setFocus(Qt::OtherFocusReason);
+        return;
+    }
+    int pages = 0;
+    {
+        WaitCursor wait;
+        pages = TraceReport::prepare(year, plantId, gFMR_ID);
+    }
+    if (pages == 0) {
+        ShowMsg(QStringLiteral("%1年の作付に、選択した作付が見つかりません。").arg(year), Msg::Exclamation);
+        cmbCOND[1]->setFocus(Qt::OtherFocusReason);
+        return;
+    }
+    openPreview(kTraceReport, pages);
 }

@@ -1,7 +1,7 @@
 #pragma once
-// "生産履歴印刷": the dialog of a planting's production history. Its choices
-// lead to no report of their own: "印刷" opens the common preview for the
-// price tag sheet.
+// "生産履歴印刷": the dialog of a planting's production history. "印刷"
+// makes the report of the planting chosen in the year's list (report 30)
+// and opens it in the common preview, from which it is printed or saved.
 
 #include "screens/exchange/TraceDialog.h"
 
@@ -9,4 +9,7 @@ class fdlPrintTraceRep : public TraceDialog {
     Q_OBJECT
 public:
     explicit fdlPrintTraceRep(QWidget *parent = nullptr);
+
+private:
+    void printReport();
 };

@@ -1,2 +1,6 @@
 # The rules tests of exchange (no widgets).
 tillora_rules_test(tst_pricetagcsv rules/exchange/tst_pricetagcsv.cpp)
+# The production history: the report and the trace pages of a generated year (the benchmarks' generator).
+tillora_rules_test(tst_trace rules/exchange/tst_trace.cpp ${PROJECT_SOURCE_DIR}/bench/generate.cpp)
+target_include_directories(tst_trace PRIVATE ${PROJECT_SOURCE_DIR}/bench)
+tillora_uses_admin(tst_trace)

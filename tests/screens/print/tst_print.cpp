@@ -482,7 +482,7 @@ private slots:
         delete f;
     }
 
-    void traceReportDialogOpensThePriceTagPreview()
+    void traceReportDialogPrintsTheChosenPlanting()
     {
         TestRoot root;
         MsgRecorder rec;
@@ -494,16 +494,17 @@ private slots:
         Gui::Modals modals;
         QImage shown;
         modals.on(QStringLiteral("fdlPreview"), [&](Form &p) {
-            QCOMPARE(gREP_ID, qint16(10));
+            QCOMPARE(gREP_ID, qint16(30));
             QCOMPARE(gREP_PAGES, qint16(1));
             shown = asPreview(p)->picture();
-            QCOMPARE(p.windowTitle(), gWORK->DLookup("REP_NM", "L_REP", "REP_ID=10").toText());
+            QCOMPARE(p.windowTitle(), QStringLiteral("生産履歴"));
         });
         gREP_ID = 0;
         Form *f = createScreen(QStringLiteral("fdlPrintTraceRep"));
         Gui::show(f);
         auto *yearBox = f->ctl<QLineEdit>(QStringLiteral("txtCOND(0)"));
         auto *plants = f->ctl<QComboBox>(QStringLiteral("cmbCOND(1)"));
+        auto *print = f->ctl<QPushButton>(QStringLiteral("Command1(1)"));
         auto items = [plants] {
             QStringList out;
             for (int i = 0; i < plants->count(); ++i)
@@ -520,12 +521,26 @@ private slots:
         Gui::leave(yearBox);
         QCOMPARE(items(), QStringList({"=0", "古株=3"}));
 
-        Gui::click(f->ctl<QPushButton>(QStringLiteral("Command1(1)")));
+        // no year, no planting, a planting removed since the list was read:
+        // said so, no preview
+        Gui::click(print);
+        Gui::type(yearBox, QString::number(year));
+        Gui::click(print);
+        Gui::choose(plants, 2);
+        gDB->EXEC(QStringLiteral("DELETE FROM D_PLANT WHERE PLANT_ID=2"));
+        Gui::click(print);
+        QCOMPARE(rec.count(), 3);
+        QCOMPARE(rec.messages[0].prompt, QStringLiteral("年を入力してください。"));
+        QCOMPARE(rec.messages[1].prompt, QStringLiteral("作付を選択してください。"));
+        QCOMPARE(rec.messages[2].prompt, QStringLiteral("%1年の作付に、選択した作付が見つかりません。").arg(year));
+        QVERIFY(modals.opened.isEmpty());
+
+        rec.clear();
+        Gui::choose(plants, 1);
+        Gui::click(print);
         QCOMPARE(modals.opened, QStringList({QStringLiteral("fdlPreview")}));
-        // no price tags were made: an empty sheet inside the paper's edge
         QVERIFY(!shown.isNull());
-        QVERIFY(dark(shown, 0, 100) && dark(shown, 100, 0));
-        QVERIFY(!ink(shown, QRect(2, 2, shown.width() - 4, shown.height() - 4)).isValid());
+        QVERIFY(ink(shown, QRect(2, 2, shown.width() - 4, shown.height() - 4)).isValid());
         QVERIFY(rec.messages.isEmpty());
         delete f;
 
