@@ -1,4 +1,5 @@
 # The rules of exchange.
 list(APPEND TILLORA_RULES_SOURCES
+  rules/exchange/FtpUpload.cpp
   rules/exchange/PriceTagCsv.cpp
   rules/exchange/TraceData.cpp)
