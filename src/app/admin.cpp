@@ -28,6 +28,8 @@ int runTrialBalance(const QStringList &args);
 int runJournal(const QStringList &args);
 // admin_sprays.cpp: the sprayings that break or can't be checked against their registration.
 int runCheckSprays(const QStringList &args);
+// admin_upload.cpp: the files of a folder sent to a shop's web server.
+int runUploadDir(const QStringList &args);
 
 namespace {
 
@@ -63,6 +65,9 @@ int usage()
         "  tillora-admin check-sprays [--root DIR] [--year Y]\n"
         "      登録内容（作物・使用回数・収穫前日数）に合わない散布と、確認できない散布を全生産者分表示する\n"
         "      （--year: その年の散布だけ）。\n"
+        "  tillora-admin upload-dir [--root DIR] --shop N --dir LOCALDIR\n"
+        "      LOCALDIR の中のファイルを、販売店 N のアップロード先（販売店情報のサーバー、サーバーディレクトリ、\n"
+        "      FTP ユーザー、パスワード）へ同じフォルダ構成で送る。サーバー上のファイルは消さない。\n"
         "  tillora-admin init-server [--root DIR]\n"
         "      設定で MySQL/MariaDB を指すデータ・マスタに、データベース、表、初期データを作成する。\n"
         "DIR を省くと、このプログラムのフォルダの親を使う。"));
@@ -207,6 +212,8 @@ int main(int argc, char **argv)
             rc = runJournal(a.rest);
         } else if (a.command == QLatin1String("check-sprays")) {
             rc = runCheckSprays(a.rest);
+        } else if (a.command == QLatin1String("upload-dir")) {
+            rc = runUploadDir(a.rest);
         } else if (a.command == QLatin1String("oldcal")) {
             rc = runOldCal(a.rest);
         } else if (a.command == QLatin1String("init-server")) {

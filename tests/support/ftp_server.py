@@ -14,6 +14,7 @@ import logging
 import os
 import subprocess
 import sys
+import threading
 
 from OpenSSL import SSL
 
@@ -83,6 +84,8 @@ def main():
         banner = "test server ready"
         auth_failed_timeout = 0.2  # a refused login is answered at once
 
+    # Ends with the test that started it: its end closes our standard input.
+    threading.Thread(target=lambda: (sys.stdin.read(), os._exit(0)), daemon=True).start()
     server = FTPServer(("127.0.0.1", 0), Handler)
     print("PORT %d" % server.socket.getsockname()[1], flush=True)
     server.serve_forever()

@@ -3,7 +3,8 @@
 // it), over TLS when the server offers it; the forms a server and a folder
 // may be typed in; each kind of failure with its message and what it leaves
 // sent; a dropped connection completed by a second send; a cancel between
-// files and in the middle of one. And the settings read from the shop.
+// files and in the middle of one. And the settings read from the shop, and
+// the command that sends a folder with them.
 
 #include "base/Globals.h"
 #include "rules/exchange/FtpUpload.h"
@@ -15,6 +16,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QRegularExpression>
 #include <QTcpServer>
 #include <QTemporaryDir>
@@ -150,6 +152,42 @@ private slots:
         const Outcome o = send(t, QDir::tempPath(), {QStringLiteral("a.html")});
         QCOMPARE(o.failures, QVector<Failure>{Failure::NoServer});
         QCOMPARE(o.unsent(), QStringList{QStringLiteral("a.html")});
+    }
+
+    // tillora-admin upload-dir: a folder sent with the shop's settings, and
+    // the same refused: the summary, and the exit code.
+    void theCommandSendsAFolderWithTheShopsSettings_data()
+    {
+        QTest::addColumn<QString>("password");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QString>("says");
+        QTest::newRow("sent") << FtpServer::password() << 0 << "2 個のファイルをサーバーに送りました（暗号化なしの接続）。\n";
+        QTest::newRow("login refused") << "wrong" << 1 << messageOf(Failure::LoginRefused) + QLatin1Char('\n');
+    }
+    void theCommandSendsAFolderWithTheShopsSettings()
+    {
+        QFETCH(QString, password);
+        QFETCH(int, exitCode);
+        QFETCH(QString, says);
+        TestRoot root;
+        QVERIFY2(plain().started(), qPrintable(plain().error()));
+        const QString folder = QStringLiteral("command-") + password;
+        gMST->EXEC(Stmt("UPDATE M_SHOP SET FTP_SVR=?, FTP_DIR=?, FTP_USR=?, FTP_PWD=? WHERE SHOP_ID=1")
+                       .text(QStringLiteral("ftp://127.0.0.1:%1").arg(plain().port()))
+                       .text(folder)
+                       .text(FtpServer::user())
+                       .text(password));
+        root.closeAll();
+        LocalSet local({{QStringLiteral("index.html"), 600}, {QStringLiteral("12/7/index.html"), 900}});
+        QProcess p;
+        p.start(QStringLiteral(TILLORA_ADMIN),
+                {"upload-dir", "--root", root.root(), "--shop", "1", "--dir", local.path()});
+        QVERIFY(p.waitForFinished(60000));
+        QCOMPARE(p.exitCode(), exitCode);
+        QVERIFY2(QString::fromUtf8(p.readAllStandardOutput()).endsWith(says), qPrintable(says));
+        checkArrived(plain(), local, exitCode == 0 ? local.names() : QStringList(), folder);
+        if (exitCode != 0)
+            QVERIFY(!QFileInfo::exists(QDir(plain().home()).filePath(folder)));
     }
 
     // The whole set, nested, with an empty file and a Japanese name, in the
