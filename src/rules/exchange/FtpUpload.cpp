@@ -112,10 +112,11 @@ QString encodedPath(const QString &path)
 
 // The folder on the server as a URL path: relative to the login folder, or
 // from the server's root when it begins with "/" (an encoded "/" as the
-// first step, so the server is asked to change to "/" first).
+// first step, so the server is asked to change to "/" first). A "\" typed
+// as on Windows reads as "/".
 QString folderPath(const QString &dir)
 {
-    const QString d = dir.trimmed();
+    const QString d = QString(dir).replace(QLatin1Char('\\'), QLatin1Char('/')).trimmed();
     return (d.startsWith(QLatin1Char('/')) ? QStringLiteral("%2F/") : QString()) + encodedPath(d);
 }
 

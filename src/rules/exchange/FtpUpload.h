@@ -30,7 +30,7 @@
 
 struct FtpTarget {
     QString server;   // "host", "host:port", with or without "ftp://"
-    QString dir;      // the folder on the server; "" the login folder, "/..." from the server's root
+    QString dir;      // the folder on the server; "" the login folder, "/..." from the server's root ("\\" reads as "/")
     QString user;     // "" logs in as anonymous
     QString password;
     int timeoutSeconds = 30; // connecting, each answer of the server, a stalled transfer

@@ -238,7 +238,7 @@ private slots:
     }
 
     // The server as it may be typed in the shop master, and the folder: with
-    // or without "ftp://", spaces, slashes before and after.
+    // or without "ftp://", spaces, slashes before and after, backslashes.
     void serverAndFolderForms_data()
     {
         QTest::addColumn<QString>("server"); // %1 the port
@@ -250,6 +250,7 @@ private slots:
         QTest::newRow("spaces, slashes around the folder") << "  127.0.0.1:%1 " << "/forms2/2024/" << "forms2/2024";
         QTest::newRow("localhost, folder ending in a slash") << "ftp://localhost:%1" << "forms3/" << "forms3";
         QTest::newRow("Japanese folder") << "127.0.0.1:%1" << "直売所/生産履歴" << "直売所/生産履歴";
+        QTest::newRow("folder typed with backslashes") << "127.0.0.1:%1" << "\\forms4\\sub\\" << "forms4/sub";
     }
     void serverAndFolderForms()
     {
