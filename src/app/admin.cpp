@@ -45,6 +45,8 @@ void openAllDatabases()
     OpenWork();
     gSHOP_ID = Value(1);
 }
+// admin_upload.cpp: the files of a folder sent to a shop's web server.
+int runUploadDir(const QStringList &args);
 
 namespace {
 
@@ -86,6 +88,9 @@ QString helpText()
         "  tillora-admin trace-pages [--root DIR] --year Y --out DIR [--plant N]\n"
         "      その年（収穫年）の出荷のある作付の生産履歴ページ（QR の開くページ）を DIR に書き出し、\n"
         "      書いたファイルと、ページを作らなかった作付をその理由とともに表示する（--plant: その作付だけ）。\n"
+        "  tillora-admin upload-dir [--root DIR] --shop N --dir LOCALDIR\n"
+        "      LOCALDIR の中のファイルを、販売店 N のアップロード先（販売店情報のサーバー、サーバーディレクトリ、\n"
+        "      FTP ユーザー、パスワード）へ同じフォルダ構成で送る。サーバー上のファイルは消さない。\n"
         "  tillora-admin init-server [--root DIR]\n"
         "      設定で MySQL/MariaDB を指すデータ・マスタに、データベース、表、初期データを作成する。\n"
         "  tillora-admin backup [--root DIR] OUT\n"
@@ -276,6 +281,8 @@ int main(int argc, char **argv)
             rc = runCheckSprays(a.rest);
         } else if (a.command == QLatin1String("trace-pages")) {
             rc = runTracePages(a.rest);
+        } else if (a.command == QLatin1String("upload-dir")) {
+            rc = runUploadDir(a.rest);
         } else if (a.command == QLatin1String("oldcal")) {
             rc = runOldCal(a.rest);
         } else if (a.command == QLatin1String("init-server")) {

@@ -1,5 +1,6 @@
 # The rules of exchange.
 list(APPEND TILLORA_RULES_SOURCES
+  rules/exchange/FtpUpload.cpp
   rules/exchange/PriceTagCsv.cpp
   rules/exchange/TraceData.cpp
   rules/exchange/TraceHistory.cpp

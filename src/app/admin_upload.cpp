@@ -1,0 +1,70 @@
+// tillora-admin upload-dir: the files of a local folder sent to a shop's web
+// server with the upload settings of the shop master, as the upload dialog
+// sends the trace pages: each file under the shop's server folder with its
+// path in the local folder.
+
+#include "base/Globals.h"
+#include "rules/exchange/FtpUpload.h"
+#include "store/Database.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFileInfo>
+#include <QStringList>
+
+#include <cstdio>
+
+namespace {
+void say(std::FILE *to, const QString &s) { std::fputs((s + QLatin1Char('\n')).toUtf8().constData(), to); }
+
+// Every file under the folder, relative, in name order.
+QStringList filesUnder(const QString &dir)
+{
+    QStringList out;
+    QDirIterator it(dir, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (it.hasNext())
+        out << QDir(dir).relativeFilePath(it.next());
+    out.sort();
+    return out;
+}
+} // namespace
+
+int runUploadDir(const QStringList &args)
+{
+    QString shop, dir;
+    bool unknown = false;
+    for (int i = 0; i < args.size(); ++i) {
+        const QString &s = args[i];
+        if (s == QLatin1String("--shop") && i + 1 < args.size())
+            shop = args[++i];
+        else if (s == QLatin1String("--dir") && i + 1 < args.size())
+            dir = args[++i];
+        else
+            unknown = true;
+    }
+    bool numeric = false;
+    shop.toInt(&numeric);
+    if (unknown || !numeric || dir.isEmpty()) {
+        say(stderr, QStringLiteral("使い方: tillora-admin upload-dir [--root DIR] --shop N --dir LOCALDIR"));
+        return 2;
+    }
+    if (!QFileInfo(dir).isDir()) {
+        say(stderr, QStringLiteral("フォルダがありません: ") + QDir::toNativeSeparators(dir));
+        return 1;
+    }
+    OpenIni();
+    OpenMst();
+    QString last;
+    const FtpUpload::Outcome o = FtpUpload::send(FtpUpload::targetOfShop(Value(shop)), dir, filesUnder(dir),
+                                                 [&last](qint64, qint64, const QString &what) {
+                                                     if (what != last)
+                                                         say(stderr, QStringLiteral("送信: ") + (last = what));
+                                                     return true;
+                                                 });
+    for (const FtpUpload::NotSent &n : o.notSent)
+        say(stdout, n.file + QLatin1Char('\t') + n.reason);
+    say(stdout, o.summary());
+    if (!o.detail.isEmpty())
+        say(stderr, QStringLiteral("詳細: ") + o.detail);
+    return o.complete() ? 0 : 1;
+}
