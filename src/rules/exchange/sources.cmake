@@ -4,4 +4,5 @@ list(APPEND TILLORA_RULES_SOURCES
   rules/exchange/PriceTagCsv.cpp
   rules/exchange/TraceData.cpp
   rules/exchange/TraceHistory.cpp
-  rules/exchange/TracePages.cpp)
+  rules/exchange/TracePages.cpp
+  rules/exchange/TraceUpload.cpp)

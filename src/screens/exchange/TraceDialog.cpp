@@ -1,6 +1,8 @@
 #include "screens/exchange/TraceDialog.h"
 
 #include "rules/exchange/TraceData.h"
+#include "base/Helpers.h"
+#include "base/Msg.h"
 #include "ui/Entry.h"
 
 #include <QComboBox>
@@ -60,4 +62,14 @@ void TraceDialog::SetCmb(int index)
     addEmptyItem(c);
     for (const Choice &e : plantings)
         addItem(c, e.text, e.id);
+}
+
+int TraceDialog::chosenYear()
+{
+    const int year = int(leadingNumber(txtCOND->text()));
+    if (year > 0)
+        return year;
+    ShowMsg(QStringLiteral("年を入力してください。"), Msg::Exclamation);
+    txtCOND->setFocus(Qt::OtherFocusReason);
+    return 0;
 }

@@ -26,6 +26,9 @@ protected:
 
     void onLoad() override;
     void onResize() override;
+    // The year typed; 0 after saying that one is wanted (the year field then
+    // has the focus).
+    int chosenYear();
 
     QLineEdit *txtCOND = nullptr;
     QVector<QComboBox *> cmbCOND;

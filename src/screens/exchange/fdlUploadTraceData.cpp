@@ -1,5 +1,12 @@
 #include "screens/exchange/fdlUploadTraceData.h"
 
+#include "base/Globals.h"
+#include "base/Msg.h"
+#include "rules/exchange/TraceUpload.h"
+#include "ui/Entry.h"
+#include "ui/Progress.h"
+
+#include <QComboBox>
 #include <QPushButton>
 
 namespace {
@@ -23,5 +30,21 @@ fdlUploadTraceData::fdlUploadTraceData(QWidget *parent)
     : TraceDialog(QStringLiteral("fdlUploadTraceData"), QStringLiteral("ﾃﾞｰﾀｱｯﾌﾟﾛｰﾄﾞ"), kControls,
                   int(std::size(kControls)), parent)
 {
-    onClick(Command1[1], [] {}); // nothing is sent from here yet
+    onClick(Command1[1], [this] { upload(); });
+}
+
+void fdlUploadTraceData::upload()
+{
+    const int year = chosenYear();
+    if (year == 0)
+        return;
+    // No planting chosen: every planting of the year.
+    const Value plantId = currentItemData(cmbCOND[1]);
+    TraceUpload::Result r;
+    {
+        ProgressBox box(this, QStringLiteral("ｱｯﾌﾟﾛｰﾄﾞ"));
+        WaitCursor wait;
+        r = TraceUpload::run(year, plantId, hasValue(gSHOP_ID) ? gSHOP_ID : Value(1), box.callback());
+    }
+    ShowMsg(r.text, r.complete ? Msg::Information : Msg::Exclamation);
 }

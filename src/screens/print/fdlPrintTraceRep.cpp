@@ -36,12 +36,9 @@ fdlPrintTraceRep::fdlPrintTraceRep(QWidget *parent)
 
 void fdlPrintTraceRep::printReport()
 {
-    const int year = int(leadingNumber(txtCOND->text()));
-    if (year <= 0) {
-        ShowMsg(QStringLiteral("年を入力してください。"), Msg::Exclamation);
-        txtCOND->setFocus(Qt::OtherFocusReason);
+    const int year = chosenYear();
+    if (year == 0)
         return;
-    }
     const Value plantId = currentItemData(cmbCOND[1]);
     if (!hasValue(plantId) || plantId.toDouble() == 0) {
         ShowMsg(QStringLiteral("作付を選択してください。"), Msg::Exclamation);

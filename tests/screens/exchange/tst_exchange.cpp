@@ -15,6 +15,9 @@
 #include "ui/Entry.h"
 #include "screens/exchange/fdlExpPriceTag.h"
 #include "screens/exchange/fdlUploadTraceData.h"
+#include "store/Database.h"
+#include "store/Stmt.h"
+#include "support/FtpServer.h"
 #include "ui/Screens.h"
 
 #include <QApplication>
@@ -173,10 +176,29 @@ private slots:
         Gui::type(yearBox, QStringLiteral("2020"));
         Gui::leave(yearBox);
         QCOMPARE(items(plants), (QStringList{"=0", "古株=3"}));
-        // the upload sends nothing and the dialog stays
-        Gui::click(f->ctl<QPushButton>(QStringLiteral("Command1(1)")));
+        auto *upload = f->ctl<QPushButton>(QStringLiteral("Command1(1)"));
+        // no server in the shop master: said, nothing written
+        Gui::click(upload);
+        QCOMPARE(rig.rec.lastPrompt(), FtpUpload::messageOf(FtpUpload::Failure::NoServer));
+        // the year's pages go to the shop's server; a planting without
+        // shipments is named and left out
+        FtpServer server;
+        QVERIFY2(server.started(), qPrintable(server.error()));
+        const FtpTarget t = server.target(QStringLiteral("www"));
+        gMST->EXEC(Stmt("UPDATE M_SHOP SET FTP_SVR=?, FTP_DIR=?, FTP_USR=?, FTP_PWD=? WHERE SHOP_ID=1")
+                       .text(t.server).text(t.dir).text(t.user).text(t.password));
+        Build::planting(4, QStringLiteral("出荷なし")).set("YYYY", 2020).add();
+        Build::shipment(1, QDate(2020, 6, 1)).set("PLANT_ID", 3).add();
+        Gui::click(upload);
+        QCOMPARE(rig.rec.messages.last().buttons & Msg::Information, int(Msg::Information));
+        QVERIFY(rig.rec.lastPrompt().contains(QStringLiteral("「出荷なし」")));
+        QVERIFY(server.files().contains(QStringLiteral("www/cropvia/1/3/index.html")));
+        QVERIFY(!server.files().contains(QStringLiteral("www/cropvia/1/4/index.html")));
+        // an empty year is asked for
+        Gui::type(yearBox, QString());
+        Gui::click(upload);
+        QCOMPARE(rig.rec.lastPrompt(), QStringLiteral("年を入力してください。"));
         QVERIFY(f->isVisible());
-        QVERIFY(rig.rec.messages.isEmpty());
         Gui::click(f->ctl<QPushButton>(QStringLiteral("Command1(0)")));
         QVERIFY(!f->isVisible());
         delete f;

@@ -1,0 +1,40 @@
+#include "rules/exchange/TraceUpload.h"
+
+#include "rules/exchange/FtpUpload.h"
+#include "rules/exchange/TracePages.h"
+
+#include <QTemporaryDir>
+
+namespace TraceUpload {
+
+Result run(int year, const Value &plantId, const Value &shopId, const ProgressFn &progress)
+{
+    Result r;
+    const FtpTarget target = FtpUpload::targetOfShop(shopId);
+    if (target.server.trimmed().isEmpty()) {
+        r.text = FtpUpload::messageOf(FtpUpload::Failure::NoServer);
+        return r;
+    }
+    QTemporaryDir folder;
+    if (!folder.isValid()) {
+        r.text = QStringLiteral("ページを書き出す一時フォルダを作成できません。");
+        return r;
+    }
+    const TracePages::Outcome pages = TracePages::write(folder.path(), year, plantId, progress);
+    QStringList lines = pages.summary();
+    if (pages.cancelled || !pages.refusal.isEmpty() || pages.pages == 0) {
+        if (pages.cancelled)
+            lines << QStringLiteral("中止したため、何も送っていません。");
+        else if (pages.pages == 0 && pages.refusal.isEmpty())
+            lines << QStringLiteral("送るページがありません。");
+        r.text = lines.join(QLatin1Char('\n'));
+        return r;
+    }
+    const FtpUpload::Outcome sent = FtpUpload::send(target, folder.path(), pages.files, progress);
+    lines << QString() << sent.summary();
+    r.complete = sent.complete();
+    r.text = lines.join(QLatin1Char('\n')).trimmed();
+    return r;
+}
+
+} // namespace TraceUpload
