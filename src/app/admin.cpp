@@ -240,7 +240,7 @@ int main(int argc, char **argv)
         return usage();
     static const QStringList commands{
         "init", "sql", "ctrl", "shoot", "print-ptag", "export-ptag", "trial-balance", "journal", "check-sprays",
-        "oldcal", "init-server", "backup", "restore"};
+        "oldcal", "init-server", "backup", "restore", "trace-pages", "upload-dir"};
     if (!commands.contains(a.command))
         return CommandLine::wrongUse(QStringLiteral("tillora-admin"),
                                      (a.command.startsWith(QLatin1Char('-')) ? QStringLiteral("不明なオプション '%1' です。")

@@ -208,6 +208,11 @@ void Recordset::CancelUpdate()
     mTouched.clear();
 }
 
+namespace {
+// Rows a statement of a batch: well under the engines' limits of markers.
+constexpr int kBatchRows = 50;
+} // namespace
+
 void Recordset::Update()
 {
     checkWritable();
@@ -230,16 +235,24 @@ void Recordset::Update()
                     params << QVariant();
                 }
         }
-        QStringList marks;
-        for (int i = 0; i < names.size(); ++i)
-            marks << QStringLiteral("?");
-        mEngine->executeNative(QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
-                                   .arg(mTable->name, names.join(QLatin1Char(',')), marks.join(QLatin1Char(','))),
-                               params);
+        if (mBatching) {
+            if (names != mBatchNames)
+                flushBatch();
+            mBatchNames = names;
+            mBatchParams += params;
+            if (++mBatchRows == kBatchRows)
+                flushBatch();
+        } else {
+            mBatchNames = names;
+            mBatchParams = params;
+            mBatchRows = 1;
+            flushBatch();
+        }
         mRows.append(mEdit);
         mDeleted.append(false);
         mPos = mRows.size() - 1;
     } else if (!names.isEmpty()) {
+        flushBatch();
         QStringList sets;
         for (const QString &n : names)
             sets << n + QStringLiteral("=?");
@@ -288,6 +301,7 @@ void Recordset::Delete()
     if (mEditing)
         CancelUpdate();
     checkCurrent();
+    flushBatch();
     QVector<QVariant> params;
     const QString where = whereForRow(mPos, params);
     QString sql = QStringLiteral("DELETE FROM %1 WHERE %2").arg(mTable->name, where);
@@ -331,8 +345,42 @@ void Recordset::Find(const QString &criteria)
     }
 }
 
+void Recordset::BeginBatch()
+{
+    checkWritable();
+    mBatching = true;
+}
+
+void Recordset::EndBatch()
+{
+    flushBatch();
+    mBatching = false;
+}
+
+void Recordset::flushBatch()
+{
+    if (mBatchRows == 0)
+        return;
+    QStringList marks;
+    for (int i = 0; i < mBatchNames.size(); ++i)
+        marks << QStringLiteral("?");
+    const QString group = QLatin1Char('(') + marks.join(QLatin1Char(',')) + QLatin1Char(')');
+    QStringList groups;
+    for (int r = 0; r < mBatchRows; ++r)
+        groups << group;
+    const QString sql = QStringLiteral("INSERT INTO %1 (%2) VALUES %3")
+                            .arg(mTable->name, mBatchNames.join(QLatin1Char(',')), groups.join(QLatin1Char(',')));
+    const QVector<QVariant> params = mBatchParams;
+    mBatchParams.clear();
+    mBatchRows = 0;
+    mEngine->executeNative(sql, params);
+}
+
 void Recordset::Close()
 {
+    if (!mClosed)
+        flushBatch();
+    mBatching = false;
     mClosed = true;
     mRows.clear();
     mEditing = false;

@@ -10,6 +10,7 @@
 #include "store/Engine.h"
 
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 #include <memory>
@@ -45,9 +46,18 @@ public:
     // = <> < > <= >= LIKE). Past the last row when none does.
     void Find(const QString &criteria);
 
+    // Rows added from BeginBatch on are written together, several rows a
+    // statement, when the batch ends: at EndBatch, Close, or any other write
+    // of the set. Each row's values are still converted (and refused) at its
+    // Update; what only the engine checks (a key taken twice) is then raised
+    // where the batch is written.
+    void BeginBatch();
+    void EndBatch();
+
     void Close();
 
 private:
+    void flushBatch();
     int fieldIndex(const QString &name) const;
     int checkedIndex(const QString &name) const;
     void checkCurrent() const;
@@ -71,6 +81,12 @@ private:
     QVector<bool> mTouched;
     int mAddReturn = 0;          // row to go back to when an AddNew is cancelled
     bool mClosed = false;
+
+    // Batch of added rows not written yet.
+    bool mBatching = false;
+    QStringList mBatchNames;
+    QVector<QVariant> mBatchParams;
+    int mBatchRows = 0;
 };
 
 using RecordsetPtr = std::unique_ptr<Recordset>;

@@ -307,6 +307,57 @@ private slots:
                  value.isNull() ? QStringLiteral("?") : value.toText());
     }
 
+    // Rows added in a batch arrive as rows added one by one do, however the
+    // statements split them; a key taken twice fails where the batch is
+    // written, and the transaction keeps none of it.
+    void batchedRowsArriveWhole_data()
+    {
+        QTest::addColumn<int>("rows");
+        QTest::newRow("one") << 1;
+        QTest::newRow("a statement full") << 50;
+        QTest::newRow("one over") << 51;
+        QTest::newRow("three statements") << 120;
+    }
+    void batchedRowsArriveWhole()
+    {
+        QFETCH(int, rows);
+        TestRoot root;
+        RecordsetPtr rs = gDB->GetDynamicRst("SELECT D_DIARY_DTL.* FROM D_DIARY_DTL WHERE 0=1");
+        rs->BeginBatch();
+        for (int i = 1; i <= rows; ++i) {
+            rs->AddNew();
+            rs->SetField("FMR_ID", Value(1));
+            rs->SetField("WORK_DATE", Value(DateUtil::make(2024, 6, 1, 0, 0, 0)));
+            rs->SetField("DTL_NO", Value(i));
+            if (i % 7 != 0) // every seventh row leaves its name out: other columns, another statement
+                rs->SetField("WORK_NM", Value(QStringLiteral("行%1 'x'").arg(i)));
+            rs->Update();
+        }
+        rs->EndBatch();
+        QCOMPARE(gDB->DCount("*", "D_DIARY_DTL", "FMR_ID=1").toLong(), rows);
+        QCOMPARE(gDB->DCount("*", "D_DIARY_DTL", "WORK_NM IS NULL").toLong(), rows / 7);
+        QCOMPARE(gDB->DLookup("WORK_NM", "D_DIARY_DTL", QStringLiteral("DTL_NO=%1").arg(rows)).toText(),
+                 rows % 7 ? QStringLiteral("行%1 'x'").arg(rows) : QString());
+
+        // a key taken twice: the batch fails as it is written, the transaction keeps nothing
+        gDB->Begintrans();
+        const AppError e = failureOf([&] {
+            RecordsetPtr w = gDB->GetDynamicRst("SELECT D_DIARY_DTL.* FROM D_DIARY_DTL WHERE 0=1");
+            w->BeginBatch();
+            for (int no : {900, 901, 900}) {
+                w->AddNew();
+                w->SetField("FMR_ID", Value(1));
+                w->SetField("WORK_DATE", Value(DateUtil::make(2024, 6, 2, 0, 0, 0)));
+                w->SetField("DTL_NO", Value(no));
+                w->Update();
+            }
+            w->EndBatch();
+        });
+        gDB->RollbackTrans();
+        QVERIFY(e.number() != 0);
+        QCOMPARE(gDB->DCount("*", "D_DIARY_DTL", "DTL_NO>=900").toLong(), 0);
+    }
+
     void findWalksForward()
     {
         TestRoot root;

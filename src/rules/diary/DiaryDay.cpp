@@ -284,6 +284,7 @@ void DiaryDay::SaveLedgeData()
                   .time(day.WORK_DATE));
     RecordsetPtr rs = gDB->GetDynamicRst(Stmt("SELECT   D_LEDGE.*  FROM D_LEDGE  WHERE 0=1"));
     const QString comp = GetCompName();
+    rs->BeginBatch(); // the day's slips in one statement
     for (const LedgeRow &row : gLEDGE_ROWS) {
         if (!positive(row[LedgeCol::LEDGE_ID]))
             continue;
@@ -299,6 +300,7 @@ void DiaryDay::SaveLedgeData()
         rs->SetField(QStringLiteral("HOLD_TM"), Value::null());
         rs->Update();
     }
+    rs->EndBatch();
     rs->Close();
 }
 
@@ -389,6 +391,7 @@ void DiaryDay::saveDetails()
     // Every element is written, a blank one too: an empty day keeps one
     // empty line numbered 1. Key and number are the day's and the place's.
     const QStringList kept = DiaryDtlRec::map().names().mid(3);
+    rs->BeginBatch(); // the day's lines in one statement
     for (int i = 0; i < dtl.size(); ++i) {
         rs->AddNew();
         rs->SetField(QStringLiteral("FMR_ID"), day.FMR_ID);
@@ -397,5 +400,6 @@ void DiaryDay::saveDetails()
         DiaryDtlRec::map().write(*rs, dtl[i], kept);
         rs->Update();
     }
+    rs->EndBatch();
     rs->Close();
 }
