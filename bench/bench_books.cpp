@@ -57,7 +57,7 @@ void LedgerYear(benchmark::State &state, Kind kind, int roundTripMs)
         f.accId = Value(1000);
         f.year = QStringLiteral("2024");
         int lines = 0;
-        const quint64 before = Engine::statementsSent();
+        const quint64 before = statementsOf(kind);
         for (auto _ : state) {
             const Ledger::Listing l = Ledger::readList(f, true);
             Ledger::AccountNames names;
@@ -65,7 +65,7 @@ void LedgerYear(benchmark::State &state, Kind kind, int roundTripMs)
                 benchmark::DoNotOptimize(names(line.other));
             lines = l.page.lines.size();
         }
-        countStatements(state, before);
+        countStatements(state, kind, before);
         setRoundTrip(0);
         state.counters["lines"] = lines;
     });

@@ -75,7 +75,7 @@ void DispCal(benchmark::State &state, Kind kind, QDate month, int roundTripMs)
         QImage image = canvas();
         const QFont font = QApplication::font();
         int marked = 0;
-        const quint64 before = Engine::statementsSent();
+        const quint64 before = statementsOf(kind);
         for (auto _ : state) {
             const CalMonth::Options o = CalMonth::loadOptions();
             const CalMonth::Geometry g = monthGeometry(month);
@@ -89,7 +89,7 @@ void DispCal(benchmark::State &state, Kind kind, QDate month, int roundTripMs)
             for (const CalMonth::Cell &c : cells)
                 marked += c.money + c.chemi + c.ship;
         }
-        countStatements(state, before);
+        countStatements(state, kind, before);
         state.counters["marks"] = marked;
     });
 }
@@ -515,14 +515,14 @@ void DiaryDayOpenSave(benchmark::State &state, Kind kind, int roundTripMs)
         use(kind);
         FullDay full;
         setRoundTrip(roundTripMs);
-        const quint64 before = Engine::statementsSent();
+        const quint64 before = statementsOf(kind);
         for (auto _ : state) {
             FullDay::point();
             DiaryDay d;
             d.load(kFarmer, FullDay::day());
             d.save();
         }
-        countStatements(state, before);
+        countStatements(state, kind, before);
         setRoundTrip(0);
         FullDay::check();
     });

@@ -195,10 +195,15 @@ void setRoundTrip(int milliseconds)
         gRelay->setRoundTrip(std::chrono::milliseconds(milliseconds));
 }
 
-void countStatements(benchmark::State &state, quint64 before)
+quint64 statementsOf(Kind kind)
+{
+    return Engine::statementsSent(kind == Kind::Sqlite ? EngineKind::Sqlite : EngineKind::Mysql);
+}
+
+void countStatements(benchmark::State &state, Kind kind, quint64 before)
 {
     if (state.iterations() > 0)
-        state.counters["statements"] = double(Engine::statementsSent() - before) / double(state.iterations());
+        state.counters["statements"] = double(statementsOf(kind) - before) / double(state.iterations());
 }
 
 void releaseStores()

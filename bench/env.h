@@ -54,9 +54,12 @@ private:
 Store &use(Kind kind);
 // The delay the relay of the Network store adds to a round trip.
 void setRoundTrip(int milliseconds);
+// Statements sent so far to the engine of the store's data (on a server:
+// round trips; the local settings and list files are not counted there).
+quint64 statementsOf(Kind kind);
 // Statements sent in the timed loop, per iteration, as the counter
-// "statements": `before` is Engine::statementsSent() before the loop.
-void countStatements(benchmark::State &state, quint64 before);
+// "statements": `before` is statementsOf(kind) before the loop.
+void countStatements(benchmark::State &state, Kind kind, quint64 before);
 // Closes and removes every store (server databases are dropped).
 void releaseStores();
 

@@ -31,8 +31,8 @@ const char *const kMysqlSession[] = {"SET SESSION sql_mode='STRICT_ALL_TABLES,NO
                                      "NO_ENGINE_SUBSTITUTION,ERROR_FOR_DIVISION_BY_ZERO'",
                                      "SET SESSION TRANSACTION ISOLATION LEVEL SERIALIZABLE"};
 
-// Statements sent to the engines (each a round trip to a server).
-std::atomic<quint64> gStatementsSent{0};
+// Statements sent to the engines (each a round trip to a server), by kind.
+std::atomic<quint64> gStatementsSent[2] = {{0}, {0}};
 
 long nativeCode(const QSqlError &err)
 {
@@ -434,7 +434,7 @@ void Engine::connectNow()
     if (mKind == EngineKind::Mysql) {
         for (const char *statement : kMysqlSession) {
             QSqlQuery q(d);
-            ++gStatementsSent;
+            ++gStatementsSent[int(mKind)];
             if (!q.exec(QString::fromLatin1(statement)))
                 raiseSqlError(q.lastError());
         }
@@ -511,7 +511,7 @@ bool Engine::readRows(const QString &jet, const QString &sql, ResultSet &rs, QSq
     QSqlQuery q(db());
     q.setForwardOnly(true);
     q.setNumericalPrecisionPolicy(QSql::LowPrecisionDouble);
-    ++gStatementsSent;
+    ++gStatementsSent[int(mKind)];
     if (!q.exec(sql)) {
         failure = q.lastError();
         return false;
@@ -645,7 +645,7 @@ qint64 Engine::executeNative(const QString &sql, const QVector<QVariant> &params
     reopenIfLost();
     QSqlQuery q(db());
     q.setForwardOnly(true);
-    ++gStatementsSent;
+    ++gStatementsSent[int(mKind)];
     // On a server a statement with bound values costs two round trips (its
     // preparation, then its run); with the values written in, one.
     const QString written = mKind == EngineKind::Mysql && !params.isEmpty() ? withLiterals(sql, params) : QString();
@@ -752,7 +752,7 @@ void Engine::begin()
                 // The session runs its transactions serializable.
                 reopenIfLost();
                 QSqlDatabase d = db();
-                ++gStatementsSent;
+                ++gStatementsSent[int(mKind)];
                 if (!d.transaction())
                     raiseSqlError(d.lastError());
             }
@@ -785,7 +785,7 @@ void Engine::commit()
     }
     mDepth = 0;
     QSqlDatabase d = db();
-    ++gStatementsSent;
+    ++gStatementsSent[int(mKind)];
     if (!d.commit()) {
         const QSqlError err = d.lastError();
         d.rollback(); // never left open after a failed commit
@@ -806,7 +806,7 @@ void Engine::rollback()
     if (mLost)
         return;
     QSqlDatabase d = db();
-    ++gStatementsSent;
+    ++gStatementsSent[int(mKind)];
     if (!d.rollback()) {
         if (!lostConnection(d.lastError()))
             raiseSqlError(d.lastError());
@@ -816,4 +816,4 @@ void Engine::rollback()
 
 QStringList Engine::tableNames() const { return db().tables(); }
 
-quint64 Engine::statementsSent() { return gStatementsSent.load(); }
+quint64 Engine::statementsSent(EngineKind kind) { return gStatementsSent[int(kind)].load(); }

@@ -123,9 +123,10 @@ public:
     bool inTransaction() const { return mDepth > 0; }
 
     QStringList tableNames() const;
-    // Statements sent to any engine since the program started, each a round
-    // trip to a server (transaction ends included): what the benchmarks count.
-    static quint64 statementsSent();
+    // Statements sent to engines of a kind since the program started, each a
+    // round trip on a server (transaction ends included): what the
+    // benchmarks count.
+    static quint64 statementsSent(EngineKind kind);
     // Why this database can't be written (see sqliteReadOnlyReason); always
     // empty for a server.
     QString readOnlyReason() const;
