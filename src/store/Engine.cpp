@@ -17,6 +17,7 @@
 
 #include <atomic>
 #include <cmath>
+#include <optional>
 #include <limits>
 
 namespace {
@@ -363,6 +364,7 @@ Engine::Engine(EngineKind kind, const ConnectionSpec &conn)
 
 Engine::~Engine()
 {
+    mPrepared.clear(); // before the connection goes
     {
         QSqlDatabase d = QSqlDatabase::database(mConnName, false);
         if (d.isOpen()) {
@@ -506,16 +508,77 @@ void Engine::raiseSqlError(const QSqlError &err)
     throw engineError(mKind, err, readOnlyReason());
 }
 
+namespace {
+// Reads kept prepared per connection; past this many the kept ones go.
+constexpr size_t kPreparedKept = 200;
+// Translations kept per connection.
+constexpr int kTranslatedKept = 2000;
+} // namespace
+
+const QString &Engine::translated(const QString &jet)
+{
+    auto it = mTranslated.constFind(jet);
+    if (it != mTranslated.constEnd())
+        return *it;
+    if (mTranslated.size() >= kTranslatedKept)
+        mTranslated.clear();
+    return *mTranslated.insert(jet, translate(jet));
+}
+
+QSqlQuery *Engine::prepared(const QString &sql, QSqlError &failure)
+{
+    auto it = mPrepared.find(sql);
+    if (it != mPrepared.end())
+        return it->second.get();
+    if (mPrepared.size() >= kPreparedKept)
+        mPrepared.clear();
+    auto q = std::make_unique<QSqlQuery>(db());
+    q->setForwardOnly(true);
+    q->setNumericalPrecisionPolicy(QSql::LowPrecisionDouble);
+    if (!q->prepare(sql)) {
+        failure = q->lastError();
+        return nullptr;
+    }
+    return mPrepared.emplace(sql, std::move(q)).first->second.get();
+}
+
 bool Engine::readRows(const QString &jet, const QString &sql, ResultSet &rs, QSqlError &failure)
 {
-    QSqlQuery q(db());
-    q.setForwardOnly(true);
-    q.setNumericalPrecisionPolicy(QSql::LowPrecisionDouble);
+    // The file engine keeps its reads prepared: a statement run again costs
+    // the engine's work and little more. A server gets the text (one round
+    // trip, where a prepared statement would take two the first time).
+    std::optional<QSqlQuery> once;
+    QSqlQuery *kept = nullptr;
     ++gStatementsSent[int(mKind)];
-    if (!q.exec(sql)) {
-        failure = q.lastError();
-        return false;
+    if (mKind == EngineKind::Sqlite) {
+        kept = prepared(sql, failure);
+        if (!kept)
+            return false;
+        if (!kept->exec()) {
+            failure = kept->lastError();
+            kept->finish();
+            return false;
+        }
+    } else {
+        once.emplace(db());
+        once->setForwardOnly(true);
+        once->setNumericalPrecisionPolicy(QSql::LowPrecisionDouble);
+        if (!once->exec(sql)) {
+            failure = once->lastError();
+            return false;
+        }
     }
+    QSqlQuery &q = kept ? *kept : *once;
+    // A kept statement is reset once its rows are read, so that it holds no
+    // read of the file open between two statements.
+    struct Finish {
+        QSqlQuery *q;
+        ~Finish()
+        {
+            if (q)
+                q->finish();
+        }
+    } finish{kept};
     const QSqlRecord rec = q.record();
     TypeResolver resolver{JetSql::sources(jet)};
     rs.columns.resize(rec.count());
@@ -554,7 +617,7 @@ bool Engine::readRows(const QString &jet, const QString &sql, ResultSet &rs, QSq
 
 ResultSet Engine::select(const QString &jet)
 {
-    const QString sql = translate(jet);
+    const QString sql = translated(jet);
     for (int attempt = 0;; ++attempt) {
         reopenIfLost();
         ResultSet rs;

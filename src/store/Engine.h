@@ -9,9 +9,11 @@
 
 #include <QSqlDatabase>
 #include <QString>
+#include <QHash>
 #include <QVariant>
 #include <QVector>
 
+#include <map>
 #include <memory>
 
 enum class EngineKind { Sqlite, Mysql };
@@ -146,6 +148,11 @@ private:
     // Runs a read; false with the engine's error when it fails.
     bool readRows(const QString &jet, const QString &sql, ResultSet &rs, class QSqlError &failure);
     bool lostConnection(const class QSqlError &err) const;
+    // The engine text of a statement, translated once per connection.
+    const QString &translated(const QString &jet);
+    // A read kept prepared on the file engine, by its engine text; null with
+    // the engine's error when it can't be prepared.
+    class QSqlQuery *prepared(const QString &sql, class QSqlError &failure);
 
     EngineKind mKind;
     ConnectionSpec mSpec;
@@ -153,6 +160,8 @@ private:
     int mDepth = 0;              // transactions begun and not yet ended; inner ones join the outer
     bool mDoomed = false;        // an inner transaction failed: the outer one can only roll back
     bool mLost = false;          // the server connection is gone; opened again on the next statement
+    QHash<QString, QString> mTranslated;                        // Jet text -> engine text
+    std::map<QString, std::unique_ptr<class QSqlQuery>> mPrepared; // file engine: engine text -> prepared read
     friend class SqliteEngine;
     friend class MysqlEngine;
 };
