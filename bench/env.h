@@ -87,6 +87,8 @@ void registerBooksBenchmarks(Kind kind);
 // Those that run through the delaying relay, at that round trip.
 void registerDiaryNetworkBenchmarks(int roundTripMs);
 void registerBooksNetworkBenchmarks(int roundTripMs);
+// The opening of every screen (on the network store at that round trip).
+void registerScreenBenchmarks(Kind kind, int roundTripMs = 0);
 // Those that use no data database.
 void registerEngineFreeBenchmarks();
 

@@ -31,6 +31,7 @@ int main(int argc, char **argv)
     Bench::registerDiaryBenchmarks(Bench::Kind::Sqlite);
     Bench::registerPrintBenchmarks(Bench::Kind::Sqlite);
     Bench::registerBooksBenchmarks(Bench::Kind::Sqlite);
+    Bench::registerScreenBenchmarks(Bench::Kind::Sqlite);
     if (Bench::serverNamed()) {
         Bench::registerStoreBenchmarks(Bench::Kind::Mysql);
         Bench::registerDiaryBenchmarks(Bench::Kind::Mysql);
@@ -40,6 +41,7 @@ int main(int argc, char **argv)
             Bench::registerDiaryNetworkBenchmarks(ms);
             Bench::registerBooksNetworkBenchmarks(ms);
         }
+        Bench::registerScreenBenchmarks(Bench::Kind::Network, 1);
     } else {
         std::fprintf(stderr, "TILLORA_TEST_MYSQL is not set: the MariaDB benchmarks are left out.\n");
     }
