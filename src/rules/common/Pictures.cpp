@@ -1,5 +1,8 @@
 #include "rules/common/Pictures.h"
 
+#include <QHash>
+#include <QImage>
+#include <QPaintEngine>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -135,10 +138,48 @@ void badge(QPainter &p, const QRectF &b, const QColor &fill, const QString &lett
 
 } // namespace
 
-void drawWeather(QPainter &p, const QRectF &box, int id)
+namespace {
+
+// A picture drawn on a raster target (the screen, an image) is kept as an
+// image of its size, its kind and its font, and the next one of the same is
+// copied: the calendar draws the same few pictures dozens of times a redraw.
+// Printers and PDF files get the vectors every time.
+void drawKept(QPainter &p, const QRectF &box, const QString &kind, void (*draw)(QPainter &, const QRectF &, int),
+              int id)
 {
-    if (id < 1 || id > 10 || box.width() <= 0 || box.height() <= 0)
+    QPaintEngine *engine = p.paintEngine();
+    if (!engine || engine->type() != QPaintEngine::Raster || p.transform().type() > QTransform::TxTranslate) {
+        draw(p, box, id);
         return;
+    }
+    const qreal dpr = p.device()->devicePixelRatioF();
+    const QSize size(int(std::ceil(box.width() * dpr)), int(std::ceil(box.height() * dpr)));
+    const QString key = QStringLiteral("%1%2 %3x%4 %5 %6")
+                            .arg(kind)
+                            .arg(id)
+                            .arg(size.width())
+                            .arg(size.height())
+                            .arg(dpr)
+                            .arg(p.font().key());
+    static QHash<QString, QImage> kept;
+    auto it = kept.constFind(key);
+    if (it == kept.constEnd()) {
+        if (kept.size() >= 256)
+            kept.clear();
+        QImage image(size, QImage::Format_ARGB32_Premultiplied);
+        image.setDevicePixelRatio(dpr);
+        image.fill(Qt::transparent);
+        QPainter ip(&image);
+        ip.setFont(p.font());
+        draw(ip, QRectF(QPointF(0, 0), box.size()), id);
+        ip.end();
+        it = kept.insert(key, image);
+    }
+    p.drawImage(box.topLeft(), *it);
+}
+
+void weatherVectors(QPainter &p, const QRectF &box, int id)
+{
     p.save();
     p.setRenderHint(QPainter::Antialiasing);
     switch (id) {
@@ -166,10 +207,8 @@ void drawWeather(QPainter &p, const QRectF &box, int id)
     p.restore();
 }
 
-void drawMark(QPainter &p, const QRectF &box, int kind)
+void markVectors(QPainter &p, const QRectF &box, int kind)
 {
-    if (box.width() <= 0 || box.height() <= 0)
-        return;
     p.save();
     p.setRenderHint(QPainter::Antialiasing);
     switch (kind) {
@@ -180,6 +219,22 @@ void drawMark(QPainter &p, const QRectF &box, int kind)
     default: break;
     }
     p.restore();
+}
+
+} // namespace
+
+void drawWeather(QPainter &p, const QRectF &box, int id)
+{
+    if (id < 1 || id > 10 || box.width() <= 0 || box.height() <= 0)
+        return;
+    drawKept(p, box, QStringLiteral("w"), weatherVectors, id);
+}
+
+void drawMark(QPainter &p, const QRectF &box, int kind)
+{
+    if (kind < 1 || kind > 4 || box.width() <= 0 || box.height() <= 0)
+        return;
+    drawKept(p, box, QStringLiteral("m"), markVectors, kind);
 }
 
 

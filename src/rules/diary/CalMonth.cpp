@@ -6,6 +6,7 @@
 #include "store/Database.h"
 #include "store/Stmt.h"
 
+#include <QHash>
 #include <QPainter>
 
 namespace CalMonth {
@@ -63,6 +64,20 @@ QStringList fitLines(const QString &text, const QFontMetricsF &fm, double width,
     if (!current.isEmpty())
         lines << current;
     return lines;
+}
+
+// fitLines for a font, kept: a month shows the same lines redraw after
+// redraw, and measuring them a character at a time is most of the drawing.
+QStringList keptLines(const QString &text, const QFont &font, double width, int maxLines)
+{
+    static QHash<QString, QStringList> kept;
+    const QString key = QStringLiteral("%1 %2 %3\n").arg(font.key()).arg(width).arg(maxLines) + text;
+    auto it = kept.constFind(key);
+    if (it != kept.constEnd())
+        return *it;
+    if (kept.size() >= 512)
+        kept.clear();
+    return *kept.insert(key, fitLines(text, QFontMetricsF(font), width, maxLines));
 }
 
 QFont pointFont(const QFont &base, double points)
@@ -249,7 +264,7 @@ void paint(QPainter &p, const Geometry &g, const QVector<Cell> &cells, const Opt
             p.setClipRect(QRectF(px(x), px(y), px(g.cellW), px(g.cellH)));
             p.setFont(pointFont(base, s / 20));
             p.setPen(Qt::black);
-            const QStringList lines = fitLines(c.oneMsg.toText(), QFontMetricsF(p.font()), px(g.cellW), 2);
+            const QStringList lines = keptLines(c.oneMsg.toText(), p.font(), px(g.cellW), 2);
             for (int i = 0; i < lines.size(); ++i)
                 p.drawText(QPointF(px(x), px(y + g.cellH / 2.0 + i * s) + kEmTop * px(s)), lines[i]);
             p.restore();
