@@ -17,7 +17,10 @@
 #include "store/Database.h"
 #include "store/Engine.h"
 
+#include <sqlite3.h>
+
 #include <QApplication>
+#include <QHash>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -108,6 +111,58 @@ void CalCollect(benchmark::State &state, Kind kind, QDate month)
             QVector<CalMonth::Cell> cells = CalMonth::collect(g, month, QDate::currentDate(), kFarmer, o, Value(0));
             benchmark::DoNotOptimize(cells);
         }
+    });
+}
+
+// The floor under collect on SQLite: the very statements collect sends (as
+// the engine gets them), prepared once with the library alone and run, every
+// row and column read, as a program that did nothing else would.
+void CalCollectRawFloor(benchmark::State &state, QDate month)
+{
+    guarded(state, [&] {
+        use(Kind::Sqlite);
+        CalMonth::Options o;
+        for (bool &on : o.on)
+            on = true;
+        const CalMonth::Geometry g = monthGeometry(month);
+        QVector<QPair<QString, QString>> reads; // file, statement
+        Engine::setReadObserver(
+            [&](const Engine &e, const QString &sql) { reads.append({e.target().file, sql}); });
+        CalMonth::collect(g, month, QDate::currentDate(), kFarmer, o, Value(0));
+        Engine::setReadObserver(nullptr);
+        QHash<QString, sqlite3 *> files;
+        QVector<sqlite3_stmt *> statements;
+        for (const auto &r : reads) {
+            sqlite3 *&db = files[r.first];
+            if (!db && sqlite3_open_v2(r.first.toUtf8().constData(), &db, SQLITE_OPEN_READONLY, nullptr) != SQLITE_OK)
+                return state.SkipWithError("the file can't be opened");
+            sqlite3_stmt *st = nullptr;
+            const QByteArray text = r.second.toUtf8();
+            if (sqlite3_prepare_v2(db, text.constData(), int(text.size()), &st, nullptr) != SQLITE_OK)
+                return state.SkipWithError(sqlite3_errmsg(db));
+            statements.append(st);
+        }
+        qint64 cells = 0;
+        for (auto _ : state) {
+            for (sqlite3_stmt *st : statements) {
+                while (sqlite3_step(st) == SQLITE_ROW)
+                    for (int c = 0, n = sqlite3_column_count(st); c < n; ++c) {
+                        switch (sqlite3_column_type(st, c)) {
+                        case SQLITE_INTEGER: cells += sqlite3_column_int64(st, c) != 0; break;
+                        case SQLITE_FLOAT: cells += sqlite3_column_double(st, c) != 0; break;
+                        case SQLITE_TEXT: cells += sqlite3_column_bytes(st, c) > 0; break;
+                        default: break;
+                        }
+                    }
+                sqlite3_reset(st);
+            }
+        }
+        benchmark::DoNotOptimize(cells);
+        state.counters["statements"] = statements.size();
+        for (sqlite3_stmt *st : statements)
+            sqlite3_finalize(st);
+        for (sqlite3 *db : files)
+            sqlite3_close(db);
     });
 }
 
@@ -612,6 +667,10 @@ void registerDiaryBenchmarks(Kind kind)
     named(benchmark::RegisterBenchmark(("Parts/DispCal_Collect/" + monthName(kMidMonth) + k).c_str(), CalCollect, kind,
                                        kMidMonth),
           benchmark::kMillisecond);
+    if (kind == Kind::Sqlite)
+        named(benchmark::RegisterBenchmark(("Parts/DispCal_Collect_RawFloor/" + monthName(kMidMonth) + k).c_str(),
+                                           CalCollectRawFloor, kMidMonth),
+              benchmark::kMillisecond);
     named(benchmark::RegisterBenchmark(("Parts/DispCal_SprayWarnings/" + monthName(kMidMonth) + k).c_str(),
                                        CalSprayWarnings, kind, kMidMonth),
           benchmark::kMillisecond);

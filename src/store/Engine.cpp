@@ -32,6 +32,8 @@ const char *const kMysqlSession[] = {"SET SESSION sql_mode='STRICT_ALL_TABLES,NO
                                      "NO_ENGINE_SUBSTITUTION,ERROR_FOR_DIVISION_BY_ZERO'",
                                      "SET SESSION TRANSACTION ISOLATION LEVEL SERIALIZABLE"};
 
+std::function<void(const Engine &, const QString &)> gReadObserver;
+
 // Statements sent to the engines (each a round trip to a server), by kind.
 std::atomic<quint64> gStatementsSent[2] = {{0}, {0}};
 
@@ -550,6 +552,8 @@ bool Engine::readRows(const QString &jet, const QString &sql, ResultSet &rs, QSq
     std::optional<QSqlQuery> once;
     QSqlQuery *kept = nullptr;
     ++gStatementsSent[int(mKind)];
+    if (gReadObserver)
+        gReadObserver(*this, sql);
     if (mKind == EngineKind::Sqlite) {
         kept = prepared(sql, failure);
         if (!kept)
@@ -878,5 +882,10 @@ void Engine::rollback()
 }
 
 QStringList Engine::tableNames() const { return db().tables(); }
+
+void Engine::setReadObserver(std::function<void(const Engine &, const QString &)> observer)
+{
+    gReadObserver = std::move(observer);
+}
 
 quint64 Engine::statementsSent(EngineKind kind) { return gStatementsSent[int(kind)].load(); }

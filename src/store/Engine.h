@@ -13,6 +13,7 @@
 #include <QVariant>
 #include <QVector>
 
+#include <functional>
 #include <map>
 #include <memory>
 
@@ -129,6 +130,9 @@ public:
     // round trip on a server (transaction ends included): what the
     // benchmarks count.
     static quint64 statementsSent(EngineKind kind);
+    // Benchmarks: sees the engine text of every read before it runs (null:
+    // none).
+    static void setReadObserver(std::function<void(const Engine &, const QString &sql)> observer);
     // Why this database can't be written (see sqliteReadOnlyReason); always
     // empty for a server.
     QString readOnlyReason() const;
