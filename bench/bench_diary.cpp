@@ -99,13 +99,20 @@ void DispCal(benchmark::State &state, Kind kind, QDate month, int roundTripMs)
 
 // ---- parts of the redraw
 
+// The five options on, without touching the settings.
+CalMonth::Options everyOption()
+{
+    CalMonth::Options o;
+    for (bool &on : o.on)
+        on = true;
+    return o;
+}
+
 void CalCollect(benchmark::State &state, Kind kind, QDate month)
 {
     guarded(state, [&] {
         use(kind);
-        CalMonth::Options o;
-        for (bool &on : o.on)
-            on = true;
+        const CalMonth::Options o = everyOption();
         const CalMonth::Geometry g = monthGeometry(month);
         for (auto _ : state) {
             QVector<CalMonth::Cell> cells = CalMonth::collect(g, month, QDate::currentDate(), kFarmer, o, Value(0));
@@ -121,9 +128,7 @@ void CalCollectRawFloor(benchmark::State &state, QDate month)
 {
     guarded(state, [&] {
         use(Kind::Sqlite);
-        CalMonth::Options o;
-        for (bool &on : o.on)
-            on = true;
+        const CalMonth::Options o = everyOption();
         const CalMonth::Geometry g = monthGeometry(month);
         QVector<QPair<QString, QString>> reads; // file, statement
         Engine::setReadObserver(
@@ -224,9 +229,7 @@ void CalPaint(benchmark::State &state, QDate month)
 {
     guarded(state, [&] {
         use(Kind::Sqlite);
-        CalMonth::Options o;
-        for (bool &on : o.on)
-            on = true;
+        const CalMonth::Options o = everyOption();
         const CalMonth::Geometry g = monthGeometry(month);
         const QVector<CalMonth::Cell> cells = CalMonth::collect(g, month, QDate::currentDate(), kFarmer, o, Value(0));
         QImage image = canvas();
