@@ -20,7 +20,16 @@ Result run(int year, const Value &plantId, const Value &shopId, const ProgressFn
         r.text = QStringLiteral("ページを書き出す一時フォルダを作成できません。");
         return r;
     }
-    const TracePages::Outcome pages = TracePages::write(folder.path(), year, plantId, progress);
+    // The box says which step it is in.
+    const auto step = [&progress](const QString &doing) -> ProgressFn {
+        if (!progress)
+            return ProgressFn();
+        return [&progress, doing](qint64 done, qint64 total, const QString &what) {
+            return progress(done, total, doing + what);
+        };
+    };
+    const TracePages::Outcome pages =
+        TracePages::write(folder.path(), year, plantId, step(QStringLiteral("ページを作成しています: ")));
     QStringList lines = pages.summary();
     // A long list of plantings left without a page is cut short: the box
     // must stay on the screen.
@@ -38,7 +47,8 @@ Result run(int year, const Value &plantId, const Value &shopId, const ProgressFn
         r.text = lines.join(QLatin1Char('\n'));
         return r;
     }
-    const FtpUpload::Outcome sent = FtpUpload::send(target, folder.path(), pages.files, progress);
+    const FtpUpload::Outcome sent =
+        FtpUpload::send(target, folder.path(), pages.files, step(QStringLiteral("送信しています: ")));
     lines << QString() << sent.summary();
     r.complete = sent.complete();
     r.text = lines.join(QLatin1Char('\n')).trimmed();
