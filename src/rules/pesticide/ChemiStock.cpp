@@ -11,13 +11,21 @@ void ResetUnusedChemi(const Value &fmrId, const ProgressFn &progress)
              "D_DIARY_DTL.CHEMI_ID WHERE D_DIARY_DTL.FMR_ID IS NULL AND D_CHEMI.FMR_ID=?")
             .num(fmrId));
     const int total = rs->RecordCount();
-    for (int done = 0; !rs->eof(); rs->MoveNext(), ++done) {
+    // The lots are set back a hundred a statement (on a server each
+    // statement is a round trip); a stop comes between two statements.
+    constexpr int kLotsAStatement = 100;
+    int done = 0;
+    while (!rs->eof()) {
         if (!goOn(progress, done, total, QStringLiteral("農薬の在庫を数え直しています")))
             return;
+        QVector<Value> ids;
+        for (; !rs->eof() && ids.size() < kLotsAStatement; rs->MoveNext())
+            ids << rs->Fields(0);
         gDB->EXEC(Stmt("UPDATE D_CHEMI SET  D_CHEMI.USED_QTY=0,  D_CHEMI.REST_QTY=D_CHEMI.PUR_QTY  WHERE "
-                       "D_CHEMI.FMR_ID=? AND D_CHEMI.CHEMI_ID=?")
+                       "D_CHEMI.FMR_ID=? AND D_CHEMI.CHEMI_ID IN (?)")
                       .num(fmrId)
-                      .num(rs->Fields(0)));
+                      .ids(ids));
+        done += ids.size();
     }
 }
 

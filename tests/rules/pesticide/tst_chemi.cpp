@@ -302,6 +302,16 @@ private slots:
         // a day without lines changes nothing
         RecountChemiUse(Value(1), DateUtil::make(2024, 1, 1));
         QCOMPARE(lotField(1, "REST_QTY"), 2.0);
+        // many unused lots: every one set back, a stop between two batches
+        // leaves the rest as they were
+        for (int id = 100; id < 350; ++id)
+            Build::lot(id).set("PUR_QTY", 5).set("USED_QTY", 1).set("REST_QTY", 4).add();
+        int asked = 0;
+        ResetUnusedChemi(Value(1), [&](qint64, qint64, const QString &) { return ++asked < 2; });
+        const long first = gDB->DCount("*", "D_CHEMI", "CHEMI_ID>=100 AND REST_QTY=5").toLong();
+        QVERIFY2(first >= 90 && first <= 100, qPrintable(QString::number(first))); // one statement's lots
+        ResetUnusedChemi(Value(1));
+        QCOMPARE(gDB->DCount("*", "D_CHEMI", "CHEMI_ID>=100 AND REST_QTY=5 AND USED_QTY=0").toLong(), 250);
     }
 
     // A use counted in the lot's purchase unit by the unit table, either way round.
