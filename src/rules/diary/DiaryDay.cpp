@@ -312,6 +312,12 @@ QString useQuantityText(const Value &qty, const Value &unitId)
 
 void DiaryDay::SaveUseChemi()
 {
+    // What the day's lots were bought as, read at once for their costs.
+    QVector<Value> lots;
+    for (const DiaryDtlRec &r : dtl)
+        if (hasValue(r.CHEMI_ID) && IsNumeric(r.CHEMI_ID) && r.CHEMI_ID.toDouble() != 0)
+            lots << Value(qint32(r.CHEMI_ID.toLong()));
+    const QHash<qint32, LotPurchase> purchases = readPurchases(day.FMR_ID, lots);
     for (DiaryDtlRec &r : dtl) {
         const Value ledgeV = Nz(r.LEDGE_ID, Value(0));
         const double ledge = (ledgeV.isEmpty() || !IsNumeric(ledgeV)) ? 0 : ledgeV.toDouble();
@@ -334,7 +340,7 @@ void DiaryDay::SaveUseChemi()
         }
         if (ledge == 0)
             r.LEDGE_ID = Value(nextLedgeId(r.FMR_ID));
-        Currency amount = CalChemiAmt(day.FMR_ID, r.CHEMI_ID, qtyV, r.UNIT_ID);
+        Currency amount = chemiAmount(purchases.value(qint32(r.CHEMI_ID.toLong())), qtyV, r.UNIT_ID);
         // The cost moves from the lots bought to the planting: account,
         // option kind, option id and option name of each side.
         Stmt debit = Stmt("?,?,?,NULL").num(Acc::PesticideCost).num(OptKbn::Planting).numOrNull(r.PLANT_ID);

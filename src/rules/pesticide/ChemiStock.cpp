@@ -88,24 +88,43 @@ void RecountChemiUse(const Value &fmrId, const QDateTime &workDate)
     });
 }
 
+Currency chemiAmount(const LotPurchase &purchase, const Value &qty, const Value &unitId)
+{
+    const Currency q = qty.toCurrency();
+    const qint32 unit = unitId.toLong(); // a missing unit is the Null error
+    const double rate = GetUnitRate(purchase.unit, unit);
+    const Currency price =
+        purchase.qty == 0 ? Currency() : Currency::fromDouble(purchase.amount.toDouble() / purchase.qty);
+    return RoundAmount((price * q).toDouble() * rate);
+}
+
+QHash<qint32, LotPurchase> readPurchases(const Value &fmrId, const QVector<Value> &chemiIds)
+{
+    QHash<qint32, LotPurchase> out;
+    if (chemiIds.isEmpty())
+        return out;
+    RecordsetPtr rs = gDB->GetFwdOnlyRst(
+        Stmt("SELECT D_CHEMI.CHEMI_ID, D_CHEMI.PUR_QTY, D_CHEMI.PUR_UNIT,D_CHEMI.PUR_AMT FROM D_CHEMI WHERE FMR_ID=? "
+             "AND CHEMI_ID IN (?)")
+            .num(fmrId)
+            .ids(chemiIds));
+    for (; !rs->eof(); rs->MoveNext()) {
+        const qint32 id = rs->Fields(0).toLong();
+        if (out.contains(id))
+            continue; // the first row of a number, as a look-up by it finds it
+        LotPurchase p;
+        p.qty = Nz(rs->Fields(1), Value(0)).toDouble();
+        p.unit = Nz(rs->Fields(2), Value(0)).toLong();
+        p.amount = Nz(rs->Fields(3), Value(0)).toCurrency();
+        out.insert(id, p);
+    }
+    return out;
+}
+
 Currency CalChemiAmt(const Value &fmrId, const Value &chemiId, const Value &qty, const Value &unitId)
 {
     const qint32 chemi = chemiId.toLong();
-    const Currency q = qty.toCurrency();
-    const qint32 unit = unitId.toLong(); // a missing unit is the Null error
-    RecordsetPtr rs = gDB->GetFwdOnlyRst(
-        Stmt("SELECT D_CHEMI.PUR_QTY, D_CHEMI.PUR_UNIT,D_CHEMI.PUR_AMT FROM D_CHEMI WHERE FMR_ID=? AND CHEMI_ID=?")
-            .num(fmrId)
-            .num(chemi));
-    double purQty = 0;
-    qint32 purUnit = 0;
-    Currency purAmt;
-    if (!rs->eof()) {
-        purQty = Nz(rs->Fields(0), Value(0)).toDouble();
-        purUnit = Nz(rs->Fields(1), Value(0)).toLong();
-        purAmt = Nz(rs->Fields(2), Value(0)).toCurrency();
-    }
-    const double rate = GetUnitRate(purUnit, unit);
-    const Currency price = purQty == 0 ? Currency() : Currency::fromDouble(purAmt.toDouble() / purQty);
-    return RoundAmount((price * q).toDouble() * rate);
+    qty.toCurrency();
+    unitId.toLong(); // the conversions fail before anything is read, as they always have
+    return chemiAmount(readPurchases(fmrId, {Value(chemi)}).value(chemi), qty, unitId);
 }

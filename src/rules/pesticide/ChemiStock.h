@@ -1,4 +1,9 @@
 #pragma once
+
+#include "base/Currency.h"
+
+#include <QHash>
+#include <QVector>
 // Stock figures and use costs of the pesticide lots.
 
 #include "base/Currency.h"
@@ -25,3 +30,14 @@ void RecountChemiUse(const Value &fmrId, const QDateTime &workDate);
 // pair and of a cost beyond what the books hold, and the Null error for a
 // missing unit.
 Currency CalChemiAmt(const Value &fmrId, const Value &chemiId, const Value &qty, const Value &unitId);
+
+// What a lot was bought as (nothing for a lot that is not there).
+struct LotPurchase {
+    double qty = 0;
+    qint32 unit = 0;
+    Currency amount;
+};
+// The purchases of the farmer's lots, read in one statement, by lot.
+QHash<qint32, LotPurchase> readPurchases(const Value &fmrId, const QVector<Value> &chemiIds);
+// CalChemiAmt of a purchase already read.
+Currency chemiAmount(const LotPurchase &purchase, const Value &qty, const Value &unitId);
