@@ -50,7 +50,8 @@ public:
     // statement, when the batch ends: at EndBatch, Close, or any other write
     // of the set. Each row's values are still converted (and refused) at its
     // Update; what only the engine checks (a key taken twice) is then raised
-    // where the batch is written.
+    // where the batch is written. A set dropped before its batch ends writes
+    // nothing of it.
     void BeginBatch();
     void EndBatch();
 
