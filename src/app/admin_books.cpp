@@ -3,6 +3,7 @@
 // that plain-text accounting tools read.
 
 #include "base/Globals.h"
+#include "app/CommandLine.h"
 #include "rules/books/Journal.h"
 #include "rules/books/TrialBalance.h"
 #include "store/Database.h"
@@ -14,7 +15,6 @@
 
 namespace {
 
-void say(std::FILE *to, const QString &s) { std::fputs((s + QLatin1Char('\n')).toUtf8().constData(), to); }
 
 // Reads "--name value" pairs; false for anything else.
 bool readOptions(const QStringList &args, QHash<QString, QString> &values)
@@ -43,7 +43,7 @@ QString figure(Currency c) { return c.toString(); }
 void reportFaults(const QVector<TrialBalance::Fault> &faults)
 {
     for (const TrialBalance::Fault &f : faults)
-        say(stderr, QStringLiteral("不備のある伝票: ") + TrialBalance::faultText(f));
+        CommandLine::err(QStringLiteral("不備のある伝票: ") + TrialBalance::faultText(f));
 }
 
 bool readDay(const QString &text, QDate &day)
@@ -64,15 +64,15 @@ int runTrialBalance(const QStringList &args)
     QHash<QString, QString> o{{QStringLiteral("--from"), QString()}, {QStringLiteral("--to"), QString()}};
     const char *use = "使い方: tillora-admin trial-balance [--root DIR] --from yyyy-mm --to yyyy-mm";
     if (!readOptions(args, o)) {
-        say(stderr, QString::fromUtf8(use));
+        CommandLine::err(QString::fromUtf8(use));
         return 2;
     }
     auto month = [](QString t) { return t.replace(QLatin1Char('-'), QLatin1Char('/')); };
     const TrialBalance::Period period = TrialBalance::monthsPeriod(month(o[QStringLiteral("--from")]),
                                                                     month(o[QStringLiteral("--to")]));
     if (!period.error.isEmpty()) {
-        say(stderr, period.error);
-        say(stderr, QString::fromUtf8(use));
+        CommandLine::err(period.error);
+        CommandLine::err(QString::fromUtf8(use));
         return 2;
     }
     openBooks();
@@ -81,21 +81,21 @@ int runTrialBalance(const QStringList &args)
     // account's own side)
     for (const TrialBalance::Line &l : sheet.lines)
         if (l.active())
-            say(stdout, QStringList{TrialBalance::kindName(l.kind), l.accId ? QString::number(l.accId) : QString(), l.name,
+            CommandLine::out(QStringList{TrialBalance::kindName(l.kind), l.accId ? QString::number(l.accId) : QString(), l.name,
                                     figure(l.opening), figure(l.debit), figure(l.credit), figure(l.closing)}
                             .join(QLatin1Char('\t')));
     const TrialBalance::Totals d = sheet.debitSide(), c = sheet.creditSide();
-    say(stdout, QStringList{QStringLiteral("合計"), QString(), QStringLiteral("借方"), figure(d.opening), figure(d.debit),
+    CommandLine::out(QStringList{QStringLiteral("合計"), QString(), QStringLiteral("借方"), figure(d.opening), figure(d.debit),
                             QString(), figure(d.closing)}
                     .join(QLatin1Char('\t')));
-    say(stdout, QStringList{QStringLiteral("合計"), QString(), QStringLiteral("貸方"), figure(c.opening), QString(),
+    CommandLine::out(QStringList{QStringLiteral("合計"), QString(), QStringLiteral("貸方"), figure(c.opening), QString(),
                             figure(c.credit), figure(c.closing)}
                     .join(QLatin1Char('\t')));
     if (sheet.slips == 0)
-        say(stderr, QStringLiteral("この期間の伝票はありません。"));
+        CommandLine::err(QStringLiteral("この期間の伝票はありません。"));
     reportFaults(sheet.faults);
     if (!sheet.balanced())
-        say(stderr, QStringLiteral("貸借が一致しません。"));
+        CommandLine::err(QStringLiteral("貸借が一致しません。"));
     return 0;
 }
 
@@ -105,7 +105,7 @@ int runJournal(const QStringList &args)
     QDate from, to;
     if (!readOptions(args, o) || !readDay(o[QStringLiteral("--from")], from) || !readDay(o[QStringLiteral("--to")], to) ||
         (from.isValid() && to.isValid() && to < from)) {
-        say(stderr, QStringLiteral("使い方: tillora-admin journal [--root DIR] [--from yyyy-mm-dd] [--to yyyy-mm-dd] "
+        CommandLine::err(QStringLiteral("使い方: tillora-admin journal [--root DIR] [--from yyyy-mm-dd] [--to yyyy-mm-dd] "
                                    "> farm.journal"));
         return 2;
     }

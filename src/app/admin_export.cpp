@@ -4,6 +4,7 @@
 // dialog's remembered period and folder are left as they are.
 
 #include "base/Globals.h"
+#include "app/CommandLine.h"
 #include "rules/exchange/PriceTagCsv.h"
 #include "store/Database.h"
 
@@ -13,9 +14,6 @@
 
 #include <cstdio>
 
-namespace {
-void say(std::FILE *to, const QString &s) { std::fputs((s + QLatin1Char('\n')).toUtf8().constData(), to); }
-} // namespace
 
 int runExportPtag(const QStringList &args)
 {
@@ -37,7 +35,7 @@ int runExportPtag(const QStringList &args)
             unknown = true;
     }
     if (unknown || from.isEmpty() || to.isEmpty() || dir.isEmpty()) {
-        say(stderr, QStringLiteral("使い方: tillora-admin export-ptag [--root DIR] --from yyyy-mm-dd --to yyyy-mm-dd "
+        CommandLine::err(QStringLiteral("使い方: tillora-admin export-ptag [--root DIR] --from yyyy-mm-dd --to yyyy-mm-dd "
                                    "--dir OUT [--utf8] [--farmer N]"));
         return 2;
     }
@@ -47,12 +45,12 @@ int runExportPtag(const QStringList &args)
     gSHOP_ID = Value(1);
     gFMR_ID = farmer.isEmpty() ? Nz(gINI->GetCtrl(QStringLiteral("DEF_FMR_ID")), Value(0)) : Value(farmer);
     const PriceTagCsv::Outcome out = PriceTagCsv::exportRows(
-        {from, to, dir, gFMR_ID, gSHOP_ID, utf8 ? PriceTagCsv::Encoding::Utf8Bom : PriceTagCsv::Encoding::CodePage});
+        {from, to, dir, gFMR_ID, gSHOP_ID, utf8 ? PriceTagCsv::Encoding::Utf8Bom : PriceTagCsv::Encoding::CodePage, ProgressFn()});
     if (!out.refusal.isEmpty()) {
-        say(stderr, out.refusal);
+        CommandLine::err(out.refusal);
         return 1;
     }
-    say(stdout, QString::number(out.written) + QStringLiteral("件のラベルデータを書き出しました。 → ") +
+    CommandLine::out(QString::number(out.written) + QStringLiteral("件のラベルデータを書き出しました。 → ") +
                     QDir::toNativeSeparators(QFileInfo(out.path).absoluteFilePath()));
     return 0;
 }

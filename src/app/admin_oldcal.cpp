@@ -5,6 +5,7 @@
 // "ERROR" with the six-day name and the old year left empty.
 
 #include "base/AppError.h"
+#include "app/CommandLine.h"
 #include "base/Value.h"
 #include "rules/diary/modOldCal.h"
 #include "store/Database.h"
@@ -18,7 +19,6 @@
 
 namespace {
 
-void errLine(const QString &s) { std::fputs((s + QLatin1Char('\n')).toUtf8().constData(), stderr); }
 
 bool parseDay(const QString &text, QDate &out)
 {
@@ -35,21 +35,21 @@ bool parseDay(const QString &text, QDate &out)
 int runOldCal(const QStringList &args)
 {
     if (args.isEmpty() || args.size() > 2) {
-        errLine(QStringLiteral("使い方: tillora-admin oldcal [--root DIR] FROM [TO]（日付は yyyy-mm-dd）"));
+        CommandLine::err(QStringLiteral("使い方: tillora-admin oldcal [--root DIR] FROM [TO]（日付は yyyy-mm-dd）"));
         return 2;
     }
     QDate from, to;
     for (int i = 0; i < args.size(); ++i) {
         QDate &d = i == 0 ? from : to;
         if (!parseDay(args[i], d)) {
-            errLine(QStringLiteral("日付が正しくありません（yyyy-mm-dd で指定してください）: ") + args[i]);
+            CommandLine::err(QStringLiteral("日付が正しくありません（yyyy-mm-dd で指定してください）: ") + args[i]);
             return 2;
         }
     }
     if (args.size() == 1)
         to = from;
     if (to < from) {
-        errLine(QStringLiteral("終了日が開始日より前です: ") + args[0] + QStringLiteral(" ～ ") + args[1]);
+        CommandLine::err(QStringLiteral("終了日が開始日より前です: ") + args[0] + QStringLiteral(" ～ ") + args[1]);
         return 2;
     }
 

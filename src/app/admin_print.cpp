@@ -3,6 +3,7 @@
 // printer, with the margins kept for the report on this computer.
 
 #include "base/AppError.h"
+#include "app/CommandLine.h"
 #include "base/Globals.h"
 #include "rules/print/PriceTag.h"
 #include "rules/print/PriceTagSheet.h"
@@ -19,7 +20,6 @@
 void openAllDatabases();
 
 namespace {
-void say(std::FILE *to, const QString &s) { std::fputs((s + QLatin1Char('\n')).toUtf8().constData(), to); }
 }
 
 int runPrintPtag(const QStringList &args)
@@ -41,7 +41,7 @@ int runPrintPtag(const QStringList &args)
     }
     QDateTime day;
     if (unknown || date.isEmpty() || pdf.isEmpty() || !DateUtil::parse(date, day)) {
-        say(stderr, QStringLiteral("使い方: tillora-admin print-ptag [--root DIR] --date yyyy-mm-dd [--skip N] [--frame] "
+        CommandLine::err(QStringLiteral("使い方: tillora-admin print-ptag [--root DIR] --date yyyy-mm-dd [--skip N] [--frame] "
                                    "--pdf out.pdf"));
         return 2;
     }
@@ -53,16 +53,16 @@ int runPrintPtag(const QStringList &args)
     try {
         PriceTagSheet::loadShopLogo();
     } catch (const AppError &e) {
-        say(stderr, e.description()); // the tags are made without the logo
+        CommandLine::err(e.description()); // the tags are made without the logo
     }
     const TagTotals totals = loadPriceTagDay(day, skipValue(skip));
     const QString dayText = day.toString(QStringLiteral("yyyy/MM/dd"));
     if (totals.pages == 0) {
-        say(stdout, QStringLiteral("%1 の値札はありません（0ﾍﾟｰｼﾞ）。PDFは作りません。").arg(dayText));
+        CommandLine::out(QStringLiteral("%1 の値札はありません（0ﾍﾟｰｼﾞ）。PDFは作りません。").arg(dayText));
         return 0;
     }
     SaveReportPdf(kPriceTagReport, pdf, 1, totals.pages);
-    say(stdout, QStringLiteral("%1: %2ﾍﾟｰｼﾞ %3枚 → %4")
+    CommandLine::out(QStringLiteral("%1: %2ﾍﾟｰｼﾞ %3枚 → %4")
                     .arg(dayText)
                     .arg(totals.pages)
                     .arg(totals.labels)

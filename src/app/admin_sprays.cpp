@@ -2,6 +2,7 @@
 // lot's registration, or that can't be checked against it, one line each.
 
 #include "base/Globals.h"
+#include "app/CommandLine.h"
 #include "rules/pesticide/SprayCheck.h"
 #include "store/Database.h"
 
@@ -9,9 +10,6 @@
 
 #include <cstdio>
 
-namespace {
-void say(std::FILE *to, const QString &s) { std::fputs((s + QLatin1Char('\n')).toUtf8().constData(), to); }
-}
 
 int runCheckSprays(const QStringList &args)
 {
@@ -26,7 +24,7 @@ int runCheckSprays(const QStringList &args)
         }
     }
     if (!ok) {
-        say(stderr, QStringLiteral("使い方: tillora-admin check-sprays [--root DIR] [--year 西暦年]"));
+        CommandLine::err(QStringLiteral("使い方: tillora-admin check-sprays [--root DIR] [--year 西暦年]"));
         return 2;
     }
     OpenIni();
@@ -34,10 +32,10 @@ int runCheckSprays(const QStringList &args)
     OpenWork();
     const QVector<Spray::ReportLine> lines = Spray::farmReport(year, DateUtil::today().date());
     for (const Spray::ReportLine &l : lines)
-        say(stdout, QStringLiteral("生産者%1\t%2\t%3\t%4")
+        CommandLine::out(QStringLiteral("生産者%1\t%2\t%3\t%4")
                         .arg(textOf(l.farmer), l.day.toString(QStringLiteral("yyyy/MM/dd")), l.planting, l.message));
     const QString period = year == 0 ? QString() : QStringLiteral("%1年の").arg(year);
-    say(stdout, lines.isEmpty() ? QStringLiteral("%1散布はすべて登録どおりです。").arg(period)
+    CommandLine::out(lines.isEmpty() ? QStringLiteral("%1散布はすべて登録どおりです。").arg(period)
                                 : QStringLiteral("%1散布の指摘 %2件").arg(period).arg(lines.size()));
     return 0;
 }

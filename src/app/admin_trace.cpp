@@ -4,6 +4,7 @@
 // page are listed.
 
 #include "base/Globals.h"
+#include "app/CommandLine.h"
 #include "rules/exchange/TracePages.h"
 #include "store/Database.h"
 
@@ -15,7 +16,6 @@
 void openAllDatabases();
 
 namespace {
-void say(std::FILE *to, const QString &s) { std::fputs((s + QLatin1Char('\n')).toUtf8().constData(), to); }
 }
 
 int runTracePages(const QStringList &args)
@@ -40,14 +40,14 @@ int runTracePages(const QStringList &args)
         }
     }
     if (!ok || year == 0 || dir.isEmpty()) {
-        say(stderr, QStringLiteral("使い方: tillora-admin trace-pages [--root DIR] --year 西暦年 --out 出力先 [--plant 作付ID]"));
+        CommandLine::err(QStringLiteral("使い方: tillora-admin trace-pages [--root DIR] --year 西暦年 --out 出力先 [--plant 作付ID]"));
         return 2;
     }
     openAllDatabases();
     const TracePages::Outcome out = TracePages::write(dir, year, plant);
     for (const QString &f : out.files)
-        say(stdout, f);
+        CommandLine::out(f);
     for (const QString &line : out.summary())
-        say(out.refusal.isEmpty() ? stdout : stderr, line);
+        (out.refusal.isEmpty() ? CommandLine::out : CommandLine::err)(line);
     return out.refusal.isEmpty() ? 0 : 1;
 }

@@ -4,6 +4,7 @@
 // path in the local folder.
 
 #include "base/Globals.h"
+#include "app/CommandLine.h"
 #include "rules/exchange/FtpUpload.h"
 #include "store/Database.h"
 
@@ -15,7 +16,6 @@
 #include <cstdio>
 
 namespace {
-void say(std::FILE *to, const QString &s) { std::fputs((s + QLatin1Char('\n')).toUtf8().constData(), to); }
 
 // Every file under the folder, relative, in name order.
 QStringList filesUnder(const QString &dir)
@@ -45,11 +45,11 @@ int runUploadDir(const QStringList &args)
     bool numeric = false;
     shop.toInt(&numeric);
     if (unknown || !numeric || dir.isEmpty()) {
-        say(stderr, QStringLiteral("使い方: tillora-admin upload-dir [--root DIR] --shop N --dir LOCALDIR"));
+        CommandLine::err(QStringLiteral("使い方: tillora-admin upload-dir [--root DIR] --shop N --dir LOCALDIR"));
         return 2;
     }
     if (!QFileInfo(dir).isDir()) {
-        say(stderr, QStringLiteral("フォルダがありません: ") + QDir::toNativeSeparators(dir));
+        CommandLine::err(QStringLiteral("フォルダがありません: ") + QDir::toNativeSeparators(dir));
         return 1;
     }
     OpenIni();
@@ -58,13 +58,13 @@ int runUploadDir(const QStringList &args)
     const FtpUpload::Outcome o = FtpUpload::send(FtpUpload::targetOfShop(Value(shop)), dir, filesUnder(dir),
                                                  [&last](qint64, qint64, const QString &what) {
                                                      if (what != last)
-                                                         say(stderr, QStringLiteral("送信: ") + (last = what));
+                                                         CommandLine::err(QStringLiteral("送信: ") + (last = what));
                                                      return true;
                                                  });
     for (const FtpUpload::NotSent &n : o.notSent)
-        say(stdout, n.file + QLatin1Char('\t') + n.reason);
-    say(stdout, o.summary());
+        CommandLine::out(n.file + QLatin1Char('\t') + n.reason);
+    CommandLine::out(o.summary());
     if (!o.detail.isEmpty())
-        say(stderr, QStringLiteral("詳細: ") + o.detail);
+        CommandLine::err(QStringLiteral("詳細: ") + o.detail);
     return o.complete() ? 0 : 1;
 }

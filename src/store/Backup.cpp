@@ -142,14 +142,14 @@ void readTar(const QString &file, const std::function<bool(const QString &, QIOD
     }
 }
 
-// ---------------------------------------------------------------- parts
+// ---------------------------------------------------------------- the databases kept
 
-struct Part {
+struct Kept {
     DbKind kind;
     QString fileEntry; // "data/DATA.MDB"
     QString sqlEntry;  // "data.sql"
 };
-const Part kParts[] = {
+const Kept kKept[] = {
     {DbKind::Ini, QStringLiteral("ini/INFO.MDB"), QString()},
     {DbKind::Work, QStringLiteral("work/WORK.MDB"), QString()},
     {DbKind::Data, QStringLiteral("data/DATA.MDB"), QStringLiteral("data.sql")},
@@ -385,16 +385,16 @@ bool take(const QString &out, const ProgressFn &progress)
     QVector<QPair<QString, QString>> files; // entry, copy
     const QDir images(AppPaths::root() + QStringLiteral("/images"));
     const QStringList pictures = images.entryList(QDir::Files, QDir::Name);
-    const qint64 total = std::size(kParts) + pictures.size();
+    const qint64 total = std::size(kKept) + pictures.size();
     qint64 done = 0;
-    for (const Part &p : kParts) {
+    for (const Kept &p : kKept) {
         const QString what = QStringLiteral("%1 を複写しています").arg(p.fileEntry.section(QLatin1Char('/'), -1));
         if (!goOn(progress, done++, total, what))
             return false;
         DbObject *object = openObject(p.kind);
-        const ConnectionSpec spec = object->engine()->target();
-        std::unique_ptr<Engine> own = Engine::open(spec);
-        if (spec.kind == EngineKind::Sqlite) {
+        const ConnectionSpec target = object->engine()->target();
+        std::unique_ptr<Engine> own = Engine::open(target);
+        if (target.kind == EngineKind::Sqlite) {
             const QString copy = scratch.filePath(QString::number(int(p.kind)));
             own->executeNative(QStringLiteral("VACUUM INTO ?"), {copy});
             files << qMakePair(p.fileEntry, copy);
@@ -500,8 +500,8 @@ QStringList restore(const QString &file, const QString &root, const ProgressFn &
                                   : QStringLiteral("復元: %1（元のものは %2）").arg(what, aside));
     };
     qint64 done = 0;
-    const qint64 total = std::size(kParts) + 1;
-    for (const Part &p : kParts) {
+    const qint64 total = std::size(kKept) + 1;
+    for (const Kept &p : kKept) {
         goOn(progress, done++, total, p.fileEntry);
         if (unpacked.contains(p.fileEntry)) {
             // Where the restored settings keep the file (the settings and

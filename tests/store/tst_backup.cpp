@@ -52,9 +52,9 @@ qint64 rowsOfTheSave()
 
 QString integrity(const QString &file)
 {
-    ConnectionSpec spec;
-    spec.file = file;
-    return Engine::open(spec)->select(QStringLiteral("PRAGMA integrity_check")).rows[0][0].toText();
+    ConnectionSpec conn;
+    conn.file = file;
+    return Engine::open(conn)->select(QStringLiteral("PRAGMA integrity_check")).rows[0][0].toText();
 }
 
 } // namespace
@@ -129,9 +129,9 @@ private slots:
         // into a fresh file ...
         QTemporaryDir other;
         Setup::initRoot(other.path());
-        ConnectionSpec spec;
-        spec.file = Setup::fileOf(other.path(), DbKind::Data);
-        std::unique_ptr<Engine> file = Engine::open(spec);
+        ConnectionSpec conn;
+        conn.file = Setup::fileOf(other.path(), DbKind::Data);
+        std::unique_ptr<Engine> file = Engine::open(conn);
         Backup::loadRows(*file, DbKind::Data, dump);
         QCOMPARE(Backup::dumpRows(*file, DbKind::Data), dump);
         // ... and back into the engine under test, over changed rows
