@@ -2,9 +2,9 @@
 # Installs the Debian packages that the program (and, with "test", the tests)
 # needs, when they are missing. Safe to run again.
 set -euo pipefail
-pkgs=(cmake ninja-build g++ pkg-config qt6-base-dev libqt6sql6-sqlite libqt6sql6-mysql libqrencode-dev libcurl4-openssl-dev fonts-noto-cjk qt6-translations-l10n)
+pkgs=(cmake ninja-build g++ pkg-config qt6-base-dev libqt6sql6-sqlite libqt6sql6-mysql libqrencode-dev libcurl4-openssl-dev libsqlite3-dev fonts-noto-cjk qt6-translations-l10n)
 if [ "${1:-}" = "test" ]; then
-  pkgs+=(mariadb-server mariadb-client poppler-utils zbar-tools libbenchmark-dev libsqlite3-dev cups-daemon cups-client hledger python3-pyftpdlib python3-openssl openssl)
+  pkgs+=(mariadb-server mariadb-client poppler-utils zbar-tools libbenchmark-dev cups-daemon cups-client hledger python3-pyftpdlib python3-openssl openssl)
 fi
 missing=()
 for p in "${pkgs[@]}"; do

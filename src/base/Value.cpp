@@ -72,27 +72,53 @@ QString vbText(const QDateTime &dt)
 
 QString format(const QDateTime &dt, const QString &qtFormat) { return dt.toString(qtFormat); }
 
-bool parseSql(const QString &t, QDateTime &out)
+namespace {
+// The six numbers of the stored form "yyyy-mm-dd hh:nn:ss", read by
+// position from text of either kind; false for any other text or a day
+// that does not exist.
+template <typename Text, typename CharAt>
+bool sqlParts(const Text &t, CharAt at, int (&p)[6])
 {
-    if (t.size() != 19 || t[4] != QLatin1Char('-') || t[7] != QLatin1Char('-') || t[10] != QLatin1Char(' ') ||
-        t[13] != QLatin1Char(':') || t[16] != QLatin1Char(':'))
+    if (t.size() != 19 || at(t, 4) != '-' || at(t, 7) != '-' || at(t, 10) != ' ' || at(t, 13) != ':' ||
+        at(t, 16) != ':')
         return false;
-    auto num = [&t](int at, int len, bool &ok) {
+    bool ok = true;
+    auto num = [&](int from, int len) {
         int v = 0;
-        for (int i = at; i < at + len; ++i) {
-            const ushort c = t[i].unicode();
+        for (int i = from; i < from + len; ++i) {
+            const int c = at(t, i);
             if (c < '0' || c > '9')
                 ok = false;
             v = v * 10 + (c - '0');
         }
         return v;
     };
-    bool ok = true;
-    const int y = num(0, 4, ok), m = num(5, 2, ok), d = num(8, 2, ok);
-    const int h = num(11, 2, ok), n = num(14, 2, ok), sec = num(17, 2, ok);
-    if (!ok || !QDate::isValid(y, m, d) || h > 23 || n > 59 || sec > 59)
+    p[0] = num(0, 4);
+    p[1] = num(5, 2);
+    p[2] = num(8, 2);
+    p[3] = num(11, 2);
+    p[4] = num(14, 2);
+    p[5] = num(17, 2);
+    return ok && QDate::isValid(p[0], p[1], p[2]) && p[3] <= 23 && p[4] <= 59 && p[5] <= 59;
+}
+} // namespace
+
+bool parseSql(const QString &t, QDateTime &out)
+{
+    int p[6];
+    if (!sqlParts(t, [](const QString &s, int i) { return int(s[i].unicode()); }, p))
         return false;
-    out = QDateTime(QDate(y, m, d), QTime(h, n, sec), Qt::UTC);
+    out = QDateTime(QDate(p[0], p[1], p[2]), QTime(p[3], p[4], p[5]), Qt::UTC);
+    return true;
+}
+
+bool parseSqlSeconds(QByteArrayView t, qint64 &secs)
+{
+    int p[6];
+    if (!sqlParts(t, [](QByteArrayView s, int i) { return int(static_cast<unsigned char>(s[i])); }, p))
+        return false;
+    constexpr qint64 kEpochDay = 2440588; // the Julian day of 1970-01-01
+    secs = (QDate(p[0], p[1], p[2]).toJulianDay() - kEpochDay) * 86400 + p[3] * 3600 + p[4] * 60 + p[5];
     return true;
 }
 

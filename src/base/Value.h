@@ -29,6 +29,7 @@
 
 #include "base/Currency.h"
 
+#include <QByteArrayView>
 #include <QDateTime>
 #include <QString>
 
@@ -57,6 +58,9 @@ bool parseStorable(const QString &text, QDateTime &out);
 // Reads the stored form "yyyy-mm-dd hh:nn:ss" by position (fast: rows carry
 // many dates). False for any other text.
 bool parseSql(const QString &text, QDateTime &out);
+// The same from the stored UTF-8 bytes, as the seconds since 1970-01-01
+// that a date value keeps.
+bool parseSqlSeconds(QByteArrayView text, qint64 &secs);
 }
 
 // Turns full-width ASCII (digits, letters, signs, the ideographic space) into
@@ -85,6 +89,14 @@ public:
     static Value int16(int i);
     static Value int32(qint64 i); // fails with 6 outside the 32-bit range
     static Value single(float f);
+    // A date and time given as seconds since 1970-01-01 00:00 (UTC).
+    static Value dateAt(qint64 secs)
+    {
+        Value v;
+        v.mType = Date;
+        v.mI = secs;
+        return v;
+    }
     // A cell that could not be read; it raises errorNumber when used.
     static Value unreadable(long errorNumber);
 

@@ -1,6 +1,7 @@
 #include "store/Engine.h"
 
 #include "store/JetSql.h"
+#include "store/SqliteReads.h"
 #include "base/AppError.h"
 #include "base/Helpers.h"
 
@@ -18,6 +19,7 @@
 #include <atomic>
 #include <cmath>
 #include <optional>
+#include <utility>
 #include <limits>
 
 namespace {
@@ -114,6 +116,45 @@ struct TypeResolver {
         return true;
     }
 };
+
+// A cell of a file engine's read that needs no conversion rules: null,
+// whole numbers, stored dates and texts (rows carry many), read from the
+// library at once. False for any other, which goes the driver's way.
+bool quickCell(const SqliteReads::Read &r, int i, const ResultColumn &c, Value &out)
+{
+    using S = SqliteReads::Read::Storage;
+    const S s = r.storage(i);
+    if (s == S::Null) {
+        out = Value::null();
+        return true;
+    }
+    if (!c.typed)
+        return false;
+    if (s == S::Integer) {
+        const qint64 n = r.integer(i);
+        switch (c.type) {
+        case ColType::Bool: out = Value(n != 0); return true;
+        case ColType::Int32:
+            if (n < std::numeric_limits<qint32>::min() || n > std::numeric_limits<qint32>::max())
+                return false; // the driver's way, to fail as it fails
+            out = Value::int32(n);
+            return true;
+        default: return false;
+        }
+    }
+    if (s != S::Text)
+        return false;
+    if (c.type == ColType::Text || c.type == ColType::Memo) {
+        out = Value(QString::fromUtf8(r.text(i)));
+        return true;
+    }
+    qint64 secs;
+    if (c.type == ColType::Date && DateUtil::parseSqlSeconds(r.text(i), secs)) {
+        out = Value::dateAt(secs);
+        return true;
+    }
+    return false;
+}
 
 Value fromUntyped(const QVariant &v, EngineKind kind)
 {
@@ -360,13 +401,13 @@ int ResultSet::columnIndex(const QString &name) const
 }
 
 Engine::Engine(EngineKind kind, const ConnectionSpec &conn)
-    : mKind(kind), mSpec(conn), mConnName(QStringLiteral("tillora_%1").arg(++gConnectionCounter))
+    : mKind(kind), mSpec(conn), mSerial(++gConnectionCounter), mConnName(QStringLiteral("tillora_%1").arg(mSerial))
 {
 }
 
 Engine::~Engine()
 {
-    mPrepared.clear(); // before the connection goes
+    mReads.reset(); // before the connection goes
     {
         QSqlDatabase d = QSqlDatabase::database(mConnName, false);
         if (d.isOpen()) {
@@ -511,8 +552,6 @@ void Engine::raiseSqlError(const QSqlError &err)
 }
 
 namespace {
-// Reads kept prepared per connection; past this many the kept ones go.
-constexpr size_t kPreparedKept = 200;
 // Translations kept per connection.
 constexpr int kTranslatedKept = 2000;
 } // namespace
@@ -527,70 +566,14 @@ const QString &Engine::translated(const QString &jet)
     return *mTranslated.insert(jet, translate(jet));
 }
 
-QSqlQuery *Engine::prepared(const QString &sql, QSqlError &failure)
+QVector<ResultColumn> Engine::describe(const QString &jet, const QStringList &names, const QStringList &tables) const
 {
-    auto it = mPrepared.find(sql);
-    if (it != mPrepared.end())
-        return it->second.get();
-    if (mPrepared.size() >= kPreparedKept)
-        mPrepared.clear();
-    auto q = std::make_unique<QSqlQuery>(db());
-    q->setForwardOnly(true);
-    q->setNumericalPrecisionPolicy(QSql::LowPrecisionDouble);
-    if (!q->prepare(sql)) {
-        failure = q->lastError();
-        return nullptr;
-    }
-    return mPrepared.emplace(sql, std::move(q)).first->second.get();
-}
-
-bool Engine::readRows(const QString &jet, const QString &sql, ResultSet &rs, QSqlError &failure)
-{
-    // The file engine keeps its reads prepared: a statement run again costs
-    // the engine's work and little more. A server gets the text (one round
-    // trip, where a prepared statement would take two the first time).
-    std::optional<QSqlQuery> once;
-    QSqlQuery *kept = nullptr;
-    ++gStatementsSent[int(mKind)];
-    if (gReadObserver)
-        gReadObserver(*this, sql);
-    if (mKind == EngineKind::Sqlite) {
-        kept = prepared(sql, failure);
-        if (!kept)
-            return false;
-        if (!kept->exec()) {
-            failure = kept->lastError();
-            kept->finish();
-            return false;
-        }
-    } else {
-        once.emplace(db());
-        once->setForwardOnly(true);
-        once->setNumericalPrecisionPolicy(QSql::LowPrecisionDouble);
-        if (!once->exec(sql)) {
-            failure = once->lastError();
-            return false;
-        }
-    }
-    QSqlQuery &q = kept ? *kept : *once;
-    // A kept statement is reset once its rows are read, so that it holds no
-    // read of the file open between two statements.
-    struct Finish {
-        QSqlQuery *q;
-        ~Finish()
-        {
-            if (q)
-                q->finish();
-        }
-    } finish{kept};
-    const QSqlRecord rec = q.record();
     TypeResolver resolver{JetSql::sources(jet)};
-    rs.columns.resize(rec.count());
-    for (int i = 0; i < rec.count(); ++i) {
-        const QSqlField f = rec.field(i);
-        ResultColumn &c = rs.columns[i];
-        c.name = f.name();
-        const QString table = f.tableName();
+    QVector<ResultColumn> columns(names.size());
+    for (int i = 0; i < names.size(); ++i) {
+        ResultColumn &c = columns[i];
+        c.name = names[i];
+        const QString &table = tables[i];
         c.typed = resolver.resolve(c.name, table, c.type);
         if (!table.isEmpty()) {
             const QString real = resolver.src.alias.value(table.toUpper(), table);
@@ -598,18 +581,80 @@ bool Engine::readRows(const QString &jet, const QString &sql, ResultSet &rs, QSq
                 c.table = Schema::table(real)->name;
         }
     }
+    return columns;
+}
+
+Value Engine::cellValue(const QVariant &v, const ResultColumn &c) const
+{
+    try {
+        return c.typed ? fromStorage(v, c.type) : fromUntyped(v, mKind);
+    } catch (const AppError &e) {
+        // This cell only: the rest of the row and the list read on.
+        return Value::unreadable(e.number());
+    }
+}
+
+bool Engine::readRows(const QString &jet, const QString &sql, ResultSet &rs, QSqlError &failure)
+{
+    ++gStatementsSent[int(mKind)];
+    if (gReadObserver)
+        gReadObserver(*this, sql);
+    if (mKind == EngineKind::Sqlite) {
+        // The file engine keeps its reads prepared and reads their cells
+        // with the library itself: a statement run again costs the engine's
+        // work and little more.
+        if (!mReads)
+            mReads = std::make_unique<SqliteReads>(db());
+        SqliteReads::Read *r = mReads->prepare(sql, failure);
+        if (!r)
+            return false;
+        bool first = true;
+        while (r->next(failure)) {
+            if (std::exchange(first, false) && r->columnsChanged())
+                r->described = false;
+            if (!r->described) {
+                r->columns = describe(jet, r->names(), r->tables());
+                r->described = true;
+            }
+            const int n = r->columns.size();
+            QVector<Value> row(n);
+            for (int i = 0; i < n; ++i)
+                if (!quickCell(*r, i, r->columns[i], row[i]))
+                    row[i] = cellValue(r->cell(i), r->columns[i]);
+            rs.rows.append(std::move(row));
+        }
+        if (failure.isValid())
+            return false;
+        if (first && r->columnsChanged())
+            r->described = false;
+        if (!r->described) {
+            r->columns = describe(jet, r->names(), r->tables());
+            r->described = true;
+        }
+        rs.columns = r->columns;
+        return true;
+    }
+    // A server gets the text: one round trip, where a prepared statement
+    // would take two the first time.
+    QSqlQuery q(db());
+    q.setForwardOnly(true);
+    q.setNumericalPrecisionPolicy(QSql::LowPrecisionDouble);
+    if (!q.exec(sql)) {
+        failure = q.lastError();
+        return false;
+    }
+    const QSqlRecord rec = q.record();
+    QStringList names, tables;
+    for (int i = 0; i < rec.count(); ++i) {
+        names.append(rec.field(i).name());
+        tables.append(rec.field(i).tableName());
+    }
+    rs.columns = describe(jet, names, tables);
     const int n = rs.columns.size();
     while (q.next()) {
         QVector<Value> row(n);
-        for (int i = 0; i < n; ++i) {
-            const QVariant v = q.value(i);
-            try {
-                row[i] = rs.columns[i].typed ? fromStorage(v, rs.columns[i].type) : fromUntyped(v, mKind);
-            } catch (const AppError &e) {
-                // This cell only: the rest of the row and the list read on.
-                row[i] = Value::unreadable(e.number());
-            }
-        }
+        for (int i = 0; i < n; ++i)
+            row[i] = cellValue(q.value(i), rs.columns[i]);
         rs.rows.append(std::move(row));
     }
     if (q.lastError().isValid()) {
@@ -713,6 +758,7 @@ qint64 Engine::executeNative(const QString &sql, const QVector<QVariant> &params
     QSqlQuery q(db());
     q.setForwardOnly(true);
     ++gStatementsSent[int(mKind)];
+    ++mWrites;
     // On a server a statement with bound values costs two round trips (its
     // preparation, then its run); with the values written in, one.
     const QString written = mKind == EngineKind::Mysql && !params.isEmpty() ? withLiterals(sql, params) : QString();
@@ -867,6 +913,7 @@ void Engine::rollback()
         mDoomed = true;
         return;
     }
+    ++mWrites; // what was read inside it may be gone
     mDepth = 0;
     mDoomed = false;
     // A lost connection took its transaction with it.
@@ -882,6 +929,29 @@ void Engine::rollback()
 }
 
 QStringList Engine::tableNames() const { return db().tables(); }
+
+Engine::ChangeMark Engine::changeMark()
+{
+    static std::atomic<qint64> never{0};
+    ChangeMark m;
+    m.connection = mSerial;
+    m.writes = mWrites;
+    if (mKind != EngineKind::Sqlite) {
+        m.others = --never;
+        return m;
+    }
+    if (!mReads)
+        mReads = std::make_unique<SqliteReads>(db());
+    QSqlError failure;
+    SqliteReads::Read *r = mReads->prepare(QStringLiteral("PRAGMA data_version"), failure);
+    if (r && r->next(failure)) {
+        m.others = r->cell(0).toLongLong();
+        r->reset();
+    } else {
+        m.others = --never; // unknown: as changed
+    }
+    return m;
+}
 
 void Engine::setReadObserver(std::function<void(const Engine &, const QString &)> observer)
 {

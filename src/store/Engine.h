@@ -126,6 +126,22 @@ public:
     bool inTransaction() const { return mDepth > 0; }
 
     QStringList tableNames() const;
+
+    // Tells whether the database may have changed since a copy of some of
+    // it was read: equal marks, no change. The file engine knows this
+    // connection's writes and, from the library, other connections'
+    // commits; a server can't tell without a round trip, so its marks are
+    // never equal.
+    struct ChangeMark {
+        int connection = 0;
+        quint64 writes = 0;
+        qint64 others = -1;
+        bool operator==(const ChangeMark &o) const
+        {
+            return connection == o.connection && writes == o.writes && others == o.others;
+        }
+    };
+    ChangeMark changeMark();
     // Statements sent to engines of a kind since the program started, each a
     // round trip on a server (transaction ends included): what the
     // benchmarks count.
@@ -154,18 +170,23 @@ private:
     bool lostConnection(const class QSqlError &err) const;
     // The engine text of a statement, translated once per connection.
     const QString &translated(const QString &jet);
-    // A read kept prepared on the file engine, by its engine text; null with
-    // the engine's error when it can't be prepared.
-    class QSqlQuery *prepared(const QString &sql, class QSqlError &failure);
+    // The columns of a read as the program types them: by the column's own
+    // table, else by a table of the statement, else by an aggregate's column.
+    QVector<ResultColumn> describe(const QString &jet, const QStringList &names, const QStringList &tables) const;
+    // A cell as its column's value; a cell that can't be read so becomes
+    // Value::unreadable.
+    Value cellValue(const QVariant &v, const ResultColumn &c) const;
 
     EngineKind mKind;
     ConnectionSpec mSpec;
+    int mSerial;                 // this connection's number in the program
     QString mConnName;
+    quint64 mWrites = 0;         // statements sent that may have written
     int mDepth = 0;              // transactions begun and not yet ended; inner ones join the outer
     bool mDoomed = false;        // an inner transaction failed: the outer one can only roll back
     bool mLost = false;          // the server connection is gone; opened again on the next statement
     QHash<QString, QString> mTranslated;                        // Jet text -> engine text
-    std::map<QString, std::unique_ptr<class QSqlQuery>> mPrepared; // file engine: engine text -> prepared read
+    std::unique_ptr<class SqliteReads> mReads;                  // file engine: reads kept prepared
     friend class SqliteEngine;
     friend class MysqlEngine;
 };

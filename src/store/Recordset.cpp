@@ -106,6 +106,10 @@ void Recordset::MoveNext()
 
 int Recordset::fieldIndex(const QString &name) const
 {
+    // Most names are asked for as the columns spell them.
+    for (int i = 0; i < mCols.size(); ++i)
+        if (mCols[i].name == name)
+            return i;
     for (int i = 0; i < mCols.size(); ++i)
         if (mCols[i].name.compare(name, Qt::CaseInsensitive) == 0)
             return i;

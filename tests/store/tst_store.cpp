@@ -358,6 +358,95 @@ private slots:
         QCOMPARE(gDB->DCount("*", "D_DIARY_DTL", "DTL_NO>=900").toLong(), 0);
     }
 
+    // The file engine reads its cells with the library itself: every kind of
+    // stored value, in every kind of column, reads as the driver's cell read
+    // through the column's type does (an unreadable cell included).
+    void fileCellsReadAsTheDriverGivesThem()
+    {
+        TestRoot root;
+        if (root.engine() != TestEngine::Sqlite)
+            QSKIP("the server's cells come through the driver");
+        // Stored as they stand, as far as the tables' types let them in.
+        const QStringList rows = {
+            "1, '2024-02-29 00:00:00', 1, 2147483647, '春 ﾄﾏﾄ 𠮷', 0.1, -1",
+            "1, '2024-06-01 13:05:09', 2, 2147483648, '', 1e300, NULL",
+            "1, '2024-13-01 00:00:00', 3, -2147483649, 12, 2, 0",
+            "1, '2023-02-29 00:00:00', 4, NULL, 'a''b', -0.0, 40000",
+            "1, '2024-06-01 24:00:00', 5, 7, NULL, NULL, -2147483648",
+            "1, '1899-12-30 00:00:00', 6, 0, 'x', 3, NULL",
+        };
+        for (const QString &r : rows) {
+            const AppError err = failureOf([&] { gDB->engine()->executeNative(
+                "INSERT INTO D_DIARY_DTL (FMR_ID, WORK_DATE, DTL_NO, PLANT_ID, WORK_NM, QTY, CHEMI_ID) VALUES (" + r +
+                ")"); });
+            QVERIFY2(err.number() == 0, qPrintable(r + ": " + err.text()));
+        }
+        const QString sql = "SELECT D_DIARY_DTL.DTL_NO, D_DIARY_DTL.WORK_DATE, D_DIARY_DTL.PLANT_ID, "
+                            "D_DIARY_DTL.WORK_NM, D_DIARY_DTL.QTY, D_DIARY_DTL.CHEMI_ID, MAX(D_DIARY_DTL.WORK_DATE), "
+                            "SUM(D_DIARY_DTL.PLANT_ID), COUNT(*) AS N "
+                            "FROM D_DIARY_DTL GROUP BY D_DIARY_DTL.DTL_NO ORDER BY D_DIARY_DTL.DTL_NO";
+        Engine &e = *gDB->engine();
+        const ResultSet got = e.select(sql);
+        const ResultSet again = e.select(sql); // kept prepared
+        QCOMPARE(got.rows.size(), rows.size());
+
+        QSqlDatabase other = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("driver"));
+        other.setDatabaseName(e.target().file);
+        QVERIFY(other.open());
+        {
+            QSqlQuery q(other);
+            q.setNumericalPrecisionPolicy(QSql::LowPrecisionDouble);
+            QVERIFY(q.exec(e.translate(sql)));
+            for (int r = 0; q.next(); ++r)
+                for (int c = 0; c < got.columns.size(); ++c) {
+                    const ResultColumn &col = got.columns[c];
+                    QVERIFY2(col.typed || col.name == QLatin1String("N"), qPrintable(col.name));
+                    Value want;
+                    try {
+                        want = col.typed ? e.fromStorage(q.value(c), col.type) : Value::int32(q.value(c).toLongLong());
+                    } catch (const AppError &err) {
+                        want = Value::unreadable(err.number());
+                    }
+                    const QString where = QStringLiteral("row %1 %2").arg(r).arg(col.name);
+                    QVERIFY2(got.rows[r][c] == want, qPrintable(where + ": " + got.rows[r][c].debugText() +
+                                                                 " / " + want.debugText()));
+                    QVERIFY2(again.rows[r][c] == want, qPrintable(where));
+                }
+        }
+        other.close();
+        other = QSqlDatabase();
+        QSqlDatabase::removeDatabase(QStringLiteral("driver"));
+    }
+
+    // A read kept prepared follows its table when the table changes: a
+    // column added, or the table made again with other column names.
+    void keptReadsFollowTheirTable()
+    {
+        TestRoot root;
+        Engine &e = *gDB->engine();
+        e.executeNative("CREATE TABLE T_SCRATCH (A INTEGER, B VARCHAR(10))");
+        e.executeNative("INSERT INTO T_SCRATCH (A, B) VALUES (1, 'x')");
+        auto names = [](const ResultSet &rs) {
+            QStringList n;
+            for (const ResultColumn &c : rs.columns)
+                n << c.name.toUpper();
+            return n.join(QLatin1Char(','));
+        };
+        QCOMPARE(names(e.select("SELECT * FROM T_SCRATCH")), QStringLiteral("A,B"));
+        e.executeNative("ALTER TABLE T_SCRATCH ADD COLUMN C VARCHAR(10)");
+        e.executeNative("UPDATE T_SCRATCH SET C='y'");
+        ResultSet rs = e.select("SELECT * FROM T_SCRATCH");
+        QCOMPARE(names(rs), QStringLiteral("A,B,C"));
+        QCOMPARE(rs.rows.value(0).value(2), Value("y"));
+        e.executeNative("DROP TABLE T_SCRATCH");
+        e.executeNative("CREATE TABLE T_SCRATCH (P INTEGER, Q VARCHAR(10), R VARCHAR(10))");
+        rs = e.select("SELECT * FROM T_SCRATCH");
+        QCOMPARE(names(rs), QStringLiteral("P,Q,R"));
+        QCOMPARE(rs.rows.size(), 0);
+        e.executeNative("DROP TABLE T_SCRATCH");
+        QCOMPARE(failureOf([&] { e.select("SELECT * FROM T_SCRATCH"); }).number() != 0, true);
+    }
+
     void findWalksForward()
     {
         TestRoot root;

@@ -9,6 +9,8 @@
 #include <QHash>
 #include <QPainter>
 
+#include <optional>
+
 namespace CalMonth {
 
 namespace {
@@ -169,14 +171,34 @@ QVector<Cell> collect(const Geometry &g, const QDate &monthFirst, const QDate &t
     const QDate monthLast = monthFirst.addDays(monthFirst.daysInMonth() - 1);
     const Stmt plantTerm = hasValue(plantId) && plantId.toLong() != 0 ? Stmt(" AND PLANT_ID=?").num(plantId) : Stmt("");
 
-    // The farmer's days, searched forward day by day. Only the month's days
-    // are read: the forward search over all of them finds the same rows,
-    // and the redraw stays as quick after ten years as in the first.
-    RecordsetPtr rs =
-        gDB->GetStaticRst(Stmt("SELECT D_DIARY.* FROM D_DIARY WHERE FMR_ID=? AND WORK_DATE>=? AND WORK_DATE<=? ORDER BY WORK_DATE")
-                              .num(fmrId)
-                              .day(DateUtil::fromDate(monthFirst))
-                              .day(DateUtil::fromDate(monthLast)));
+    // The farmer's pages of the month: a day shows the first page dated
+    // that day, at midnight (as a search for the day finds it). Only the
+    // month's pages are read, so the redraw stays as quick after ten years
+    // as in the first.
+    struct Page {
+        Value wthId, loTmp, hiTmp, oneMsg;
+    };
+    QVector<std::optional<Page>> pages(32);
+    {
+        RecordsetPtr rs = gDB->GetFwdOnlyRst(
+            Stmt("SELECT D_DIARY.* FROM D_DIARY WHERE FMR_ID=? AND WORK_DATE>=? AND WORK_DATE<=? ORDER BY WORK_DATE")
+                .num(fmrId)
+                .day(DateUtil::fromDate(monthFirst))
+                .day(DateUtil::fromDate(monthLast)));
+        for (; !rs->eof(); rs->MoveNext()) {
+            const Value at = rs->Fields(QStringLiteral("WORK_DATE"));
+            if (!at.isDateType())
+                continue;
+            const QDateTime when = at.toDate();
+            if (when.time() != QTime(0, 0) || when.date() < monthFirst || when.date() > monthLast)
+                continue;
+            std::optional<Page> &page = pages[when.date().day()];
+            if (!page)
+                page = Page{rs->Fields(QStringLiteral("WTH_ID")), rs->Fields(QStringLiteral("LO_TMP")),
+                            rs->Fields(QStringLiteral("HI_TMP")), rs->Fields(QStringLiteral("ONE_MSG"))};
+        }
+        rs->Close();
+    }
     // The marks, each read for the whole month in one statement (a day has
     // its mark when one row of the month falls on it):
     // a slip marks the day when it moves cash or the deposit; the pesticide
@@ -214,21 +236,17 @@ QVector<Cell> collect(const Geometry &g, const QDate &monthFirst, const QDate &t
         c.x = col * g.cellW;
         c.y = row * g.cellH + g.headerH;
         c.today = day == todayNo;
-        const QDateTime date = DateUtil::fromDate(monthFirst.addDays(day - 1));
-        rs->Find(Stmt("WORK_DATE=?").day(date));
-        if (rs->eof()) {
-            if (rs->RecordCount() > 0)
-                rs->MoveFirst();
-        } else {
+        const QDate date = monthFirst.addDays(day - 1);
+        if (const std::optional<Page> &page = pages[day]) {
             c.hasRow = true;
-            c.wthId = rs->Fields(QStringLiteral("WTH_ID"));
-            c.loTmp = rs->Fields(QStringLiteral("LO_TMP"));
-            c.hiTmp = rs->Fields(QStringLiteral("HI_TMP"));
-            c.oneMsg = rs->Fields(QStringLiteral("ONE_MSG"));
+            c.wthId = page->wthId;
+            c.loTmp = page->loTmp;
+            c.hiTmp = page->hiTmp;
+            c.oneMsg = page->oneMsg;
         }
         c.money = money[day];
         c.chemi = chemi[day];
-        c.chemiWarn = c.chemi && warned.contains(date.date());
+        c.chemiWarn = c.chemi && warned.contains(date);
         c.ship = ship[day];
         cells.append(c);
     }

@@ -204,7 +204,8 @@ QVector<History> readYear(int year, const Value &plantId, const QDate &today)
         out.append(h);
     }
     rs->Close();
-    Spray::Register reg;
+    const std::shared_ptr<Spray::Register> held = Spray::Register::current();
+    Spray::Register &reg = *held;
     for (auto it = byFarmer.constBegin(); it != byFarmer.constEnd(); ++it) {
         QVector<Value> ids;
         for (auto p = it->constBegin(); p != it->constEnd(); ++p)

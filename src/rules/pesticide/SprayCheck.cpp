@@ -193,6 +193,18 @@ Register::Register()
     mHarvestKind = hasValue(id) ? int(id.toDouble()) : 0;
 }
 
+std::shared_ptr<Register> Register::current()
+{
+    static std::shared_ptr<Register> kept;
+    static Engine::ChangeMark keptAt;
+    const Engine::ChangeMark now = gWORK->engine()->changeMark();
+    if (!kept || !(now == keptAt)) {
+        kept = std::make_shared<Register>();
+        keptAt = now;
+    }
+    return kept;
+}
+
 Chemi::Crop Register::cropOf(const QString &name) const
 {
     return mCrops.value(name, Chemi::Crop{name, QString(), QString()});
@@ -346,36 +358,39 @@ QVector<Finding> check(const Planting &p, Register &reg, const QDate &today)
     for (int ix : sprayOrder(p)) {
         const Spraying &s = p.sprays[ix];
         const Rule r = ruleOf(p, s, reg);
-        const QString lot = lotLabel(s);
+        // The words are made only for a finding: most sprayings have none.
+        const auto lot = [&s] { return lotLabel(s); };
         auto add = [&](Finding::Kind kind, const QString &message) { out.append(Finding{kind, ix, message}); };
         if (r.state == Rule::Unknown) {
-            add(Finding::Unchecked, QStringLiteral("%1は、%2確認できません。").arg(lot, r.why));
+            add(Finding::Unchecked, QStringLiteral("%1は、%2確認できません。").arg(lot(), r.why));
             continue;
         }
         if (r.state == Rule::NotCovered) {
-            add(Finding::NotCovered, QStringLiteral("%1は作物「%2」に登録がありません。").arg(lot, p.crop));
+            add(Finding::NotCovered, QStringLiteral("%1は作物「%2」に登録がありません。").arg(lot(), p.crop));
             continue;
         }
         if (inSeason(p, s.day, today)) {
             const int n = ++uses[s.regNo];
             if (r.times.kind == Times::Limit && n > r.times.max)
                 add(Finding::TooMany, QStringLiteral("%1の使用回数は「%2」ですが、この作付で%3回目の使用です。")
-                                          .arg(lot, r.timesWording)
+                                          .arg(lot(), r.timesWording)
                                           .arg(n));
         }
         if (r.times.kind == Times::Unreadable)
             add(Finding::Unchecked,
-                QStringLiteral("%1は、使用回数「%2」が読めないため確認できません。").arg(lot, r.timesWording));
+                QStringLiteral("%1は、使用回数「%2」が読めないため確認できません。").arg(lot(), r.timesWording));
         if (r.interval.kind == Interval::Unreadable) {
             add(Finding::Unchecked,
-                QStringLiteral("%1は、使用時期「%2」が読めないため確認できません。").arg(lot, r.seasonWording));
+                QStringLiteral("%1は、使用時期「%2」が読めないため確認できません。").arg(lot(), r.seasonWording));
         } else if (r.interval.kind != Interval::None) {
             const QDate allowed = s.day.addDays(r.interval.days);
             // Before the first harvest: a harvest before the spraying is too early as well.
             const QDate from = r.interval.kind == Interval::BeforeFirst ? QDate() : s.day;
             const QDate harvest = firstWithin(p.harvests, from, allowed);
             const QDate shipment = firstWithin(p.shipments, from, allowed);
-            const QString head = QStringLiteral("%1の使用時期は「%2」ですが、").arg(lot, r.seasonWording);
+            if (!harvest.isValid() && !shipment.isValid())
+                continue;
+            const QString head = QStringLiteral("%1の使用時期は「%2」ですが、").arg(lot(), r.seasonWording);
             const QString tail = QStringLiteral("（%1の散布の後は%2から）。").arg(dayText(s.day), dayText(allowed));
             if (harvest.isValid())
                 add(Finding::Harvested, head + QStringLiteral("%1に収穫が記録されています").arg(dayText(harvest)) + tail);
@@ -574,7 +589,8 @@ QHash<qint64, PlantSummary> summaries(const Value &farmer, const QVector<Value> 
             ids.append(id);
     if (ids.isEmpty())
         return out;
-    Register reg;
+    const std::shared_ptr<Register> held = Register::current();
+    Register &reg = *held;
     for (const Planting &p : readAll(farmer, ids, reg.harvestKind()))
         if (p.exists && !p.sprays.isEmpty())
             out.insert(keyOf(p.farmer, p.plantId).second,
@@ -593,7 +609,8 @@ QStringList checkDay(const DiaryDay &day, const QDate &today)
             ids.append(l.PLANT_ID);
     if (ids.isEmpty())
         return {};
-    Register reg;
+    const std::shared_ptr<Register> held = Register::current();
+    Register &reg = *held;
     QVector<Planting> plantings = readAll(day.day.FMR_ID, ids, reg.harvestKind());
     const int harvest = reg.harvestKind();
     // The registration numbers of the day's lots: those the plantings' other
@@ -657,7 +674,8 @@ QStringList checkShipment(const Value &farmer, const Value &plantId, const Value
     if (!hasValue(plantId) || !ship.isValid())
         return {};
     QStringList out;
-    Register reg;
+    const std::shared_ptr<Register> held = Register::current();
+    Register &reg = *held;
     for (const Planting &p : readPlantings(farmer, plantId, reg)) {
         for (int ix : sprayOrder(p)) {
             const Spraying &s = p.sprays[ix];
@@ -693,7 +711,8 @@ bool saveAnyway(const QString &heading, const std::function<QStringList()> &chec
 QVector<ReportLine> farmReport(int year, const QDate &today)
 {
     QVector<ReportLine> out;
-    Register reg;
+    const std::shared_ptr<Register> held = Register::current();
+    Register &reg = *held;
     for (const Planting &p : readAll(Value::null(), {}, reg.harvestKind())) {
         for (const Finding &f : check(p, reg, today)) {
             const Spraying &s = p.sprays[f.spray];
@@ -734,7 +753,8 @@ QVector<QDate> warnedDays(const Value &farmer, const Value &plantId, const QDate
     rs->Close();
     if (ids.isEmpty())
         return out;
-    Register reg;
+    const std::shared_ptr<Register> held = Register::current();
+    Register &reg = *held;
     for (const Planting &p : readAll(farmer, ids, reg.harvestKind())) {
         for (const Finding &f : check(p, reg, today)) {
             const QDate d = p.sprays[f.spray].day;

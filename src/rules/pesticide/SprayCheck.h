@@ -28,6 +28,7 @@
 #include <QVector>
 
 #include <functional>
+#include <memory>
 
 class DiaryDay;
 
@@ -108,6 +109,9 @@ struct Rule {
 class Register {
 public:
     Register();
+    // The register as last read, kept while the work database is unchanged
+    // (the checks of a month or a day then cost no reading of it).
+    static std::shared_ptr<Register> current();
     Rule rule(const QString &regNo, const QString &crop, const QString &purpose);
     // The harvest work kind of the work list (L_KBN 20 "収穫"); 0 when the list has none.
     int harvestKind() const { return mHarvestKind; }

@@ -6,10 +6,13 @@
 #include "rules/common/Ids.h"
 #include "rules/pesticide/SprayCheck.h"
 #include "store/Database.h"
+#include "store/Engine.h"
 #include "support/Build.h"
 #include "support/RulesTest.h"
 
 #include <QProcess>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QtTest/QTest>
 
 namespace {
@@ -217,6 +220,36 @@ private slots:
         QCOMPARE(Spray::shipFromText(Spray::shipFrom(p, reg)), QStringLiteral("2024/06/16"));
         QCOMPARE(Spray::useCounts(p, reg, kToday).join(QLatin1Char('|')),
                  QStringLiteral("ハルカゼ（90001） 2回／3回まで|シズク（90007） 1回／3回まで"));
+    }
+
+    // The register is kept between checks only while its file is unchanged:
+    // a change written by the program, or by another program on the same
+    // file, is what the next check reads.
+    void theKeptRegisterFollowsItsFile()
+    {
+        TestRoot root;
+        Build::planting(1, QStringLiteral("畑A")).set("CROP_NM", "トマト").set("START_DATE", QDate(2024, 4, 1)).add();
+        Build::lot(1, QStringLiteral("薬A")).set("REG_NO", "90005").add();
+        for (int d : {1, 10, 20})
+            Build::diaryLine(QDate(2024, 6, d), 1, WorkKbn::Spraying).set("PLANT_ID", 1).set("CHEMI_ID", 1).add();
+        auto warned = [] {
+            QStringList out;
+            for (const QDate &d : Spray::warnedDays(Value(1), Value(0), QDate(2024, 6, 1), QDate(2024, 6, 30), kToday))
+                out << d.toString(QStringLiteral("M/d"));
+            return out.join(QLatin1Char(' '));
+        };
+        QCOMPARE(warned(), QStringLiteral("6/20")); // 2回以内
+        gWORK->EXEC("UPDATE L_CHEMI_APPL SET USE_TIMES='3回以内' WHERE REG_NO=90005");
+        QCOMPARE(warned(), QString());
+
+        QSqlDatabase other = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("other program"));
+        other.setDatabaseName(gWORK->engine()->target().file);
+        QVERIFY(other.open());
+        QVERIFY(QSqlQuery(other).exec(QStringLiteral("UPDATE L_CHEMI_APPL SET USE_TIMES='1回以内' WHERE REG_NO=90005")));
+        other.close();
+        other = QSqlDatabase();
+        QSqlDatabase::removeDatabase(QStringLiteral("other program"));
+        QCOMPARE(warned(), QStringLiteral("6/10 6/20"));
     }
 
     // The farm's report by the companion: every farmer, the year asked for.
