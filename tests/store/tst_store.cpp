@@ -99,6 +99,18 @@ private slots:
         QCOMPARE(GetFmrNm(Value::null()), QString());
         QCOMPARE(GetShopNm(Value(1)), gMST->DLookup("SHOP_NM", "M_SHOP", "SHOP_ID=1").toText());
         QCOMPARE(GetKbn15Nm(Value(2)), gWORK->DLookup("NM", "L_KBN", "KBN=15 AND ID=2").toText());
+
+        // A list's names read at once are the names looked up one by one.
+        gWORK->EXEC("UPDATE L_ACC SET ACC_NM=NULL WHERE ACC_ID=1010");
+        const NameTable uses = NameTable::kinds15(), accounts = NameTable::accounts();
+        const QVector<Value> ids = {Value::null(), Value(0), Value(1), Value(2), Value(20), Value(1000),
+                                    Value(1010), Value(4520), Value(99999), Value(2.0), Value("1000")};
+        for (const Value &id : ids) {
+            QCOMPARE(uses(id), GetKbn15Nm(id));
+            QCOMPARE(accounts(id), GetAccNm(id));
+        }
+        QCOMPARE(accounts(Value(1000)).isEmpty(), false);
+        QCOMPARE(failureOf([&] { uses(Value("x")); }).number(), failureOf([&] { GetKbn15Nm(Value("x")); }).number());
     }
 
     void lookupTypesFollowTheColumns()

@@ -178,10 +178,9 @@ int rowToChoose(const QVector<LedgeRow> &rows, const Value &ledgeId)
 QString AccountNames::operator()(const Value &accId)
 {
     const qint64 key = hasValue(accId) && IsNumeric(accId) ? qint64(accId.toDouble()) : 0;
-    auto it = mNames.constFind(key);
-    if (it == mNames.constEnd())
-        it = mNames.insert(key, GetAccNm(Value::int32(qint32(key))));
-    return it.value();
+    if (!mNames)
+        mNames = NameTable::accounts();
+    return (*mNames)(Value::int32(qint32(key)));
 }
 
 LedgeRow rowOf(const Recordset &rs)

@@ -15,11 +15,14 @@
 #include "base/Mode.h"
 #include "base/Choice.h"
 #include "base/Value.h"
+#include "store/Lookup.h"
 #include "store/Stmt.h"
 
 #include <QHash>
 #include <QString>
 #include <QVector>
+
+#include <optional>
 
 class Recordset;
 
@@ -113,13 +116,14 @@ Listing readList(const Filter &f, bool ledger);
 // (the one saved last), else the first; -1 for no rows.
 int rowToChoose(const QVector<LedgeRow> &rows, const Value &ledgeId);
 
-// Account names by id, each looked up once; "" for an unknown id.
+// Account names by id, all read at once when the first is asked for; ""
+// for an unknown id.
 class AccountNames {
 public:
     QString operator()(const Value &accId);
 
 private:
-    QHash<qint64, QString> mNames;
+    std::optional<NameTable> mNames;
 };
 
 // The 18 values of the current row of a set read from D_LEDGE.

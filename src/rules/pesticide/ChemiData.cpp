@@ -164,9 +164,9 @@ QVector<ChemiRow> readLots(const ListFilter &f)
     return rows;
 }
 
-QStringList listLine(const ChemiRow &r)
+QStringList listLine(const ChemiRow &r, const NameTable &uses)
 {
-    return {textOf(r.CHEMI_ID), GetKbn15Nm(r.USES),    textOf(r.CHEMI_NM),  textOf(r.REG_NO),
+    return {textOf(r.CHEMI_ID), uses(r.USES),    textOf(r.CHEMI_NM),  textOf(r.REG_NO),
             DateUtil::dayText(r.PUR_DATE), textOf(r.PUR_QTY), textOf(r.USED_QTY), textOf(r.REST_QTY)};
 }
 

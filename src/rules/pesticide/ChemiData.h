@@ -9,6 +9,7 @@
 #include "base/Choice.h"
 #include "base/Value.h"
 #include "rules/common/Record.h"
+#include "store/Lookup.h"
 
 #include <QString>
 #include <QStringList>
@@ -58,9 +59,9 @@ struct ListFilter {
 QString listSql(const ListFilter &f);
 // The farmer's lots that the filter lets through, in the list's order.
 QVector<ChemiRow> readLots(const ListFilter &f);
-// The cells of a lot's line: id, use, name, registration number, purchase
-// day, bought, used, left.
-QStringList listLine(const ChemiRow &r);
+// The cells of a lot's line: id, use (named from the uses read once for
+// the list), name, registration number, purchase day, bought, used, left.
+QStringList listLine(const ChemiRow &r, const NameTable &uses);
 // The place of the first row whose CHEMI_ID equals id; -1 when none does.
 int rowOfChemi(const QVector<ChemiRow> &rows, const Value &id);
 

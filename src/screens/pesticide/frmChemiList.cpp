@@ -165,8 +165,9 @@ void frmChemiList::SetList()
     mRows = Chemi::readLots(f);
     ListView1->clear();
     QList<QTreeWidgetItem *> items;
+    const NameTable uses = NameTable::kinds15();
     for (const ChemiRow &r : mRows) {
-        auto *item = new QTreeWidgetItem(Chemi::listLine(r));
+        auto *item = new QTreeWidgetItem(Chemi::listLine(r, uses));
         for (int i = 0; i < 8; ++i)
             if (kColumns[i].number)
                 item->setTextAlignment(i, Qt::AlignRight | Qt::AlignVCenter);
