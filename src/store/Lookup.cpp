@@ -23,7 +23,8 @@ const NameSource kAccounts{work, "SELECT L_ACC.ACC_NM FROM L_ACC WHERE L_ACC.ACC
                            "SELECT L_ACC.ACC_ID, L_ACC.ACC_NM FROM L_ACC"};
 const NameSource kFarmers{master, "SELECT M_FMR.FMR_NM FROM M_FMR WHERE M_FMR.FMR_ID=?", nullptr};
 const NameSource kShops{master, "SELECT M_SHOP.SHOP_NM FROM M_SHOP WHERE M_SHOP.SHOP_ID=?", nullptr};
-const NameSource kUnits{work, "SELECT  L_CHEMI_UNIT.NM  FROM L_CHEMI_UNIT  WHERE ID=?", nullptr};
+const NameSource kUnits{work, "SELECT  L_CHEMI_UNIT.NM  FROM L_CHEMI_UNIT  WHERE ID=?",
+                        "SELECT L_CHEMI_UNIT.ID, L_CHEMI_UNIT.NM FROM L_CHEMI_UNIT"};
 
 DbObject *openDb(const NameSource &src)
 {
@@ -67,6 +68,7 @@ QString NameTable::operator()(const Value &id) const { return mNames.value(keyOf
 
 NameTable NameTable::kinds15() { return NameTable(kKinds15); }
 NameTable NameTable::accounts() { return NameTable(kAccounts); }
+NameTable NameTable::units() { return NameTable(kUnits); }
 
 QString GetKbn15Nm(const Value &id) { return nameById(kKinds15, id); }
 QString GetAccNm(const Value &id) { return nameById(kAccounts, id); }

@@ -16,8 +16,10 @@ QString GetChemiUnitNm(const Value &id);
 // statement instead of one a row. Each name is what its look-up above gives.
 class NameTable {
 public:
+    NameTable() = default;       // no names: "" for every id
     static NameTable kinds15();  // as GetKbn15Nm
     static NameTable accounts(); // as GetAccNm
+    static NameTable units();    // as GetChemiUnitNm
     QString operator()(const Value &id) const;
 
 private:

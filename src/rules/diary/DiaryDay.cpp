@@ -10,6 +10,8 @@
 #include "store/Lookup.h"
 #include "store/Stmt.h"
 
+#include <QSet>
+
 #include <algorithm>
 #include <utility>
 
@@ -304,70 +306,218 @@ void DiaryDay::SaveLedgeData()
     rs->Close();
 }
 
-QString useQuantityText(const Value &qty, const Value &unitId)
+QString useQuantityText(const Value &qty, const Value &unitId, const NameTable &units)
 {
     const QString q = (!hasValue(qty)) ? QString() : QString::number(qty.toDouble(), 'f', 1);
-    return q + GetChemiUnitNm(unitId);
+    return q + units(unitId);
 }
+
+namespace {
+
+bool hasLot(const DiaryDtlRec &r) { return hasValue(r.CHEMI_ID) && IsNumeric(r.CHEMI_ID) && r.CHEMI_ID.toDouble() != 0; }
+
+// The slip number a line holds (0 for none or one that is no number).
+double slipNumber(const DiaryDtlRec &r)
+{
+    const Value v = Nz(r.LEDGE_ID, Value(0));
+    return (v.isEmpty() || !IsNumeric(v)) ? 0 : v.toDouble();
+}
+
+// The quantity a line used (0 for none).
+double usedQty(const DiaryDtlRec &r)
+{
+    const Value v = Nz(r.QTY, Value(0));
+    return v.isEmpty() ? 0 : v.toDouble();
+}
+
+// A pesticide line's cost slip: the cost moves from the lots bought to the
+// planting (account, option kind, option id and option name of each side);
+// a correction changes the sides and its amount comes out positive.
+struct CostSlip {
+    struct Side {
+        int acc;
+        int kbn;
+        Value id, name;
+    } debit, credit;
+    Currency amount;
+};
+
+CostSlip costSlip(const DiaryDtlRec &r, const QHash<qint32, LotPurchase> &purchases, const NameTable &units)
+{
+    // (each part made before the whole: what raises is raised with nothing
+    // half built)
+    const Currency amount = chemiAmount(purchases.value(qint32(r.CHEMI_ID.toLong())), Nz(r.QTY, Value(0)), r.UNIT_ID);
+    const Value name(useQuantityText(r.QTY, r.UNIT_ID, units));
+    CostSlip s{{Acc::PesticideCost, OptKbn::Planting, r.PLANT_ID, Value::null()},
+               {Acc::PesticideStock, OptKbn::PesticideLot, r.CHEMI_ID, name},
+               amount};
+    if (usedQty(r) < 0) {
+        std::swap(s.debit, s.credit);
+        s.amount = Currency::fromInt(-1) * s.amount;
+    }
+    return s;
+}
+
+Stmt sideValues(const CostSlip::Side &side)
+{
+    return Stmt("?,?,?,?").num(side.acc).num(side.kbn).numOrNull(side.id).textOrNull(side.name);
+}
+
+// Line by line, each slip by its own statements: the old slip goes, and the
+// new one takes the number after the farmer's highest at that moment.
+void costSlipsOneByOne(DiaryDay &d, const QHash<qint32, LotPurchase> &purchases, const NameTable &units)
+{
+    for (DiaryDtlRec &r : d.dtl) {
+        const Value ledgeV = Nz(r.LEDGE_ID, Value(0));
+        const double ledge = slipNumber(r);
+        if (!hasLot(r)) {
+            // The pesticide was taken off a line that had its slip: the
+            // statement below names no table and fails, which ends the save
+            // here; so it has always been.
+            if (ledge != 0)
+                gDB->EXEC(Stmt("DELETE D_LEDGE.* FROM DELETE WHERE FMR_ID=? AND LEDGE_ID=?").num(d.day.FMR_ID).num(ledgeV));
+            continue;
+        }
+        if (ledge > 0)
+            gDB->EXEC(Stmt("DELETE D_LEDGE.* FROM D_LEDGE WHERE FMR_ID=? AND LEDGE_ID=?").num(d.day.FMR_ID).num(ledgeV));
+        if (usedQty(r) == 0) {
+            r.LEDGE_ID = Value(0);
+            continue;
+        }
+        if (ledge == 0)
+            r.LEDGE_ID = Value(nextLedgeId(r.FMR_ID));
+        const CostSlip s = costSlip(r, purchases, units);
+        gDB->EXEC(Stmt("INSERT INTO D_LEDGE (FMR_ID, LEDGE_ID, LEDGE_DATE, D_ACC_ID, D_OPT_KBN, D_OPT_ID, D_OPT_NM, "
+                       "C_ACC_ID, C_OPT_KBN, C_OPT_ID, C_OPT_NM, CTR_NM, NOTES, AMT, IDATE, UDATE, LAST_TM, HOLD_TM) "
+                       "VALUES (?,?,?,?,?,NULL,?,?,?,?,?,NULL)")
+                      .num(d.day.FMR_ID)
+                      .num(r.LEDGE_ID)
+                      .time(d.day.WORK_DATE)
+                      .part(sideValues(s.debit))
+                      .part(sideValues(s.credit))
+                      .text(textOf(r.NOTES))
+                      .amount(s.amount)
+                      .timeOrNull(d.day.IDATE)
+                      .time(DateUtil::now())
+                      .text(GetCompName()));
+    }
+}
+
+// The same slips in at most three statements: the farmer's highest number,
+// the old slips' delete, and the new slips in a batch. The numbers are the
+// ones the line-by-line way gives: the highest number is followed through
+// the lines as it changes. False, with nothing written, for a day that only
+// the line-by-line way writes as it always has: a slip left on a line
+// without its lot, a slip named by two lines, a new number after the
+// highest slip went, or a number that two slips would take.
+bool costSlipsAtOnce(DiaryDay &d, const QHash<qint32, LotPurchase> &purchases, const NameTable &units)
+{
+    QSet<double> olds;
+    QVector<Value> oldIds;
+    for (const DiaryDtlRec &r : d.dtl) {
+        const double ledge = slipNumber(r);
+        if (!hasLot(r)) {
+            if (ledge != 0)
+                return false;
+            continue;
+        }
+        if (ledge > 0) {
+            if (olds.contains(ledge))
+                return false;
+            olds.insert(ledge);
+            oldIds << Nz(r.LEDGE_ID, Value(0));
+        }
+    }
+    // The highest number as the lines go: known while no slip that held it
+    // has gone without a higher one written since.
+    double highest = Nz(gDB->DMax(QStringLiteral("LEDGE_ID"), QStringLiteral("D_LEDGE"), Stmt("FMR_ID=?").num(d.day.FMR_ID)),
+                        Value(0))
+                         .toLong();
+    bool known = true;
+    QHash<int, Value> numbers; // line -> the slip number it takes
+    QSet<double> taken;
+    for (int i = 0; i < d.dtl.size(); ++i) {
+        const DiaryDtlRec &r = d.dtl[i];
+        if (!hasLot(r))
+            continue;
+        const double ledge = slipNumber(r);
+        if (ledge > 0 && ledge == highest)
+            known = false;
+        if (usedQty(r) == 0) {
+            numbers.insert(i, Value(0));
+            continue;
+        }
+        Value number = r.LEDGE_ID;
+        double n = ledge;
+        if (ledge == 0) {
+            if (!known)
+                return false;
+            n = highest + 1;
+            number = Value(qint32(n));
+        }
+        if (taken.contains(n))
+            return false;
+        taken.insert(n);
+        if (n >= highest) {
+            highest = n;
+            known = true;
+        }
+        numbers.insert(i, number);
+    }
+    if (!oldIds.isEmpty())
+        gDB->EXEC(Stmt("DELETE D_LEDGE.* FROM D_LEDGE WHERE FMR_ID=? AND LEDGE_ID IN (?)").num(d.day.FMR_ID).ids(oldIds));
+    RecordsetPtr w = gDB->GetDynamicRst(Stmt("SELECT   D_LEDGE.*  FROM D_LEDGE  WHERE 0=1"));
+    const QString comp = GetCompName();
+    const Value now(DateUtil::now());
+    w->BeginBatch();
+    for (int i = 0; i < d.dtl.size(); ++i) {
+        if (!numbers.contains(i))
+            continue;
+        DiaryDtlRec &r = d.dtl[i];
+        r.LEDGE_ID = numbers.value(i);
+        if (usedQty(r) == 0)
+            continue;
+        const CostSlip s = costSlip(r, purchases, units);
+        w->AddNew();
+        w->SetField(QStringLiteral("FMR_ID"), d.day.FMR_ID);
+        w->SetField(QStringLiteral("LEDGE_ID"), r.LEDGE_ID);
+        w->SetField(QStringLiteral("LEDGE_DATE"), d.day.WORK_DATE);
+        for (const auto &[prefix, side] : {std::pair{"D_", &s.debit}, std::pair{"C_", &s.credit}}) {
+            const QString p = QString::fromLatin1(prefix);
+            w->SetField(p + QStringLiteral("ACC_ID"), Value(side->acc));
+            w->SetField(p + QStringLiteral("OPT_KBN"), Value(side->kbn));
+            w->SetField(p + QStringLiteral("OPT_ID"), hasValue(side->id) ? side->id : Value::null());
+            w->SetField(p + QStringLiteral("OPT_NM"), textOrNull(textOf(side->name)));
+        }
+        w->SetField(QStringLiteral("CTR_NM"), Value::null());
+        // no notes are written as '', as the line-by-line statement writes them
+        const QString notes = textOf(r.NOTES);
+        w->SetField(QStringLiteral("NOTES"), Value(notes.isNull() ? QString(QLatin1String("")) : notes));
+        w->SetField(QStringLiteral("AMT"), Value(s.amount));
+        w->SetField(QStringLiteral("IDATE"), hasValue(d.day.IDATE) ? d.day.IDATE : Value::null());
+        w->SetField(QStringLiteral("UDATE"), now);
+        w->SetField(QStringLiteral("LAST_TM"), Value(comp));
+        w->SetField(QStringLiteral("HOLD_TM"), Value::null());
+        w->Update();
+    }
+    w->EndBatch();
+    w->Close();
+    return true;
+}
+
+} // namespace
 
 void DiaryDay::SaveUseChemi()
 {
     // What the day's lots were bought as, read at once for their costs.
     QVector<Value> lots;
     for (const DiaryDtlRec &r : dtl)
-        if (hasValue(r.CHEMI_ID) && IsNumeric(r.CHEMI_ID) && r.CHEMI_ID.toDouble() != 0)
+        if (hasLot(r))
             lots << Value(qint32(r.CHEMI_ID.toLong()));
     const QHash<qint32, LotPurchase> purchases = readPurchases(day.FMR_ID, lots);
-    for (DiaryDtlRec &r : dtl) {
-        const Value ledgeV = Nz(r.LEDGE_ID, Value(0));
-        const double ledge = (ledgeV.isEmpty() || !IsNumeric(ledgeV)) ? 0 : ledgeV.toDouble();
-        const bool chemi = hasValue(r.CHEMI_ID) && IsNumeric(r.CHEMI_ID) && r.CHEMI_ID.toDouble() != 0;
-        if (!chemi) {
-            // The pesticide was taken off a line that had its slip: the
-            // statement below names no table and fails, which ends the save
-            // here; so it has always been.
-            if (ledge != 0)
-                gDB->EXEC(Stmt("DELETE D_LEDGE.* FROM DELETE WHERE FMR_ID=? AND LEDGE_ID=?").num(day.FMR_ID).num(ledgeV));
-            continue;
-        }
-        if (ledge > 0)
-            gDB->EXEC(Stmt("DELETE D_LEDGE.* FROM D_LEDGE WHERE FMR_ID=? AND LEDGE_ID=?").num(day.FMR_ID).num(ledgeV));
-        const Value qtyV = Nz(r.QTY, Value(0));
-        const double qty = qtyV.isEmpty() ? 0 : qtyV.toDouble();
-        if (qty == 0) {
-            r.LEDGE_ID = Value(0);
-            continue;
-        }
-        if (ledge == 0)
-            r.LEDGE_ID = Value(nextLedgeId(r.FMR_ID));
-        Currency amount = chemiAmount(purchases.value(qint32(r.CHEMI_ID.toLong())), qtyV, r.UNIT_ID);
-        // The cost moves from the lots bought to the planting: account,
-        // option kind, option id and option name of each side.
-        Stmt debit = Stmt("?,?,?,NULL").num(Acc::PesticideCost).num(OptKbn::Planting).numOrNull(r.PLANT_ID);
-        Stmt credit = Stmt("?,?,?,?")
-                          .num(Acc::PesticideStock)
-                          .num(OptKbn::PesticideLot)
-                          .numOrNull(r.CHEMI_ID)
-                          .textOrNull(Value(useQuantityText(r.QTY, r.UNIT_ID)));
-        if (qty < 0) {
-            // a correction: the sides change places and the amount comes out positive
-            std::swap(debit, credit);
-            amount = Currency::fromInt(-1) * amount;
-        }
-        gDB->EXEC(Stmt("INSERT INTO D_LEDGE (FMR_ID, LEDGE_ID, LEDGE_DATE, D_ACC_ID, D_OPT_KBN, D_OPT_ID, D_OPT_NM, "
-                       "C_ACC_ID, C_OPT_KBN, C_OPT_ID, C_OPT_NM, CTR_NM, NOTES, AMT, IDATE, UDATE, LAST_TM, HOLD_TM) "
-                       "VALUES (?,?,?,?,?,NULL,?,?,?,?,?,NULL)")
-                      .num(day.FMR_ID)
-                      .num(r.LEDGE_ID)
-                      .time(day.WORK_DATE)
-                      .part(debit)
-                      .part(credit)
-                      .text(textOf(r.NOTES))
-                      .amount(amount)
-                      .timeOrNull(day.IDATE)
-                      .time(DateUtil::now())
-                      .text(GetCompName()));
-    }
+    const NameTable units = lots.isEmpty() ? NameTable() : NameTable::units();
+    if (!costSlipsAtOnce(*this, purchases, units))
+        costSlipsOneByOne(*this, purchases, units);
 }
 
 void DiaryDay::saveDay()

@@ -12,6 +12,7 @@
 #include "rules/common/Ids.h"
 #include "rules/common/Record.h"
 #include "base/Globals.h"
+#include "store/Lookup.h"
 
 #include <QDateTime>
 #include <QVector>
@@ -90,4 +91,4 @@ private:
 
 // The text of the pesticide side of a use slip: the quantity as "0.0" and the
 // unit's name behind it.
-QString useQuantityText(const Value &qty, const Value &unitId);
+QString useQuantityText(const Value &qty, const Value &unitId, const NameTable &units);

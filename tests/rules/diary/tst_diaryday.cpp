@@ -124,6 +124,69 @@ private slots:
         QCOMPARE(gDB->DLookup("D_OPT_ID", "D_LEDGE", "LEDGE_ID=2"), Value(qty > 0 ? 1 : chemi));
     }
 
+    // The numbers the cost slips take, line by line as they always have: a
+    // new slip after the farmer's highest at that moment, an old one under
+    // its number, none for a quantity of 0. The farmer has slips 1 (the
+    // day's), 7 and 9; each line is "new", or the slip it holds, with the
+    // grams of lot 1 used (4 yen a gram).
+    void costSlipNumbers_data()
+    {
+        QTest::addColumn<QString>("lines");
+        QTest::addColumn<QString>("numbers"); // the lines' slip numbers after the save
+        QTest::addColumn<QString>("slips");   // the farmer's slips: number and amount
+        QTest::newRow("a new slip after the highest") << "new:100" << "10" << "1:1500 7:700 9:900 10:400";
+        QTest::newRow("the highest kept, then two new") << "9:100 new:50 new:150" << "9 10 11"
+                                                        << "1:1500 7:700 9:400 10:200 11:600";
+        QTest::newRow("a new line before the highest goes") << "new:100 9:0" << "10 0" << "1:1500 7:700 10:400";
+        QTest::newRow("the highest gone before a new line") << "9:0 new:100" << "0 8" << "1:1500 7:700 8:400";
+        QTest::newRow("two lines on one slip") << "9:100 9:150" << "9 9" << "1:1500 7:700 9:600";
+        QTest::newRow("a missing slip whose number a new one takes") << "new:100 10:150" << "10 10"
+                                                                     << "1:1500 7:700 9:900 10:600";
+    }
+    void costSlipNumbers()
+    {
+        QFETCH(QString, lines);
+        QFETCH(QString, numbers);
+        QFETCH(QString, slips);
+        TestRoot root;
+        seedDay();
+        Build::slip(7, kDay.addDays(-3), 4130, 1000, 700).add();
+        Build::slip(9, kDay.addDays(-2), 4130, 1000, 900).add();
+        DiaryDay d;
+        d.load(gFMR_ID, kDayTime);
+        d.dtl.clear();
+        for (const QString &l : lines.split(QLatin1Char(' '))) {
+            DiaryDtlRec r = spraying(1, 1, Value(l.section(QLatin1Char(':'), 1).toDouble()), 1);
+            const QString held = l.section(QLatin1Char(':'), 0, 0);
+            r.LEDGE_ID = held == QLatin1String("new") ? Value(0) : Value(held.toInt());
+            r.DTL_NO = Value(int(d.dtl.size()) + 1);
+            d.dtl << r;
+        }
+        d.save();
+        QStringList got;
+        for (const DiaryDtlRec &r : d.dtl)
+            got << r.LEDGE_ID.toText();
+        QCOMPARE(got.join(QLatin1Char(' ')), numbers);
+        QCOMPARE(gDB->DJoin("LEDGE_ID", "D_DIARY_DTL", "FMR_ID=1 ORDER BY DTL_NO"), Value(numbers));
+        QStringList held;
+        RecordsetPtr rs = gDB->GetFwdOnlyRst("SELECT * FROM D_LEDGE WHERE FMR_ID=1 ORDER BY LEDGE_ID");
+        for (; !rs->eof(); rs->MoveNext()) {
+            held << rs->Fields("LEDGE_ID").toText() + ':' + rs->Fields("AMT").toText();
+            if (rs->Fields("D_ACC_ID") != Value(4160))
+                continue;
+            // a cost slip written by the save, whichever way it went
+            QCOMPARE(rs->Fields("LEDGE_DATE"), Value(kDayTime));
+            QCOMPARE(rs->Fields("C_OPT_ID"), Value(1));
+            QVERIFY(rs->Fields("CTR_NM").isNull());
+            QVERIFY(rs->Fields("D_OPT_NM").isNull());
+            QVERIFY(rs->Fields("HOLD_TM").isNull());
+            QCOMPARE(rs->Fields("NOTES"), Value(QString()));
+            QCOMPARE(rs->Fields("LAST_TM"), Value("PC-A"));
+            QVERIFY(rs->Fields("UDATE").isDateType());
+        }
+        QCOMPARE(held.join(QLatin1Char(' ')), slips);
+    }
+
     void aZeroQuantityMakesNoSlipAndASecondSaveReplacesTheSlip()
     {
         TestRoot root;
