@@ -518,15 +518,17 @@ QVector<Planting> readAll(const Value &farmer, const QVector<Value> &plantIds, i
         Stmt("SELECT D_PLANT.FMR_ID, D_PLANT.PLANT_ID, D_PLANT.PLANT_NM, D_PLANT.CROP_NM, D_PLANT.PLANT_DATE, "
              "D_PLANT.START_DATE, D_PLANT.END_DATE FROM D_PLANT WHERE ? ORDER BY D_PLANT.FMR_ID, D_PLANT.PLANT_ID")
             .part(condition("D_PLANT", farmer, plantIds)));
+    // (the cells by their place in the statement: the rows are many)
+    enum { PFmr, PPlant, PName, PCrop, PPlanted, PStart, PEnd };
     for (; !rs->eof(); rs->MoveNext()) {
-        Planting &p = plantingOf(rs->Fields(QStringLiteral("FMR_ID")), rs->Fields(QStringLiteral("PLANT_ID")));
+        Planting &p = plantingOf(rs->Fields(PFmr), rs->Fields(PPlant));
         p.exists = true;
-        p.name = textField(*rs, "PLANT_NM");
-        p.crop = textField(*rs, "CROP_NM");
-        p.from = dateOf(rs->Fields(QStringLiteral("START_DATE")));
+        p.name = textOf(rs->Fields(PName));
+        p.crop = textOf(rs->Fields(PCrop));
+        p.from = dateOf(rs->Fields(PStart));
         if (!p.from.isValid())
-            p.from = dateOf(rs->Fields(QStringLiteral("PLANT_DATE")));
-        p.to = dateOf(rs->Fields(QStringLiteral("END_DATE")));
+            p.from = dateOf(rs->Fields(PPlanted));
+        p.to = dateOf(rs->Fields(PEnd));
     }
     rs->Close();
 
@@ -539,22 +541,23 @@ QVector<Planting> readAll(const Value &farmer, const QVector<Value> &plantIds, i
              " WHERE ? AND D_DIARY_DTL.WORK_KBN IN (?)")
             .part(condition("D_DIARY_DTL", farmer, plantIds))
             .ids({Value(WorkKbn::Spraying), Value(harvest)}));
+    enum { LFmr, LPlant, LDay, LNo, LKind, LLot, LName, LPurpose, LLotName, LRegNo };
     for (; !rs->eof(); rs->MoveNext()) {
-        Planting &p = plantingOf(rs->Fields(QStringLiteral("FMR_ID")), rs->Fields(QStringLiteral("PLANT_ID")));
-        const QDate day = dateOf(rs->Fields(QStringLiteral("WORK_DATE")));
-        if (!isNumber(rs->Fields(QStringLiteral("WORK_KBN")), WorkKbn::Spraying)) {
+        Planting &p = plantingOf(rs->Fields(LFmr), rs->Fields(LPlant));
+        const QDate day = dateOf(rs->Fields(LDay));
+        if (!isNumber(rs->Fields(LKind), WorkKbn::Spraying)) {
             p.harvests.append(day);
             continue;
         }
         Spraying s;
         s.day = day;
-        s.line = int(Nz(rs->Fields(QStringLiteral("DTL_NO")), Value(0)).toDouble());
-        s.chemiId = rs->Fields(QStringLiteral("CHEMI_ID"));
-        s.lotName = textField(*rs, "CHEMI_NM");
+        s.line = int(Nz(rs->Fields(LNo), Value(0)).toDouble());
+        s.chemiId = rs->Fields(LLot);
+        s.lotName = textOf(rs->Fields(LName));
         if (s.lotName.isEmpty())
-            s.lotName = textField(*rs, "LOT_NM");
-        s.regNo = textField(*rs, "LOT_REG_NO").trimmed();
-        s.purpose = textField(*rs, "PURPOSE");
+            s.lotName = textOf(rs->Fields(LLotName));
+        s.regNo = textOf(rs->Fields(LRegNo)).trimmed();
+        s.purpose = textOf(rs->Fields(LPurpose));
         p.sprays.append(s);
     }
     rs->Close();
@@ -562,8 +565,7 @@ QVector<Planting> readAll(const Value &farmer, const QVector<Value> &plantIds, i
     rs = gDB->GetFwdOnlyRst(Stmt("SELECT D_SHIP.FMR_ID, D_SHIP.PLANT_ID, D_SHIP.SHIP_DATE FROM D_SHIP WHERE ?")
                                 .part(condition("D_SHIP", farmer, plantIds)));
     for (; !rs->eof(); rs->MoveNext())
-        plantingOf(rs->Fields(QStringLiteral("FMR_ID")), rs->Fields(QStringLiteral("PLANT_ID")))
-            .shipments.append(dateOf(rs->Fields(QStringLiteral("SHIP_DATE"))));
+        plantingOf(rs->Fields(0), rs->Fields(1)).shipments.append(dateOf(rs->Fields(2)));
     rs->Close();
     return out;
 }
