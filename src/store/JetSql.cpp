@@ -383,6 +383,62 @@ QString dateLiteralText(const QString &innerText)
            QTime(h, n, s).toString(QStringLiteral("HH:mm:ss"));
 }
 
+namespace {
+
+// A choice as both engines write it: IIf(test, yes, no) as (CASE WHEN test
+// THEN yes ELSE no END), and Switch(test1, value1, test2, value2 ...) as
+// (CASE WHEN test1 THEN value1 WHEN test2 THEN value2 ... END), Null when
+// no test holds; nested ones too. One without its parts stays as written,
+// for the engine to refuse.
+void choicesAsCase(QVector<Token> &tok)
+{
+    const Token space{Token::Space, QStringLiteral(" ")};
+    auto word = [](const char *w) { return Token{Token::Word, QString::fromLatin1(w)}; };
+    // From the last one back: an inner choice is turned before its outer one.
+    for (int i = tok.size() - 1; i >= 0; --i) {
+        const bool iif = isWord(tok[i], "IIF");
+        if (!iif && !isWord(tok[i], "SWITCH"))
+            continue;
+        const int open = nextSig(tok, i + 1);
+        if (open < 0 || tok[open].kind != Token::LParen)
+            continue;
+        QVector<int> ends; // where each part ends: its comma, the last its bracket
+        for (int k = open + 1, depth = 0; k < tok.size(); ++k) {
+            if (tok[k].kind == Token::LParen) {
+                ++depth;
+            } else if (tok[k].kind == Token::RParen && depth-- == 0) {
+                ends << k;
+                break;
+            } else if (tok[k].kind == Token::Comma && depth == 0) {
+                ends << k;
+            }
+        }
+        const int close = ends.isEmpty() ? -1 : ends.last();
+        if (close < 0 || tok[close].kind != Token::RParen || (iif ? ends.size() != 3 : ends.size() % 2 != 0))
+            continue;
+        // Each part without the spaces around it.
+        auto part = [&](int n) {
+            int from = n == 0 ? open + 1 : ends[n - 1] + 1, to = ends[n];
+            while (from < to && tok[from].kind == Token::Space)
+                ++from;
+            while (to > from && tok[to - 1].kind == Token::Space)
+                --to;
+            return tok.mid(from, to - from);
+        };
+        // In brackets: a test inside is no comparison of the statement's own.
+        QVector<Token> out = tok.mid(0, i);
+        out << Token{Token::LParen, QStringLiteral("(")} << word("CASE");
+        for (int n = 0; n + 1 < ends.size(); n += 2)
+            out << space << word("WHEN") << space << part(n) << space << word("THEN") << space << part(n + 1);
+        if (iif)
+            out << space << word("ELSE") << space << part(2);
+        out << space << word("END") << Token{Token::RParen, QStringLiteral(")")} << tok.mid(close + 1);
+        tok = out;
+    }
+}
+
+} // namespace
+
 QString translate(const QString &jet, Dialect dialect)
 {
     QVector<Token> tok = tokenize(jet);
@@ -408,6 +464,8 @@ QString translate(const QString &jet, Dialect dialect)
         t.kind = Token::String;
         t.text = QLatin1Char('\'') + text + QLatin1Char('\'');
     }
+
+    choicesAsCase(tok);
 
     const int first = nextSig(tok, 0);
     if (first < 0)

@@ -81,8 +81,20 @@ void RecountChemiUse(const Value &fmrId, const QDateTime &workDate)
     rs = gWORK->GetFwdOnlyRst(QStringLiteral("SELECT  W_CHEMI_USE.CHEMI_ID,  SUM(W_CHEMI_USE.USE_QTY) AS USE_QTY FROM "
                                              "W_CHEMI_USE GROUP BY W_CHEMI_USE.CHEMI_ID"));
     inTransaction(gDB.get(), [&] {
-        for (; !rs->eof(); rs->MoveNext())
-            gDB->EXEC(Stmt("UPDATE D_CHEMI SET  USED_QTY=? WHERE D_CHEMI.CHEMI_ID=?").num(rs->Fields(1)).num(rs->Fields(0)));
+        // Fifty lots a statement (on a server each statement is a round
+        // trip), each lot set to its own sum.
+        constexpr int kLotsAStatement = 50;
+        while (!rs->eof()) {
+            QVector<Value> ids;
+            QVector<Stmt> sums;
+            for (; !rs->eof() && ids.size() < kLotsAStatement; rs->MoveNext()) {
+                ids << rs->Fields(0);
+                sums << Stmt("D_CHEMI.CHEMI_ID=?, ?").num(rs->Fields(0)).num(rs->Fields(1));
+            }
+            gDB->EXEC(Stmt("UPDATE D_CHEMI SET  USED_QTY=Switch(?) WHERE D_CHEMI.CHEMI_ID IN (?)")
+                          .part(Stmt::joined(sums, QStringLiteral(", ")))
+                          .ids(ids));
+        }
         // 6. what is left, for every lot
         gDB->EXEC(QStringLiteral("UPDATE D_CHEMI SET  REST_QTY=PUR_QTY-USED_QTY"));
     });

@@ -345,6 +345,25 @@ private slots:
         QCOMPARE(lot(2, "USED_QTY"), 0.75);
     }
 
+    // The lots of a day are recounted several a statement: each gets its
+    // own sum, past the end of a statement too, and the others stay.
+    void aDayOfManyLotsIsRecountedWhole()
+    {
+        TestRoot root;
+        constexpr int kLots = 120;
+        for (int id = 1; id <= kLots + 1; ++id)
+            Build::lot(id, "剤").set("PUR_QTY", 1000).set("PUR_UNIT", 1).set("USED_QTY", Value(5)).set("REST_QTY", 995).add();
+        for (int id = 1; id <= kLots; ++id)
+            Build::diaryLine(kDay, id, WorkKbn::Spraying).set("CHEMI_ID", id).set("QTY", id * 2).set("UNIT_ID", 1).add();
+        const AppError e = failureOf([] { RecountChemiUse(Value(1), kDayTime); });
+        QVERIFY2(e.number() == 0, qPrintable(e.text()));
+        for (int id : {1, 49, 50, 51, 100, 101, kLots}) {
+            QCOMPARE(lot(id, "USED_QTY"), id * 2.0);
+            QCOMPARE(lot(id, "REST_QTY"), 1000 - id * 2.0);
+        }
+        QCOMPARE(lot(kLots + 1, "USED_QTY"), 5.0); // not used that day
+    }
+
     void linesAddedAndRemoved()
     {
         DiaryDay d;
