@@ -608,30 +608,35 @@ bool Engine::readRows(const QString &jet, const QString &sql, ResultSet &rs, QSq
         SqliteReads::Read *r = mReads->prepare(sql, failure);
         if (!r)
             return false;
+        // A read given up before its end holds no read of the file open.
+        struct Reset {
+            SqliteReads::Read *r;
+            ~Reset() { r->reset(); }
+        } reset{r};
+        // The columns as the program types them, worked out once for the
+        // kept statement, and again when its table changed under it (looked
+        // at once a run).
         bool first = true;
-        while (r->next(failure)) {
-            if (std::exchange(first, false) && r->columnsChanged())
-                r->described = false;
+        auto columns = [&]() -> const QVector<ResultColumn> & {
+            if (std::exchange(first, false))
+                r->columnsChanged();
             if (!r->described) {
                 r->columns = describe(jet, r->names(), r->tables());
                 r->described = true;
             }
-            const int n = r->columns.size();
-            QVector<Value> row(n);
-            for (int i = 0; i < n; ++i)
-                if (!quickCell(*r, i, r->columns[i], row[i]))
-                    row[i] = cellValue(r->cell(i), r->columns[i]);
+            return r->columns;
+        };
+        while (r->next(failure)) {
+            const QVector<ResultColumn> &cols = columns();
+            QVector<Value> row(cols.size());
+            for (int i = 0; i < cols.size(); ++i)
+                if (!quickCell(*r, i, cols[i], row[i]))
+                    row[i] = cellValue(r->cell(i), cols[i]);
             rs.rows.append(std::move(row));
         }
         if (failure.isValid())
             return false;
-        if (first && r->columnsChanged())
-            r->described = false;
-        if (!r->described) {
-            r->columns = describe(jet, r->names(), r->tables());
-            r->described = true;
-        }
-        rs.columns = r->columns;
+        rs.columns = columns();
         return true;
     }
     // A server gets the text: one round trip, where a prepared statement

@@ -45,7 +45,8 @@ public:
         QByteArrayView text(int column) const;
         // Called after the first next(): whether the columns are still the
         // ones described (a changed table can change them under a kept
-        // statement); when not, names and tables are read again.
+        // statement); when not, names and tables are read again and the
+        // description is dropped.
         bool columnsChanged();
         int columnCount() const { return int(mNames.size()); }
         const QStringList &names() const { return mNameTexts; }

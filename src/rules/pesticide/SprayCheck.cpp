@@ -197,7 +197,10 @@ std::shared_ptr<Register> Register::current()
 {
     static std::shared_ptr<Register> kept;
     static Engine::ChangeMark keptAt;
-    const Engine::ChangeMark now = gWORK->engine()->changeMark();
+    Engine *work = gWORK ? gWORK->engine() : nullptr;
+    if (!work)
+        return std::make_shared<Register>(); // raises as any read of a closed file does
+    const Engine::ChangeMark now = work->changeMark();
     if (!kept || !(now == keptAt)) {
         kept = std::make_shared<Register>();
         keptAt = now;
