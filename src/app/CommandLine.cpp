@@ -19,6 +19,22 @@ QString versionText(const QString &program)
 void out(const QString &text) { std::fputs((text + QLatin1Char('\n')).toUtf8().constData(), stdout); }
 void err(const QString &text) { std::fputs((text + QLatin1Char('\n')).toUtf8().constData(), stderr); }
 
+Options readOptions(const QStringList &args, const QStringList &valued, const QStringList &flags)
+{
+    Options o;
+    for (int i = 0; i < args.size(); ++i) {
+        if (valued.contains(args[i]) && i + 1 < args.size()) {
+            o.values.insert(args[i], args[i + 1]);
+            ++i;
+        } else if (flags.contains(args[i])) {
+            o.flags.insert(args[i]);
+        } else {
+            o.ok = false;
+        }
+    }
+    return o;
+}
+
 int wrongUse(const QString &program, const QString &message)
 {
     err(QStringLiteral("%1: %2\n詳しくは '%1 --help' を実行してください。").arg(program, message));

@@ -17,24 +17,11 @@
 
 int runExportPtag(const QStringList &args)
 {
-    QString from, to, dir, farmer;
-    bool utf8 = false, unknown = false;
-    for (int i = 0; i < args.size(); ++i) {
-        const QString &s = args[i];
-        if (s == QLatin1String("--from") && i + 1 < args.size())
-            from = args[++i];
-        else if (s == QLatin1String("--to") && i + 1 < args.size())
-            to = args[++i];
-        else if (s == QLatin1String("--dir") && i + 1 < args.size())
-            dir = args[++i];
-        else if (s == QLatin1String("--farmer") && i + 1 < args.size())
-            farmer = args[++i];
-        else if (s == QLatin1String("--utf8"))
-            utf8 = true;
-        else
-            unknown = true;
-    }
-    if (unknown || from.isEmpty() || to.isEmpty() || dir.isEmpty()) {
+    const CommandLine::Options opt =
+        CommandLine::readOptions(args, {"--from", "--to", "--dir", "--farmer"}, {"--utf8"});
+    const QString from = opt.value("--from"), to = opt.value("--to"), dir = opt.value("--dir"), farmer = opt.value("--farmer");
+    const bool utf8 = opt.has("--utf8");
+    if (!opt.ok || from.isEmpty() || to.isEmpty() || dir.isEmpty()) {
         CommandLine::err(QStringLiteral("使い方: tillora-admin export-ptag [--root DIR] --from yyyy-mm-dd --to yyyy-mm-dd "
                                    "--dir OUT [--utf8] [--farmer N]"));
         return 2;

@@ -24,23 +24,11 @@ namespace {
 
 int runPrintPtag(const QStringList &args)
 {
-    QString date, skip, pdf;
-    bool frame = false, unknown = false;
-    for (int i = 0; i < args.size(); ++i) {
-        const QString &s = args[i];
-        if (s == QLatin1String("--date") && i + 1 < args.size())
-            date = args[++i];
-        else if (s == QLatin1String("--skip") && i + 1 < args.size())
-            skip = args[++i];
-        else if (s == QLatin1String("--pdf") && i + 1 < args.size())
-            pdf = args[++i];
-        else if (s == QLatin1String("--frame"))
-            frame = true;
-        else
-            unknown = true;
-    }
+    const CommandLine::Options opt = CommandLine::readOptions(args, {"--date", "--skip", "--pdf"}, {"--frame"});
+    const QString date = opt.value("--date"), skip = opt.value("--skip"), pdf = opt.value("--pdf");
+    const bool frame = opt.has("--frame");
     QDateTime day;
-    if (unknown || date.isEmpty() || pdf.isEmpty() || !DateUtil::parse(date, day)) {
+    if (!opt.ok || date.isEmpty() || pdf.isEmpty() || !DateUtil::parse(date, day)) {
         CommandLine::err(QStringLiteral("使い方: tillora-admin print-ptag [--root DIR] --date yyyy-mm-dd [--skip N] [--frame] "
                                    "--pdf out.pdf"));
         return 2;

@@ -13,15 +13,12 @@
 
 int runCheckSprays(const QStringList &args)
 {
+    const CommandLine::Options opt = CommandLine::readOptions(args, {"--year"});
+    bool ok = opt.ok;
     int year = 0;
-    bool ok = true;
-    for (int i = 0; i < args.size() && ok; ++i) {
-        if (args[i] == QLatin1String("--year") && i + 1 < args.size()) {
-            year = args[++i].toInt(&ok);
-            ok = ok && year >= 100 && year <= 9999;
-        } else {
-            ok = false;
-        }
+    if (ok && opt.values.contains(QStringLiteral("--year"))) {
+        year = opt.value("--year").toInt(&ok);
+        ok = ok && year >= 100 && year <= 9999;
     }
     if (!ok) {
         CommandLine::err(QStringLiteral("使い方: tillora-admin check-sprays [--root DIR] [--year 西暦年]"));

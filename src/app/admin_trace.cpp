@@ -20,26 +20,19 @@ namespace {
 
 int runTracePages(const QStringList &args)
 {
-    int year = 0;
-    QString dir;
+    const CommandLine::Options opt = CommandLine::readOptions(args, {"--year", "--out", "--plant"});
+    const QString dir = opt.value("--out");
+    bool ok = opt.ok, yearOk = false;
+    const int year = opt.value("--year").toInt(&yearOk);
+    ok = ok && yearOk && year >= 100 && year <= 9999;
     Value plant;
-    bool ok = true;
-    for (int i = 0; i < args.size() && ok; ++i) {
-        const QString &s = args[i];
-        if (s == QLatin1String("--year") && i + 1 < args.size()) {
-            year = args[++i].toInt(&ok);
-            ok = ok && year >= 100 && year <= 9999;
-        } else if (s == QLatin1String("--out") && i + 1 < args.size()) {
-            dir = args[++i];
-        } else if (s == QLatin1String("--plant") && i + 1 < args.size()) {
-            const int n = args[++i].toInt(&ok);
-            ok = ok && n > 0;
-            plant = Value(n);
-        } else {
-            ok = false;
-        }
+    if (opt.values.contains(QStringLiteral("--plant"))) {
+        bool plantOk = false;
+        const int n = opt.value("--plant").toInt(&plantOk);
+        ok = ok && plantOk && n > 0;
+        plant = Value(n);
     }
-    if (!ok || year == 0 || dir.isEmpty()) {
+    if (!ok || dir.isEmpty()) {
         CommandLine::err(QStringLiteral("使い方: tillora-admin trace-pages [--root DIR] --year 西暦年 --out 出力先 [--plant 作付ID]"));
         return 2;
     }

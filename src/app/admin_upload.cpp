@@ -31,20 +31,11 @@ QStringList filesUnder(const QString &dir)
 
 int runUploadDir(const QStringList &args)
 {
-    QString shop, dir;
-    bool unknown = false;
-    for (int i = 0; i < args.size(); ++i) {
-        const QString &s = args[i];
-        if (s == QLatin1String("--shop") && i + 1 < args.size())
-            shop = args[++i];
-        else if (s == QLatin1String("--dir") && i + 1 < args.size())
-            dir = args[++i];
-        else
-            unknown = true;
-    }
+    const CommandLine::Options opt = CommandLine::readOptions(args, {"--shop", "--dir"});
+    const QString shop = opt.value("--shop"), dir = opt.value("--dir");
     bool numeric = false;
     shop.toInt(&numeric);
-    if (unknown || !numeric || dir.isEmpty()) {
+    if (!opt.ok || !numeric || dir.isEmpty()) {
         CommandLine::err(QStringLiteral("使い方: tillora-admin upload-dir [--root DIR] --shop N --dir LOCALDIR"));
         return 2;
     }
