@@ -5,7 +5,8 @@
 # started, into a home folder of its own.
 set -euo pipefail
 build="${1:-build}"
-deb=$(ls -t "$build"/tillora_*.deb | head -n1)
+debs=$(ls -t "$build"/tillora_*.deb)
+deb=${debs%%$'\n'*}
 fail() { echo "package-check: $*" >&2; exit 1; }
 
 files=$(dpkg-deb -c "$deb" | awk '{print $6}')
@@ -22,7 +23,9 @@ for d in libqt6core6 libqt6widgets6 libqt6sql6 libqt6printsupport6 libqrencode4 
          libqt6sql6-sqlite libqt6sql6-mysql qt6-qpa-plugins fonts-noto-cjk; do
   grep -qE "(^|, )$d( |,|$)" <<<"$depends" || fail "$deb does not depend on $d (Depends: $depends)"
 done
-dpkg-deb -I "$deb" | grep -q "Package: tillora" || fail "$deb has no package name"
+# Whole outputs are taken before they are matched: with pipefail, a grep -q
+# that stops reading early would fail the pipe on its writer's broken pipe.
+[ "$(dpkg-deb -f "$deb" Package)" = "tillora" ] || fail "$deb has no package name"
 echo "package-check: $(basename "$deb"): files and dependencies as expected"
 
 if [ "$(id -u)" -ne 0 ]; then
@@ -31,8 +34,10 @@ if [ "$(id -u)" -ne 0 ]; then
 fi
 DEBIAN_FRONTEND=noninteractive apt-get install -y -q --reinstall -o DPkg::Lock::Timeout=300 "./$deb" >/dev/null
 [ "$(dpkg-query -W -f='${Version}' tillora)" = "$(dpkg-deb -f "$deb" Version)" ] || fail "the installed version differs"
-/usr/bin/tillora --version | head -n1 | grep -qE '^tillora \(Tillora\) [0-9]+\.[0-9]+\.[0-9]+$' || fail "tillora --version"
-/usr/bin/tillora-admin --version | head -n1 | grep -qE '^tillora-admin \(Tillora\) ' || fail "tillora-admin --version"
+version=$(/usr/bin/tillora --version)
+[[ "${version%%$'\n'*}" =~ ^tillora\ \(Tillora\)\ [0-9]+\.[0-9]+\.[0-9]+$ ]] || fail "tillora --version: $version"
+version=$(/usr/bin/tillora-admin --version)
+[[ "${version%%$'\n'*}" =~ ^tillora-admin\ \(Tillora\)\  ]] || fail "tillora-admin --version: $version"
 
 # An installed program keeps its data in the user's data folder, made on first use.
 home=$(mktemp -d /tmp/tillora-home.XXXXXX)
