@@ -30,7 +30,13 @@ QDateTime dayOr(const Value &v, const QDateTime &def)
     return hasValue(v) && IsDate(v) ? DateUtil::fromDate(v.toDate().date()) : def;
 }
 
-Outcome refused(const char *message, int field) { return {0, QString::fromUtf8(message), field}; }
+Outcome refused(const char *message, int field)
+{
+    Outcome o;
+    o.refusal = QString::fromUtf8(message);
+    o.field = field;
+    return o;
+}
 
 } // namespace
 

@@ -194,7 +194,7 @@ private slots:
             {"2026/05/01", "2026/05/10", missing, "出力先ディレクトリが存在しません。", 2},
         };
         for (const Case &c : cases) {
-            const Outcome o = exportRows({QString::fromUtf8(c.first), QString::fromUtf8(c.last), c.folder, Value(1), Value(1)});
+            const Outcome o = exportRows({QString::fromUtf8(c.first), QString::fromUtf8(c.last), c.folder, Value(1), Value(1), Encoding::CodePage, {}});
             QCOMPARE(o.refusal, QString::fromUtf8(c.refusal));
             QCOMPARE(o.field, c.field);
             QCOMPARE(o.written, 0);
@@ -202,12 +202,12 @@ private slots:
         QVERIFY(QDir(dir.path()).entryList(QDir::Files).isEmpty());
         // stopped while the rows are made: no file
         int reports = 0;
-        Request stopped{QStringLiteral("2026/05/01"), QStringLiteral("2026/05/10"), dir.path(), Value(1), Value(1)};
+        Request stopped{QStringLiteral("2026/05/01"), QStringLiteral("2026/05/10"), dir.path(), Value(1), Value(1), Encoding::CodePage, {}};
         stopped.progress = [&](qint64, qint64, const QString &) { return ++reports < 2; };
         QCOMPARE(exportRows(stopped).refusal, QStringLiteral("書き出しを中止しました。"));
         QVERIFY(QDir(dir.path()).entryList(QDir::Files).isEmpty());
 
-        const Outcome o = exportRows({QStringLiteral("2026/05/01"), QStringLiteral("2026/05/10"), dir.path(), Value(1), Value(1)});
+        const Outcome o = exportRows({QStringLiteral("2026/05/01"), QStringLiteral("2026/05/10"), dir.path(), Value(1), Value(1), Encoding::CodePage, {}});
         QVERIFY(o.refusal.isEmpty());
         QCOMPARE(o.written, 3); // farmer 1's three rows to shop 1, the one of quantity 0 too
         QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList{"260501-260510-1-1.csv"});
