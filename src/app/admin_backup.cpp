@@ -1,6 +1,7 @@
 // tillora-admin backup / restore: a backup of the tree's databases and
 // pictures into one file, and putting one back.
 
+#include "app/AdminCommands.h"
 #include "app/CommandLine.h"
 #include "base/AppError.h"
 #include "base/Globals.h"

@@ -3,6 +3,7 @@
 // that plain-text accounting tools read.
 
 #include "base/Globals.h"
+#include "app/AdminCommands.h"
 #include "app/CommandLine.h"
 #include "rules/books/Journal.h"
 #include "rules/books/TrialBalance.h"
@@ -14,19 +15,6 @@
 #include <cstdio>
 
 namespace {
-
-
-// Reads "--name value" pairs; false for anything else.
-bool readOptions(const QStringList &args, QHash<QString, QString> &values)
-{
-    for (int i = 0; i < args.size(); ++i) {
-        if (!args[i].startsWith(QLatin1String("--")) || i + 1 >= args.size() || !values.contains(args[i]))
-            return false;
-        values[args[i]] = args[i + 1];
-        ++i;
-    }
-    return true;
-}
 
 void openBooks()
 {
@@ -61,15 +49,14 @@ bool readDay(const QString &text, QDate &day)
 
 int runTrialBalance(const QStringList &args)
 {
-    QHash<QString, QString> o{{QStringLiteral("--from"), QString()}, {QStringLiteral("--to"), QString()}};
+    const CommandLine::Options o = CommandLine::readOptions(args, {QStringLiteral("--from"), QStringLiteral("--to")});
     const char *use = "使い方: tillora-admin trial-balance [--root DIR] --from yyyy-mm --to yyyy-mm";
-    if (!readOptions(args, o)) {
+    if (!o.ok) {
         CommandLine::err(QString::fromUtf8(use));
         return 2;
     }
     auto month = [](QString t) { return t.replace(QLatin1Char('-'), QLatin1Char('/')); };
-    const TrialBalance::Period period = TrialBalance::monthsPeriod(month(o[QStringLiteral("--from")]),
-                                                                    month(o[QStringLiteral("--to")]));
+    const TrialBalance::Period period = TrialBalance::monthsPeriod(month(o.value("--from")), month(o.value("--to")));
     if (!period.error.isEmpty()) {
         CommandLine::err(period.error);
         CommandLine::err(QString::fromUtf8(use));
@@ -101,9 +88,9 @@ int runTrialBalance(const QStringList &args)
 
 int runJournal(const QStringList &args)
 {
-    QHash<QString, QString> o{{QStringLiteral("--from"), QString()}, {QStringLiteral("--to"), QString()}};
+    const CommandLine::Options o = CommandLine::readOptions(args, {QStringLiteral("--from"), QStringLiteral("--to")});
     QDate from, to;
-    if (!readOptions(args, o) || !readDay(o[QStringLiteral("--from")], from) || !readDay(o[QStringLiteral("--to")], to) ||
+    if (!o.ok || !readDay(o.value("--from"), from) || !readDay(o.value("--to"), to) ||
         (from.isValid() && to.isValid() && to < from)) {
         CommandLine::err(QStringLiteral("使い方: tillora-admin journal [--root DIR] [--from yyyy-mm-dd] [--to yyyy-mm-dd] "
                                    "> farm.journal"));

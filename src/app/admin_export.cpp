@@ -4,6 +4,7 @@
 // dialog's remembered period and folder are left as they are.
 
 #include "base/Globals.h"
+#include "app/AdminCommands.h"
 #include "app/CommandLine.h"
 #include "rules/exchange/PriceTagCsv.h"
 #include "store/Database.h"
@@ -11,9 +12,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QStringList>
-
-#include <cstdio>
-
 
 int runExportPtag(const QStringList &args)
 {

@@ -5,6 +5,7 @@
 // "ERROR" with the six-day name and the old year left empty.
 
 #include "base/AppError.h"
+#include "app/AdminCommands.h"
 #include "app/CommandLine.h"
 #include "base/Value.h"
 #include "rules/diary/modOldCal.h"
@@ -18,7 +19,6 @@
 #include <cstdio>
 
 namespace {
-
 
 bool parseDay(const QString &text, QDate &out)
 {

@@ -3,6 +3,7 @@
 // printer, with the margins kept for the report on this computer.
 
 #include "base/AppError.h"
+#include "app/AdminCommands.h"
 #include "app/CommandLine.h"
 #include "base/Globals.h"
 #include "rules/print/PriceTag.h"
@@ -13,14 +14,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QStringList>
-
-#include <cstdio>
-
-// admin.cpp
-void openAllDatabases();
-
-namespace {
-}
 
 int runPrintPtag(const QStringList &args)
 {

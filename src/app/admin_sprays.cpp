@@ -2,14 +2,12 @@
 // lot's registration, or that can't be checked against it, one line each.
 
 #include "base/Globals.h"
+#include "app/AdminCommands.h"
 #include "app/CommandLine.h"
 #include "rules/pesticide/SprayCheck.h"
 #include "store/Database.h"
 
 #include <QStringList>
-
-#include <cstdio>
-
 
 int runCheckSprays(const QStringList &args)
 {

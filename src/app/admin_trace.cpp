@@ -4,19 +4,12 @@
 // page are listed.
 
 #include "base/Globals.h"
+#include "app/AdminCommands.h"
 #include "app/CommandLine.h"
 #include "rules/exchange/TracePages.h"
 #include "store/Database.h"
 
 #include <QStringList>
-
-#include <cstdio>
-
-// admin.cpp
-void openAllDatabases();
-
-namespace {
-}
 
 int runTracePages(const QStringList &args)
 {

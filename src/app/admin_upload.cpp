@@ -4,6 +4,7 @@
 // path in the local folder.
 
 #include "base/Globals.h"
+#include "app/AdminCommands.h"
 #include "app/CommandLine.h"
 #include "rules/exchange/FtpUpload.h"
 #include "store/Database.h"
@@ -12,8 +13,6 @@
 #include <QDirIterator>
 #include <QFileInfo>
 #include <QStringList>
-
-#include <cstdio>
 
 namespace {
 

@@ -2,6 +2,7 @@
 // root and writes it as a PNG, so that a screen can be looked at without a
 // display.
 
+#include "app/AdminCommands.h"
 #include "screens/ScreenList.h"
 #include "base/AppError.h"
 #include "ui/Form.h"

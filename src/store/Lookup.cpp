@@ -22,7 +22,8 @@ const NameSource kKinds15{work, "SELECT L_KBN.NM FROM L_KBN WHERE L_KBN.KBN=15 A
 const NameSource kAccounts{work, "SELECT L_ACC.ACC_NM FROM L_ACC WHERE L_ACC.ACC_ID=?",
                            "SELECT L_ACC.ACC_ID, L_ACC.ACC_NM FROM L_ACC"};
 const NameSource kFarmers{master, "SELECT M_FMR.FMR_NM FROM M_FMR WHERE M_FMR.FMR_ID=?", nullptr};
-const NameSource kShops{master, "SELECT M_SHOP.SHOP_NM FROM M_SHOP WHERE M_SHOP.SHOP_ID=?", nullptr};
+const NameSource kShops{master, "SELECT M_SHOP.SHOP_NM FROM M_SHOP WHERE M_SHOP.SHOP_ID=?",
+                        "SELECT M_SHOP.SHOP_ID, M_SHOP.SHOP_NM FROM M_SHOP"};
 const NameSource kUnits{work, "SELECT  L_CHEMI_UNIT.NM  FROM L_CHEMI_UNIT  WHERE ID=?",
                         "SELECT L_CHEMI_UNIT.ID, L_CHEMI_UNIT.NM FROM L_CHEMI_UNIT"};
 
@@ -69,6 +70,7 @@ QString NameTable::operator()(const Value &id) const { return mNames.value(keyOf
 NameTable NameTable::kinds15() { return NameTable(kKinds15); }
 NameTable NameTable::accounts() { return NameTable(kAccounts); }
 NameTable NameTable::units() { return NameTable(kUnits); }
+NameTable NameTable::shops() { return NameTable(kShops); }
 
 QString GetKbn15Nm(const Value &id) { return nameById(kKinds15, id); }
 QString GetAccNm(const Value &id) { return nameById(kAccounts, id); }

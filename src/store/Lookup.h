@@ -20,6 +20,7 @@ public:
     static NameTable kinds15();  // as GetKbn15Nm
     static NameTable accounts(); // as GetAccNm
     static NameTable units();    // as GetChemiUnitNm
+    static NameTable shops();    // as GetShopNm
     QString operator()(const Value &id) const;
 
 private:

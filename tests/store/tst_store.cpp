@@ -102,12 +102,13 @@ private slots:
 
         // A list's names read at once are the names looked up one by one.
         gWORK->EXEC("UPDATE L_ACC SET ACC_NM=NULL WHERE ACC_ID=1010");
-        const NameTable uses = NameTable::kinds15(), accounts = NameTable::accounts();
+        const NameTable uses = NameTable::kinds15(), accounts = NameTable::accounts(), shops = NameTable::shops();
         const QVector<Value> ids = {Value::null(), Value(0), Value(1), Value(2), Value(20), Value(1000),
                                     Value(1010), Value(4520), Value(99999), Value(2.0), Value("1000")};
         for (const Value &id : ids) {
             QCOMPARE(uses(id), GetKbn15Nm(id));
             QCOMPARE(accounts(id), GetAccNm(id));
+            QCOMPARE(shops(id), GetShopNm(id));
         }
         QCOMPARE(accounts(Value(1000)).isEmpty(), false);
         QCOMPARE(failureOf([&] { uses(Value("x")); }).number(), failureOf([&] { GetKbn15Nm(Value("x")); }).number());

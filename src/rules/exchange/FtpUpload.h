@@ -71,7 +71,6 @@ struct Outcome {
     QString detail;           // the technical text of the last failure, for support; never shown alone
 
     bool complete() const { return notSent.isEmpty(); }
-    bool failed(Failure f) const { return failures.contains(f); }
     // The files not sent: what a second send is given.
     QStringList unsent() const;
     // One message per failure kind met, in Japanese.

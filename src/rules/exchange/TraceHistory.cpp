@@ -24,17 +24,8 @@ QString field(const Recordset &rs, const char *column) { return textOf(rs.Fields
 
 QDate dateField(const Recordset &rs, const char *column) { return dateOf(rs.Fields(QString::fromLatin1(column))); }
 
-// A name looked up once per id.
-template <typename Fn> QString cached(QHash<qint64, QString> &cache, const Value &id, Fn lookUp)
-{
-    if (!hasValue(id))
-        return QString();
-    const qint64 key = idOf(id);
-    auto it = cache.constFind(key);
-    if (it == cache.constEnd())
-        it = cache.insert(key, lookUp(id));
-    return *it;
-}
+// A name of a table read once; "" for an id without a value.
+QString nameOf(const NameTable &names, const Value &id) { return hasValue(id) ? names(id) : QString(); }
 
 using LineKey = std::tuple<qint64, QDate, int>; // planting, day, line
 
@@ -45,9 +36,8 @@ struct Amount {
 // The diary lines, the sprayings and the shipments of the farmer's plantings
 // at `at` (their indexes in `out`, by planting number).
 void fill(QVector<History> &out, const QHash<qint64, int> &at, const Value &farmer, const QVector<Value> &ids,
-          Spray::Register &reg, const QDate &today)
+          Spray::Register &reg, const QDate &today, const NameTable &units, const NameTable &shops)
 {
-    QHash<qint64, QString> units, shops;
     std::map<LineKey, Amount> amounts;
     RecordsetPtr rs = gDB->GetFwdOnlyRst(
         Stmt("SELECT D_DIARY_DTL.PLANT_ID, D_DIARY_DTL.WORK_DATE, D_DIARY_DTL.DTL_NO, D_DIARY_DTL.WORK_KBN, "
@@ -63,7 +53,7 @@ void fill(QVector<History> &out, const QHash<qint64, int> &at, const Value &farm
         h.work.append({day, field(*rs, "WORK_NM"), field(*rs, "NOTES")});
         if (isNumber(rs->Fields(QStringLiteral("WORK_KBN")), WorkKbn::Spraying))
             amounts[{plant, day, int(idOf(rs->Fields(QStringLiteral("DTL_NO"))))}] = {
-                field(*rs, "QTY"), cached(units, rs->Fields(QStringLiteral("UNIT_ID")), GetChemiUnitNm),
+                field(*rs, "QTY"), nameOf(units, rs->Fields(QStringLiteral("UNIT_ID"))),
                 field(*rs, "REG_NO").trimmed()};
     }
     rs->Close();
@@ -97,7 +87,7 @@ void fill(QVector<History> &out, const QHash<qint64, int> &at, const Value &farm
                                 .ids(ids));
     for (; !rs->eof(); rs->MoveNext())
         out[at.value(idOf(rs->Fields(QStringLiteral("PLANT_ID"))))].shipments.append(
-            {dateField(*rs, "SHIP_DATE"), cached(shops, rs->Fields(QStringLiteral("SHOP_ID")), GetShopNm),
+            {dateField(*rs, "SHIP_DATE"), nameOf(shops, rs->Fields(QStringLiteral("SHOP_ID"))),
              field(*rs, "PRD_NM"), field(*rs, "SHIP_QTY"), field(*rs, "RTN_QTY")});
     rs->Close();
 }
@@ -106,11 +96,6 @@ void fill(QVector<History> &out, const QHash<qint64, int> &at, const Value &farm
 
 QString dayText(const QDate &d) { return d.isValid() ? d.toString(QStringLiteral("yyyy/MM/dd")) : QString(); }
 
-QString periodText(const QDate &from, const QDate &to)
-{
-    return (dayText(from) + QStringLiteral(" ～ ") + dayText(to)).trimmed();
-}
-
 QString cropText(const History &h)
 {
     if (h.variety.isEmpty() || h.variety == h.crop)
@@ -118,8 +103,18 @@ QString cropText(const History &h)
     return h.crop + QStringLiteral("（") + h.variety + QStringLiteral("）");
 }
 
+namespace {
+
+// "2024/05/01 ～ 2024/07/31", "～" alone for none.
+QString periodText(const QDate &from, const QDate &to)
+{
+    return (dayText(from) + QStringLiteral(" ～ ") + dayText(to)).trimmed();
+}
+
+// "12.5 アール", "" for none.
 QString areaText(const History &h) { return h.area.isEmpty() ? QString() : h.area + QStringLiteral(" アール"); }
 
+// The harvest days, else the planned month.
 QString harvestText(const History &h)
 {
     if (h.firstHarvest.isValid())
@@ -127,7 +122,10 @@ QString harvestText(const History &h)
     return h.harvestPlan.isEmpty() ? QString() : h.harvestPlan + QStringLiteral("（予定）");
 }
 
+// "2回／3回まで".
 QString usesText(const Spray::UseCount &c) { return QStringLiteral("%1回／%2").arg(c.used).arg(c.limit); }
+
+} // namespace
 
 QVector<std::pair<QString, QString>> facts(const History &h)
 {
@@ -185,7 +183,6 @@ QVector<History> readYear(int year, const Value &plantId, const QDate &today)
             .part(where));
     QVector<History> out;
     QMap<qint64, QHash<qint64, int>> byFarmer; // farmer → planting → index
-    QHash<qint64, QString> farmers;
     for (; !rs->eof(); rs->MoveNext()) {
         History h;
         h.farmer = rs->Fields(QStringLiteral("FMR_ID"));
@@ -204,8 +201,11 @@ QVector<History> readYear(int year, const Value &plantId, const QDate &today)
         out.append(h);
     }
     rs->Close();
+    if (out.isEmpty())
+        return out;
     const std::shared_ptr<Spray::Register> held = Spray::Register::current();
     Spray::Register &reg = *held;
+    const NameTable units = NameTable::units(), shops = NameTable::shops();
     for (auto it = byFarmer.constBegin(); it != byFarmer.constEnd(); ++it) {
         QVector<Value> ids;
         for (auto p = it->constBegin(); p != it->constEnd(); ++p)
@@ -214,7 +214,7 @@ QVector<History> readYear(int year, const Value &plantId, const QDate &today)
         const QString farmerName = GetFmrNm(farmer);
         for (int ix : *it)
             out[ix].farmerName = farmerName;
-        fill(out, *it, farmer, ids, reg, today);
+        fill(out, *it, farmer, ids, reg, today, units, shops);
     }
     return out;
 }

@@ -74,11 +74,7 @@ QVector<Block> blocks(const History &h);
 
 // Text forms shared by the report and the pages.
 QString dayText(const QDate &d);                      // "2024/05/01", "" for none
-QString periodText(const QDate &from, const QDate &to); // "2024/05/01 ～ 2024/07/31", "～" alone for none
 QString cropText(const History &h);                   // "トマト（桃太郎）"
-QString areaText(const History &h);                   // "12.5 アール", "" for none
-QString harvestText(const History &h);                // the harvest days, else the planned month
-QString usesText(const Spray::UseCount &c);           // "2回／3回まで"
 
 // The plantings of the year (D_PLANT.YYYY) of every farmer, by farmer and
 // planting; plantId narrows them to that planting number (of any farmer)

@@ -18,6 +18,9 @@ namespace {
 using TraceHistory::dayText;
 using TraceHistory::History;
 
+// Text made safe for HTML: <, >, &, " and ' as references.
+QString escaped(const QString &text) { return text.toHtmlEscaped().replace(QLatin1Char('\''), QStringLiteral("&#39;")); }
+
 const char *const kStyle = R"(body{margin:0 auto;max-width:46em;padding:0 .8em 2em;font-family:sans-serif;font-size:16px;line-height:1.5;color:#222;background:#fff}
 header{display:flex;align-items:center;gap:.8em;padding:.6em 0;border-bottom:3px solid #4a7d2c}
 header img{max-height:3em;max-width:50%}
@@ -167,10 +170,6 @@ QString indexHtml(const QVector<const History *> &pages, const QString &shopName
     return out + QStringLiteral("</ul>\n") + footer();
 }
 
-} // namespace
-
-QString escaped(const QString &text) { return text.toHtmlEscaped().replace(QLatin1Char('\''), QStringLiteral("&#39;")); }
-
 QString pageHtml(const History &h, const QString &shopName, const QString &logo)
 {
     const QString up = QStringLiteral("../../");
@@ -196,6 +195,8 @@ QString pageHtml(const History &h, const QString &shopName, const QString &logo)
     }
     return out + footer();
 }
+
+} // namespace
 
 QStringList Outcome::summary() const
 {

@@ -56,11 +56,4 @@ struct Outcome {
 // told before each page; a stop ends the work between two pages.
 Outcome write(const QString &outDir, int year, const Value &plantId, const ProgressFn &progress = ProgressFn());
 
-// The page of one planting, standing two folders below style.css; logo is
-// the logo's file name beside style.css, "" for none.
-QString pageHtml(const TraceHistory::History &history, const QString &shopName, const QString &logo);
-
-// Text made safe for HTML: <, >, &, " and ' as references.
-QString escaped(const QString &text);
-
 } // namespace TracePages

@@ -11,7 +11,7 @@ Result run(int year, const Value &plantId, const Value &shopId, const ProgressFn
 {
     Result r;
     const FtpTarget target = FtpUpload::targetOfShop(shopId);
-    if (target.server.trimmed().isEmpty()) {
+    if (target.server.isEmpty()) {
         r.text = FtpUpload::messageOf(FtpUpload::Failure::NoServer);
         return r;
     }

@@ -139,12 +139,10 @@ int prepare(int year, const Value &plantId, const Value &farmer)
     return TablePages::pageCount(document());
 }
 
-const TablePages::Document &current() { return document(); }
-
 void registerReport()
 {
     setReportPainter(kTraceReport, [](PrintTarget &target, double left, double top, int first, int last) {
-        TablePages::drawPages(target, left, top, current(), first, last);
+        TablePages::drawPages(target, left, top, document(), first, last);
     });
 }
 

@@ -21,8 +21,6 @@ TablePages::Document pages(const TraceHistory::History &history);
 // dialog doesn't tell the farmers apart: of plantings of equal number the
 // farmer's own is taken, else the first.
 int prepare(int year, const Value &plantId, const Value &farmer);
-// The report made last (empty when none).
-const TablePages::Document &current();
 
 // Makes the report the drawing of its id.
 void registerReport();
