@@ -78,31 +78,26 @@ Store::Store(Kind kind) : mKind(kind)
 {
     if (!mDir.isValid())
         throw AppError(75, QStringLiteral("一時フォルダを作成できません。"));
+    // The Network store shares the server store's databases, made first.
+    const Store *shared = kind == Kind::Network ? &storeOf(Kind::Mysql) : nullptr;
     CloseAllDatabases();
     gCurrent = nullptr;
-    if (kind == Kind::Network) {
-        // The server store's databases, through the relay.
-        Store &base = storeOf(Kind::Mysql);
-        CloseAllDatabases();
-        gCurrent = nullptr;
+    Setup::initRoot(root());
+    AppPaths::setRoot(root());
+    if (shared) {
+        // ... reached through the relay.
         const Server s = server();
         if (!gRelay)
             gRelay = std::make_unique<Relay>(s.host.toStdString(), s.port);
-        mBorrowed = true;
-        mDataDb = base.mDataDb;
-        mMasterDb = base.mMasterDb;
-        mSummary = base.mSummary;
-        Setup::initRoot(root());
-        AppPaths::setRoot(root());
+        mDataDb = shared->mDataDb;
+        mMasterDb = shared->mMasterDb;
+        mSummary = shared->mSummary;
         Setup::pointAtServer(root(), {QStringLiteral("127.0.0.1"), gRelay->port(), s.user, s.password}, mDataDb,
                              mMasterDb);
-        OpenIni();
         openAll();
         gCurrent = this;
         return;
     }
-    Setup::initRoot(root());
-    AppPaths::setRoot(root());
     if (kind == Kind::Mysql) {
         const Server s = server();
         const QString base = QStringLiteral("tillora_bench_%1").arg(QCoreApplication::applicationPid());
@@ -126,7 +121,7 @@ Store::~Store()
         gCurrent = nullptr;
     }
     closeRaw();
-    if (mKind != Kind::Sqlite && !mBorrowed)
+    if (mKind == Kind::Mysql) // the Network store's are the server store's
         dropServerDatabases();
 }
 

@@ -44,7 +44,6 @@ private:
     void dropServerDatabases();
 
     Kind mKind;
-    bool mBorrowed = false; // the databases are another store's
     QTemporaryDir mDir;
     QString mDataDb, mMasterDb;
     BenchData::Summary mSummary;

@@ -8,6 +8,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <condition_variable>
 #include <deque>
 #include <stdexcept>
@@ -60,6 +61,8 @@ public:
         mReader.join();
         mWriter.join();
     }
+    // Both ends reached: nothing more passes this way.
+    bool finished() const { return mFinished; }
 
 private:
     struct Piece {
@@ -88,6 +91,7 @@ private:
             mWake.wait(lock, [this] { return mEnded || !mQueue.empty(); });
             if (mQueue.empty()) {
                 ::shutdown(mTo, SHUT_WR); // the other side sees the end
+                mFinished = true;
                 return;
             }
             Piece p = std::move(mQueue.front());
@@ -111,6 +115,7 @@ private:
     std::condition_variable mWake;
     std::deque<Piece> mQueue;
     bool mEnded = false;
+    std::atomic<bool> mFinished{false};
     std::thread mReader, mWriter;
 };
 
@@ -118,15 +123,26 @@ private:
 
 struct Relay::Link {
     Link(int client, int server, const std::atomic<long long> &half)
-        : client(client), server(server), out(client, server, half), back(server, client, half)
+        : sockets{client, server}, out(client, server, half), back(server, client, half)
     {
     }
+    // Shuts both sockets down, which ends the pipes; the pipes wait for
+    // their threads, then the sockets close.
     ~Link()
     {
-        ::shutdown(client, SHUT_RDWR);
-        ::shutdown(server, SHUT_RDWR);
+        ::shutdown(sockets.client, SHUT_RDWR);
+        ::shutdown(sockets.server, SHUT_RDWR);
     }
-    int client, server;
+    bool finished() const { return out.finished() && back.finished(); }
+
+    struct Sockets {
+        int client, server;
+        ~Sockets()
+        {
+            ::close(client);
+            ::close(server);
+        }
+    } sockets; // first made, last gone
     Pipe out, back;
 };
 
@@ -150,17 +166,8 @@ Relay::~Relay()
     mStop = true;
     mAcceptor.join();
     ::close(mListen);
-    std::vector<std::unique_ptr<Link>> links;
-    {
-        std::lock_guard<std::mutex> lock(mLinksLock);
-        links.swap(mLinks);
-    }
-    for (auto &l : links) {
-        const int c = l->client, s = l->server;
-        l.reset(); // shuts both sockets down and waits for the pipes
-        ::close(c);
-        ::close(s);
-    }
+    std::lock_guard<std::mutex> lock(mLinksLock);
+    mLinks.clear();
 }
 
 void Relay::acceptLoop()
@@ -180,6 +187,10 @@ void Relay::acceptLoop()
         noDelay(client);
         noDelay(server);
         std::lock_guard<std::mutex> lock(mLinksLock);
+        // the connections the program has closed since
+        mLinks.erase(std::remove_if(mLinks.begin(), mLinks.end(),
+                                    [](const std::unique_ptr<Link> &l) { return l->finished(); }),
+                     mLinks.end());
         mLinks.push_back(std::make_unique<Link>(client, server, mHalf));
     }
 }

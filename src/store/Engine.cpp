@@ -18,7 +18,6 @@
 
 #include <atomic>
 #include <cmath>
-#include <optional>
 #include <utility>
 #include <limits>
 
@@ -603,9 +602,7 @@ bool Engine::readRows(const QString &jet, const QString &sql, ResultSet &rs, QSq
         // The file engine keeps its reads prepared and reads their cells
         // with the library itself: a statement run again costs the engine's
         // work and little more.
-        if (!mReads)
-            mReads = std::make_unique<SqliteReads>(db());
-        SqliteReads::Read *r = mReads->prepare(sql, failure);
+        SqliteReads::Read *r = reads().prepare(sql, failure);
         if (!r)
             return false;
         // A read given up before its end holds no read of the file open.
@@ -613,21 +610,19 @@ bool Engine::readRows(const QString &jet, const QString &sql, ResultSet &rs, QSq
             SqliteReads::Read *r;
             ~Reset() { r->reset(); }
         } reset{r};
+        bool more = r->next(failure);
+        if (failure.isValid())
+            return false;
         // The columns as the program types them, worked out once for the
         // kept statement, and again when its table changed under it (looked
         // at once a run).
-        bool first = true;
-        auto columns = [&]() -> const QVector<ResultColumn> & {
-            if (std::exchange(first, false))
-                r->columnsChanged();
-            if (!r->described) {
-                r->columns = describe(jet, r->names(), r->tables());
-                r->described = true;
-            }
-            return r->columns;
-        };
-        while (r->next(failure)) {
-            const QVector<ResultColumn> &cols = columns();
+        r->columnsChanged();
+        if (!r->described) {
+            r->columns = describe(jet, r->names(), r->tables());
+            r->described = true;
+        }
+        const QVector<ResultColumn> &cols = r->columns;
+        for (; more; more = r->next(failure)) {
             QVector<Value> row(cols.size());
             for (int i = 0; i < cols.size(); ++i)
                 if (!quickCell(*r, i, cols[i], row[i]))
@@ -636,7 +631,7 @@ bool Engine::readRows(const QString &jet, const QString &sql, ResultSet &rs, QSq
         }
         if (failure.isValid())
             return false;
-        rs.columns = columns();
+        rs.columns = cols;
         return true;
     }
     // A server gets the text: one round trip, where a prepared statement
@@ -935,6 +930,13 @@ void Engine::rollback()
 
 QStringList Engine::tableNames() const { return db().tables(); }
 
+SqliteReads &Engine::reads()
+{
+    if (!mReads)
+        mReads = std::make_unique<SqliteReads>(db());
+    return *mReads;
+}
+
 Engine::ChangeMark Engine::changeMark()
 {
     static std::atomic<qint64> never{0};
@@ -945,12 +947,10 @@ Engine::ChangeMark Engine::changeMark()
         m.others = --never;
         return m;
     }
-    if (!mReads)
-        mReads = std::make_unique<SqliteReads>(db());
     QSqlError failure;
-    SqliteReads::Read *r = mReads->prepare(QStringLiteral("PRAGMA data_version"), failure);
+    SqliteReads::Read *r = reads().prepare(QStringLiteral("PRAGMA data_version"), failure);
     if (r && r->next(failure)) {
-        m.others = r->cell(0).toLongLong();
+        m.others = r->integer(0);
         r->reset();
     } else {
         m.others = --never; // unknown: as changed

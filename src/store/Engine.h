@@ -14,7 +14,6 @@
 #include <QVector>
 
 #include <functional>
-#include <map>
 #include <memory>
 
 enum class EngineKind { Sqlite, Mysql };
@@ -187,6 +186,7 @@ private:
     bool mLost = false;          // the server connection is gone; opened again on the next statement
     QHash<QString, QString> mTranslated;                        // Jet text -> engine text
     std::unique_ptr<class SqliteReads> mReads;                  // file engine: reads kept prepared
+    class SqliteReads &reads();                                 // made on first use
     friend class SqliteEngine;
     friend class MysqlEngine;
 };

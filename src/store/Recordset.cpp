@@ -5,6 +5,8 @@
 
 #include <QRegularExpression>
 
+#include <utility>
+
 namespace {
 
 constexpr long kRowNotFound = -2147217864;
@@ -239,19 +241,13 @@ void Recordset::Update()
                     params << QVariant();
                 }
         }
-        if (mBatching) {
-            if (names != mBatchNames)
-                flushBatch();
-            mBatchNames = names;
-            mBatchParams += params;
-            if (++mBatchRows == kBatchRows)
-                flushBatch();
-        } else {
-            mBatchNames = names;
-            mBatchParams = params;
-            mBatchRows = 1;
+        // Outside a batch the row is a batch of its own, written at once.
+        if (names != mBatchNames)
             flushBatch();
-        }
+        mBatchNames = names;
+        mBatchParams += params;
+        if (++mBatchRows == kBatchRows || !mBatching)
+            flushBatch();
         mRows.append(mEdit);
         mDeleted.append(false);
         mPos = mRows.size() - 1;
@@ -374,8 +370,7 @@ void Recordset::flushBatch()
         groups << group;
     const QString sql = QStringLiteral("INSERT INTO %1 (%2) VALUES %3")
                             .arg(mTable->name, mBatchNames.join(QLatin1Char(',')), groups.join(QLatin1Char(',')));
-    const QVector<QVariant> params = mBatchParams;
-    mBatchParams.clear();
+    const QVector<QVariant> params = std::exchange(mBatchParams, {});
     mBatchRows = 0;
     mEngine->executeNative(sql, params);
 }

@@ -92,7 +92,7 @@ void SqliteReads::Read::readColumns()
     described = false;
 }
 
-bool SqliteReads::Read::columnsChanged()
+void SqliteReads::Read::columnsChanged()
 {
     const int n = sqlite3_column_count(mSt);
     bool changed = n != mNames.size();
@@ -102,7 +102,6 @@ bool SqliteReads::Read::columnsChanged()
     }
     if (changed)
         readColumns();
-    return changed;
 }
 
 bool SqliteReads::Read::next(QSqlError &failure)

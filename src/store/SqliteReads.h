@@ -43,12 +43,11 @@ public:
         Storage storage(int column) const;
         qint64 integer(int column) const;
         QByteArrayView text(int column) const;
-        // Called after the first next(): whether the columns are still the
+        // Called after the first next(): when the columns are no longer the
         // ones described (a changed table can change them under a kept
-        // statement); when not, names and tables are read again and the
-        // description is dropped.
-        bool columnsChanged();
-        int columnCount() const { return int(mNames.size()); }
+        // statement), names and tables are read again and the description
+        // is dropped.
+        void columnsChanged();
         const QStringList &names() const { return mNameTexts; }
         const QStringList &tables() const { return mTables; }
         // Finishes a read left before its end.
