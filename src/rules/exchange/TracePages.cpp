@@ -198,12 +198,17 @@ QString pageHtml(const History &h, const QString &shopName, const QString &logo)
 
 } // namespace
 
-QStringList Outcome::summary() const
+QStringList Outcome::summary(int named) const
 {
     QStringList out;
     out << QStringLiteral("作付のページを%1件作りました（ファイル%2件）。").arg(pages).arg(files.size());
-    for (const Skipped &s : skipped)
+    const int shown = named < 0 ? int(skipped.size()) : qMin(named, int(skipped.size()));
+    for (int i = 0; i < shown; ++i) {
+        const Skipped &s = skipped[i];
         out << QStringLiteral("生産者%1 作付%2「%3」: %4").arg(idText(s.farmer), idText(s.plantId), s.name, s.reason);
+    }
+    if (shown < skipped.size())
+        out << QStringLiteral("ほか%1件の作付にもページを作りませんでした。").arg(skipped.size() - shown);
     out << notes;
     if (cancelled)
         out << QStringLiteral("途中で中止しました。残りの作付のページは作っていません。");

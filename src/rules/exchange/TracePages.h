@@ -45,8 +45,9 @@ struct Outcome {
     bool cancelled = false;    // stopped between two pages; the files so far stand
     QString refusal;           // why nothing (more) was written; "" when all went well
     // What was done, in Japanese, a line each: the pages, the skipped
-    // plantings with their reasons, the notes, a stop.
-    QStringList summary() const;
+    // plantings with their reasons, the notes, a stop. With `named` at 0
+    // or more, skipped plantings beyond that many are counted in one line.
+    QStringList summary(int named = -1) const;
 };
 
 // Writes the pages of the plantings of the year (D_PLANT.YYYY) into outDir

@@ -30,15 +30,10 @@ Result run(int year, const Value &plantId, const Value &shopId, const ProgressFn
     };
     const TracePages::Outcome pages =
         TracePages::write(folder.path(), year, plantId, step(QStringLiteral("ページを作成しています: ")));
-    QStringList lines = pages.summary();
     // A long list of plantings left without a page is cut short: the box
     // must stay on the screen.
     constexpr int kNamed = 5;
-    if (pages.skipped.size() > kNamed) {
-        lines.erase(lines.begin() + 1 + kNamed, lines.begin() + 1 + pages.skipped.size());
-        lines.insert(1 + kNamed,
-                     QStringLiteral("ほか%1件の作付にもページを作りませんでした。").arg(pages.skipped.size() - kNamed));
-    }
+    QStringList lines = pages.summary(kNamed);
     if (pages.cancelled || !pages.refusal.isEmpty() || pages.pages == 0) {
         if (pages.cancelled)
             lines << QStringLiteral("中止したため、何も送っていません。");

@@ -136,7 +136,5 @@ QHash<qint32, LotPurchase> readPurchases(const Value &fmrId, const QVector<Value
 Currency CalChemiAmt(const Value &fmrId, const Value &chemiId, const Value &qty, const Value &unitId)
 {
     const qint32 chemi = chemiId.toLong();
-    qty.toCurrency();
-    unitId.toLong(); // the conversions fail before anything is read, as they always have
     return chemiAmount(readPurchases(fmrId, {Value(chemi)}).value(chemi), qty, unitId);
 }

@@ -304,6 +304,12 @@ private slots:
         QCOMPARE(written.pages, shipped.size());
         QVERIFY(written.summary().contains(
             QStringLiteral("生産者2 作付2「%1」: 出荷の記録がないため、ページを作りませんでした。").arg(kUnshipped)));
+        // an upload's box names the first skipped plantings and counts the rest
+        QVERIFY(written.skipped.size() > 2);
+        const QStringList whole = written.summary(), cut = written.summary(2);
+        QCOMPARE(cut.mid(0, 3), whole.mid(0, 3));
+        QCOMPARE(cut[3], QStringLiteral("ほか%1件の作付にもページを作りませんでした。").arg(written.skipped.size() - 2));
+        QCOMPARE(cut.mid(4), whole.mid(1 + written.skipped.size()));
 
         // Every tag of every shipment opens a page exactly when its planting is of the year.
         int opened = 0;
